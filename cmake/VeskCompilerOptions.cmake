@@ -1,0 +1,21 @@
+# One interface target carries what every target of the project is compiled with.
+find_package(Threads REQUIRED)
+
+add_library(vesk_options INTERFACE)
+target_link_libraries(vesk_options INTERFACE Threads::Threads)
+if(MSVC)
+    target_compile_options(vesk_options INTERFACE /W4 /WX /utf-8)
+else()
+    target_compile_options(vesk_options INTERFACE
+        -Wall -Wextra -Wpedantic -Werror -fvisibility=hidden -fvisibility-inlines-hidden)
+endif()
+
+if(VESK_SANITIZE)
+    target_compile_options(vesk_options INTERFACE
+        -fsanitize=${VESK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(vesk_options INTERFACE -fsanitize=${VESK_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND VESK_SANITIZE MATCHES "undefined")
+        # rapidjson's growing stack offsets a null pointer by zero.
+        target_compile_options(vesk_options INTERFACE -fno-sanitize=pointer-overflow)
+    endif()
+endif()

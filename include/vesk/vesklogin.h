@@ -1,0 +1,93 @@
+/// @file
+/// Everything a game needs: include this file, link VESKCore, call VESKLogin.
+#ifndef VESK_VESKLOGIN_H
+#define VESK_VESKLOGIN_H
+
+#include "vesk/veskerror.h"
+#include "vesk/veskexport.h"
+#include "vesk/veskloginobserver.h"
+#include "vesk/veskret.h"
+#include "vesk/veskstring.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// The SDK's facade. Every operation returns as soon as its work is queued; results arrive through
+/// the observer. Nothing throws.
+class VESK_API VESKLogin {
+public:
+    /// Sets the one observer of the process. Call it before the first login.
+    /// @param observer may be null, which silences all results. The last pointer wins.
+    /// @thread Any.
+    /// @lifetime The observer must outlive its registration. To retire it, set null and let calls
+    ///           that are just running return before you delete it.
+    static void SetLoginObserver(VESKLoginObserver* observer);
+
+    /// Logs the player in. A login that is still running is superseded: only this one is answered.
+    /// @param channel "KZ", "Ferno" or "Steam", exactly so. Any other name is never answered.
+    /// @param permissions kept with the request for the channel.
+    /// @param subChannel kept with the request for the channel.
+    /// @param extraJson a JSON object or empty. A member "password" is replaced by its MD5 digest.
+    /// @thread Any. OnLoginRetNotify comes on a network or channel thread; for a failure that is
+    ///         known at once (the Steam client is not running) it comes inside this call.
+    /// @errors Arrive in OnLoginRetNotify: NETWORK_ERROR, SERVER_ERROR, CHANNEL_INIT_FAILED,
+    ///         NEED_REALNAME, CHANNEL_LOGIN_FAILED.
+    static void Login(const String& channel, const String& permissions, const String& subChannel,
+                      const String& extraJson);
+
+    /// Logs in the player that this device remembers, without a QR code. Only for "KZ", and only
+    /// when VESK_URL is set to a backend of your own (docs/configuration.md).
+    /// @thread As for Login.
+    /// @errors Arrive in OnLoginRetNotify: AUTOLOGIN_NOT_ALLOWED, NO_STORED_LOGIN,
+    ///         CHANNEL_LOGIN_FAILED, and those of Login.
+    static void AutoLogin();
+
+    /// Reads the login result that is held now; no network traffic.
+    /// @param loginRet is filled in either case, for false as far as something is known.
+    /// @return true when a login is held. Still look at `retCode`: an expired login is found, with
+    ///         VESKError::TOKEN_EXPIRED.
+    /// @thread Any.
+    /// @errors `retCode` NO_STORED_LOGIN when nothing is stored.
+    static bool GetLoginRet(VESKLoginRet& loginRet);
+
+    /// Logs the player out of the channel and, unless told otherwise, of the backend.
+    /// @param channel the channel to log out of; empty takes the one that is logged in.
+    /// @param subChannel kept with the request.
+    /// @param channelOnly true keeps the stored login and does not tell the backend.
+    /// @thread Any. OnBaseRetNotify comes as soon as the channel has answered, for Steam inside
+    ///         this call; the backend's answer is not waited for.
+    /// @errors Arrive in OnBaseRetNotify with methodNameID 117: NO_STORED_LOGIN, or -1 when only a
+    ///         remembered player from an earlier run is known.
+    static void Logout(const String& channel, const String& subChannel, bool channelOnly);
+
+    /// Not available on this platform.
+    /// @return false, always.
+    static bool SwitchUser(bool useLaunchUser);
+
+    /// Ends the SDK: stops its background work, closes the channel components and unloads this
+    /// library from the process (on Windows; elsewhere it stays loaded).
+    ///
+    /// Returns at once and may be called from an observer method. Work that is still running ends
+    /// on its own threads and reaches nobody.
+    /// @thread Any. After it has returned do not call the SDK again.
+    static void UnInstall();
+
+    /// Not available on this platform: returns at once, without a result.
+    static void Bind(const String& channel, const String& permissions, const String& subChannel,
+                     const String& extraJson);
+
+    /// Not available on this platform: returns at once, without a result.
+    static void LoginWithConfirmCode(int actionType, const String& confirmCode,
+                                     const String& extraJson);
+
+    /// Not available on this platform: returns at once, without a result.
+    static void QueryUserInfo();
+
+    /// Not available on this platform: returns at once, without a result.
+    static void ResetGuest();
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif
