@@ -1,0 +1,28 @@
+#ifndef VESK_MODULE_VESKMODULE_H
+#define VESK_MODULE_VESKMODULE_H
+
+#include <string>
+
+namespace Braxel {
+namespace VESK {
+
+/// What the library knows of its own file. Nothing here logs or touches any other part.
+class VESKModule {
+public:
+    /// The directory of the library's own file with its trailing separator, in the OEM code page
+    /// on Windows and in the loader's own bytes on Linux. Empty when it is not known.
+    static std::string Directory();
+
+    /// Makes @p path the library's own file. For programs that have the sources compiled in and
+    /// so have no library file whose folder could be taken. Call it before anything else.
+    static void UsePath(const std::string& path);
+
+    /// Starts a thread of the operating system that unloads this library, and returns at once.
+    /// Does nothing where the library stays loaded.
+    static void StartUnload();
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

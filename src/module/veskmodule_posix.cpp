@@ -1,0 +1,41 @@
+#include "module/veskmodule.h"
+
+#include <dlfcn.h>
+#include <mutex>
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+std::mutex gPathMutex;
+
+std::string& OwnPath() {
+    static std::string& path = *new std::string;
+    return path;
+}
+
+} // namespace
+
+std::string VESKModule::Directory() {
+    const std::lock_guard<std::mutex> lock(gPathMutex);
+    std::string& path = OwnPath();
+    Dl_info info = {};
+    if (path.empty() && dladdr(reinterpret_cast<void*>(&OwnPath), &info) != 0 &&
+        info.dli_fname != nullptr) {
+        path = info.dli_fname;
+    }
+    const size_t slash = path.rfind('/');
+    return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+void VESKModule::UsePath(const std::string& path) {
+    const std::lock_guard<std::mutex> lock(gPathMutex);
+    OwnPath() = path;
+}
+
+// Linked with -z nodelete: threads may outlive any dlclose.
+void VESKModule::StartUnload() {}
+
+} // namespace VESK
+} // namespace Braxel

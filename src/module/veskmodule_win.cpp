@@ -1,0 +1,71 @@
+#include "module/veskmodule.h"
+
+#include <cstdlib>
+#include <cwchar>
+#include <windows.h>
+
+#include "module/veskatlcommodule.h"
+#include "platformimpl/foundation/os/text.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+CVESKATLComModule gAtlModule;
+HMODULE gModule = nullptr;
+wchar_t gModulePath[MAX_PATH] = {};
+
+DWORD WINAPI Unload(void* module) {
+    FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
+}
+
+/// Called by the loader for each process and thread that comes or goes. It must not log: the
+/// loader holds its lock.
+bool Attach(HMODULE module, DWORD reason) {
+    gModule = module;
+    wchar_t path[MAX_PATH] = {};
+    const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
+    // A path that does not fit is cut, and its cut form would name another folder.
+    if (length == 0 || length >= MAX_PATH) {
+        path[0] = L'\0';
+    }
+    // Written only when it changes: other threads may be reading it.
+    if (std::wcscmp(path, gModulePath) != 0) {
+        std::wcscpy(gModulePath, path);
+    }
+    return reason != DLL_PROCESS_ATTACH || gAtlModule.Initialized();
+}
+
+} // namespace
+
+std::string VESKModule::Directory() {
+    const std::wstring path = gModulePath;
+    const size_t backslash = path.rfind(L'\\');
+    return backslash == std::wstring::npos ? std::string()
+                                           : os::WideToOem(path.substr(0, backslash + 1));
+}
+
+void VESKModule::UsePath(const std::string& path) {
+    const std::wstring wide = os::LocaleToWide(path);
+    if (wide.size() < MAX_PATH) {
+        std::wcscpy(gModulePath, wide.c_str());
+    }
+}
+
+void VESKModule::StartUnload() {
+    if (gModule == nullptr) {
+        return;
+    }
+    HANDLE thread = CreateThread(nullptr, 0, &Unload, gModule, 0, nullptr);
+    if (thread != nullptr) {
+        CloseHandle(thread);
+    }
+}
+
+} // namespace VESK
+} // namespace Braxel
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+    return Braxel::VESK::Attach(module, reason) ? TRUE : FALSE;
+}

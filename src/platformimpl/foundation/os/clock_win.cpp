@@ -1,0 +1,29 @@
+#include "platformimpl/foundation/os/clock.h"
+
+#include <sys/timeb.h>
+#include <windows.h>
+
+namespace Braxel {
+namespace VESK {
+namespace os {
+
+WallTime Now() {
+    struct __timeb64 now = {};
+    _ftime64(&now);
+    return {static_cast<int64_t>(now.time), static_cast<int32_t>(now.millitm)};
+}
+
+int64_t UnixSeconds() {
+    return Now().seconds;
+}
+
+LocalTime LocalNow() {
+    SYSTEMTIME now = {};
+    GetLocalTime(&now);
+    return {now.wYear,   now.wMonth,  now.wDay,         now.wHour,
+            now.wMinute, now.wSecond, now.wMilliseconds};
+}
+
+} // namespace os
+} // namespace VESK
+} // namespace Braxel

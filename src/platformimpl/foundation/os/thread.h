@@ -1,0 +1,29 @@
+#ifndef VESK_PLATFORMIMPL_FOUNDATION_OS_THREAD_H
+#define VESK_PLATFORMIMPL_FOUNDATION_OS_THREAD_H
+
+#include <pthread.h>
+
+namespace Braxel {
+namespace VESK {
+namespace os {
+
+using ThreadRoutine = void (*)(void* argument);
+
+/// Starts a detached POSIX thread. Every thread of the library is started here.
+///
+/// The game may unload the library while its threads still run. The thread therefore holds a
+/// reference on this module, taken before it starts, and leaves through the call that drops the
+/// reference and ends the thread at once, so that the last one out unmaps the code. An exception
+/// of @p routine ends the thread and nothing else.
+/// @return 0, or the error number of the thread library; nothing runs then.
+int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument);
+
+/// Keeps a write to a closed connection from ending the process through SIGPIPE. For the calling
+/// thread only; Windows has no such signal.
+void BlockBrokenPipeSignal();
+
+} // namespace os
+} // namespace VESK
+} // namespace Braxel
+
+#endif
