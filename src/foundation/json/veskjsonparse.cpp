@@ -1,0 +1,74 @@
+#include "foundation/json/veskjsonparse.h"
+
+#include <algorithm>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include "foundation/log/vesklogger.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr size_t kMaxDepth = 256;
+
+/// Offset of the first bracket of valid JSON that nests too deep; npos when there is none.
+size_t FindTooDeep(const std::string& json) {
+    size_t depth = 0;
+    bool inString = false;
+    for (size_t at = 0; at < json.size(); ++at) {
+        const char c = json[at];
+        if (inString) {
+            if (c == '\\') {
+                ++at;
+            } else if (c == '"') {
+                inString = false;
+            }
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '[' || c == '{') {
+            if (++depth > kMaxDepth) {
+                return at;
+            }
+        } else if (c == ']' || c == '}') {
+            --depth;
+        }
+    }
+    return std::string::npos;
+}
+
+void LogFailure(const std::string& json, size_t offset) {
+    // Deliberate: the count grows with the offset, so a late error shows more text.
+    const std::string excerpt = json.substr(std::min(offset, json.size()), offset + 32);
+    VESK_LOG_ERROR("VESKJsonManager::parse", "Parse json string [ %s ] fail. %s ", json.c_str(),
+                   excerpt.c_str());
+}
+
+} // namespace
+
+bool ParseJson(const std::string& json, rapidjson::Document& document) {
+    document.Parse<rapidjson::kParseIterativeFlag>(json.data(), json.size());
+    size_t offset = std::string::npos;
+    if (document.HasParseError()) {
+        offset = document.GetErrorOffset();
+    } else {
+        offset = FindTooDeep(json);
+    }
+    if (offset == std::string::npos) {
+        return true;
+    }
+    document.SetNull();
+    LogFailure(json, offset);
+    return false;
+}
+
+std::string JsonText(const rapidjson::Value& value) {
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+    value.Accept(writer);
+    return std::string(buffer.GetString(), buffer.GetSize());
+}
+
+} // namespace VESK
+} // namespace Braxel

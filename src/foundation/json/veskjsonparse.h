@@ -1,0 +1,23 @@
+#ifndef VESK_FOUNDATION_JSON_VESKJSONPARSE_H
+#define VESK_FOUNDATION_JSON_VESKJSONPARSE_H
+
+#include <rapidjson/document.h>
+#include <string>
+
+namespace Braxel {
+namespace VESK {
+
+/// Parses @p json, which may come from outside and be hostile: parsing needs no call stack, and
+/// nesting deeper than 256 levels is refused, so that whatever walks the document afterwards needs
+/// little of it either.
+///
+/// A failure is logged with an excerpt and leaves @p document null.
+bool ParseJson(const std::string& json, rapidjson::Document& document);
+
+/// The compact text of @p value.
+std::string JsonText(const rapidjson::Value& value);
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif
