@@ -1,0 +1,66 @@
+#include "foundation/task/veskrefreshtokentask.h"
+
+#include <string>
+
+#include "common/veskinnerrecords.h"
+#include "foundation/log/vesklogger.h"
+#include "login/veskloginmanager.h"
+#include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/login/veskloginimpl.h"
+#include "vesk/veskerror.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+int64_t RefreshMargin(const std::string& channel) {
+    if (channel == "KZ") {
+        return 540;
+    }
+    if (channel == "Ferno") {
+        return 60;
+    }
+    return 300;
+}
+
+} // namespace
+
+VESKRefreshTokenTask::Decision VESKRefreshTokenTask::Decide(const InnerLoginRet& ret, int64_t now) {
+    if (ret.retCode != VESKError::SUCCESS || ret.channelInfo.length() == 0) {
+        return Decision::Invalid;
+    }
+    return ret.tokenExpire - now > RefreshMargin(ret.channel.c_str()) ? Decision::NotYet
+                                                                      : Decision::Refresh;
+}
+
+void VESKRefreshTokenTask::DoTask() {
+    InnerLoginRet ret;
+    if (!VESKLoginManager::GetInstance()->GetLoginRet(ret)) {
+        VESK_LOG_ERROR("VESKRefreshTokenTask::DoTask", "fail to getLoginRet");
+        return;
+    }
+    switch (Decide(ret, os::UnixSeconds())) {
+    case Decision::Invalid:
+        VESK_LOG_ERROR("VESKRefreshTokenTask::DoTask", "invalid login ret");
+        break;
+    case Decision::NotYet:
+        VESK_LOG_INFO("VESKRefreshTokenTask::DoTask", "No need to refresh");
+        break;
+    case Decision::Refresh:
+        VESK_LOG_INFO("VESKRefreshTokenTask::DoTask", "Start to refresh token");
+        VESKLoginIMPL::GetInstance()->RefreshToken(ret);
+        break;
+    }
+}
+
+std::string VESKRefreshTokenTask::GetTaskName() {
+    return kTaskName;
+}
+
+uint32_t VESKRefreshTokenTask::GetInterval() {
+    return 240;
+}
+
+} // namespace VESK
+} // namespace Braxel
