@@ -1,0 +1,306 @@
+// The options that the library sets include two that newer versions of libcurl call deprecated.
+#define CURL_DISABLE_DEPRECATION
+#include "foundation/http/veskhttpclient.h"
+
+#include <curl/curl.h>
+#include <memory>
+
+#include "config/veskconfigmanager.h"
+#include "foundation/log/vesklogger.h"
+#include "platformimpl/foundation/file/vesklibrarydirectory.h"
+#include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/foundation/os/thread.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr uint32_t kDefaultTimeoutSeconds = 15;
+
+struct HandleDeleter {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+};
+using HandlePtr = std::unique_ptr<CURL, HandleDeleter>;
+
+struct ListDeleter {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+};
+using ListPtr = std::unique_ptr<curl_slist, ListDeleter>;
+
+void Append(ListPtr& list, const std::string& line) {
+    curl_slist* longer = curl_slist_append(list.get(), line.c_str());
+    if (longer != nullptr) {
+        list.release();
+        list.reset(longer);
+    }
+}
+
+/// "host:port" of an http or https address; empty for any other.
+std::string HostAndPort(const std::string& url) {
+    for (const auto& scheme : {std::pair<std::string, std::string>{"https://", ":443"},
+                               std::pair<std::string, std::string>{"http://", ":80"}}) {
+        if (url.compare(0, scheme.first.size(), scheme.first) == 0) {
+            const size_t begin = scheme.first.size();
+            return url.substr(begin, url.find('/', begin) - begin) + scheme.second;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+VESKHTTPClient::VESKHTTPClient() = default;
+
+void VESKHTTPClient::ResetData() {
+    VESK_LOG_DEBUG("VESKHTTPClient::ResetData", "[VESK HTTP] http client reset data");
+    const bool httpDns = VESKConfigManager::GetInstance()->Get<bool>("VESK_HTTPDNS_ENABLE", true);
+    const std::lock_guard<std::mutex> lock(mMutex);
+    mMethod = HTTP_OPT_NO;
+    mPostData.clear();
+    mResponseBody.clear();
+    mResponseHeader.clear();
+    mCompletion = nullptr;
+    mRequesterCallback = nullptr;
+    mResponseCode = 200;
+    mReqSeq = 0;
+    mUserData = nullptr;
+    mDownloadedSize = 0;
+    mRequestSize = 0;
+    mHeaderSize = 0;
+    mStartTime = 0;
+    mTransferTime = 0;
+    mTimeout = 0;
+    mHttpDns = httpDns;
+}
+
+bool VESKHTTPClient::Request(const HttpParams& params, Completion completion, void* context) {
+    if (params.http_opt_ == HTTP_OPT_NO) {
+        VESK_LOG_ERROR("VESKHTTPClient::Request", "[VESK HTTP] http_opt_ != HTTP_OPT_NO");
+        return false;
+    }
+    mUrl = params.url;
+    mMethod = params.http_opt_;
+    mPostData = params.postData;
+    mHeaders = params.headers;
+    mReqSeq = params.reqSeq;
+    mRequesterCallback = params.requesterCallback;
+    mUserData = params.userData;
+    mStartTime = params.requestTime;
+    mTimeout = params.timeout;
+    mHttpDns = VESKConfigManager::GetInstance()->Get<bool>("VESK_HTTPDNS_ENABLE", true) &&
+               params.httpDnsWish != 0;
+    mCompletion = completion;
+    mContext = context;
+    return CreateRequestThread();
+}
+
+VESKHTTPClient::Outcome VESKHTTPClient::GetOutcome() const {
+    return {mUrl, mReqSeq, mResponseCode, mRequesterCallback, mUserData, mTransferTime, mStartTime};
+}
+
+bool VESKHTTPClient::CreateRequestThread() {
+    VESK_LOG_DEBUG("VESKHTTPClient::CreateRequestThread",
+                   "[VESK HTTP] httpclient Create Request Thread start");
+    return os::StartDetachedThread(&mThread, &CreateRequestThreadCallBack, this) == 0;
+}
+
+void VESKHTTPClient::CreateRequestThreadCallBack(void* context) {
+    VESK_LOG_DEBUG("VESKHTTPClient::CreateRequestThreadCallBack",
+                   "[VESK HTTP] httpclient Create Request Thread callback");
+    VESKHTTPClient* client = static_cast<VESKHTTPClient*>(context);
+    if (client == nullptr) {
+        VESK_LOG_ERROR("VESKHTTPClient::CreateRequestThreadCallBack",
+                       "[VESK HTTP] null httpClient");
+        return;
+    }
+    os::BlockBrokenPipeSignal();
+    switch (client->mMethod) {
+    case HTTP_OPT_NO:
+        VESK_LOG_DEBUG("VESKHTTPClient::CreateRequestThreadCallBack",
+                       "[VESK HTTP] httpclient Create Request Thread callback opt is no");
+        break;
+    case HTTP_OPT_HEAD:
+    case HTTP_OPT_GET:
+        client->SendReadRequest();
+        break;
+    case HTTP_OPT_POST:
+        client->SendPostRequest();
+        break;
+    default:
+        break;
+    }
+}
+
+size_t VESKHTTPClient::Receive(std::string& buffer, const char* data, size_t length) {
+    try {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        buffer.append(data, length);
+        return length;
+    } catch (...) {
+        return 0; // libcurl ends the transfer with a write error.
+    }
+}
+
+size_t VESKHTTPClient::OnBody(char* data, size_t size, size_t count, void* context) {
+    VESKHTTPClient* client = static_cast<VESKHTTPClient*>(context);
+    return client->Receive(client->mResponseBody, data, size * count);
+}
+
+size_t VESKHTTPClient::OnHeader(char* data, size_t size, size_t count, void* context) {
+    VESKHTTPClient* client = static_cast<VESKHTTPClient*>(context);
+    return client->Receive(client->mResponseHeader, data, size * count);
+}
+
+long VESKHTTPClient::TimeoutSeconds() const {
+    return static_cast<long>(mTimeout == 0 ? kDefaultTimeoutSeconds : mTimeout);
+}
+
+void VESKHTTPClient::SetTransport(void* handle) {
+    curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 1L);
+    curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(handle, CURLOPT_URL, mUrl.c_str());
+    curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
+    curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
+    const std::string certPath = LibraryDirectory() + "cacert.pem";
+    VESK_LOG_INFO("VESKHTTPClient::SetTransport", "cert path:%s", certPath.c_str());
+    curl_easy_setopt(handle, CURLOPT_CAINFO, certPath.c_str());
+    curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT, TimeoutSeconds());
+    curl_easy_setopt(handle, CURLOPT_TIMEOUT, TimeoutSeconds());
+    curl_easy_setopt(handle, CURLOPT_DNS_USE_GLOBAL_CACHE, 0L);
+    curl_easy_setopt(handle, CURLOPT_DNS_CACHE_TIMEOUT, 60L);
+}
+
+int32_t VESKHTTPClient::Perform(void* handle) {
+    const int64_t before = os::UnixSeconds();
+    const CURLcode result = curl_easy_perform(handle);
+    const int64_t now = os::UnixSeconds();
+    mTransferTime = now - before;
+    mStartTime = now - mStartTime;
+    return static_cast<int32_t>(result);
+}
+
+void VESKHTTPClient::ReadResponseCode(void* handle) {
+    long code = 0;
+    const CURLcode result = curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &code);
+    if (result != CURLE_OK) {
+        VESK_LOG_ERROR("VESKHTTPClient::ReadResponseCode", "Curl curl_easy_getinfo failed: %s\n",
+                       curl_easy_strerror(result));
+    }
+    mResponseCode = static_cast<int32_t>(code);
+}
+
+void VESKHTTPClient::Complete(int32_t result, const std::string* body) {
+    if (mCompletion != nullptr) {
+        mCompletion(result, body == nullptr ? nullptr : body->data(),
+                    body == nullptr ? 0 : body->size(), this, mContext);
+    }
+}
+
+void VESKHTTPClient::SendReadRequest() {
+    VESK_LOG_DEBUG("VESKHTTPClient::SendReadRequest",
+                   "[VESK HTTP] httpclient get start curl, seq:%d", mReqSeq);
+    HandlePtr handle(curl_easy_init());
+    if (!handle) {
+        VESK_LOG_ERROR("VESKHTTPClient::SendReadRequest", "[VESK HTTP] curl_handle NULL");
+        // Deliberate: the requester is not told. The client goes back to its owner all the same.
+        mRequesterCallback = nullptr;
+        Complete(CURLE_FAILED_INIT, nullptr);
+        return;
+    }
+    SetTransport(handle.get());
+    curl_easy_setopt(handle.get(), CURLOPT_MAXREDIRS, 2L);
+    ListPtr hosts;
+    if (mHttpDns) {
+        // Deliberate: made and freed, never set on the handle.
+        Append(hosts, HostAndPort(mUrl));
+    }
+    curl_easy_setopt(handle.get(), CURLOPT_HEADERFUNCTION, &OnHeader);
+    curl_easy_setopt(handle.get(), CURLOPT_HEADERDATA, this);
+    if (mMethod == HTTP_OPT_HEAD) {
+        curl_easy_setopt(handle.get(), CURLOPT_NOBODY, 1L);
+    } else {
+        curl_easy_setopt(handle.get(), CURLOPT_NOBODY, 0L);
+        curl_easy_setopt(handle.get(), CURLOPT_WRITEFUNCTION, &OnBody);
+        curl_easy_setopt(handle.get(), CURLOPT_WRITEDATA, this);
+    }
+    const int32_t result = Perform(handle.get());
+    ReadResponseCode(handle.get());
+    VESK_LOG_DEBUG("VESKHTTPClient::SendReadRequest",
+                   "[VESK HTTP] Get method get http response code get http response code "
+                   "result:%d, code:%ld",
+                   result, static_cast<long>(mResponseCode));
+    if (result != 0) {
+        VESK_LOG_DEBUG("VESKHTTPClient::SendReadRequest",
+                       "[VESK HTTP] httpclient get curl easy perform return retcode:%d, url:%s "
+                       "seq:%d",
+                       result, mUrl.c_str(), mReqSeq);
+        handle.reset();
+        hosts.reset();
+        Complete(result, nullptr);
+        return;
+    }
+    long requestSize = 0;
+    long headerSize = 0;
+    curl_easy_getinfo(handle.get(), CURLINFO_SIZE_DOWNLOAD, &mDownloadedSize);
+    curl_easy_getinfo(handle.get(), CURLINFO_REQUEST_SIZE, &requestSize);
+    curl_easy_getinfo(handle.get(), CURLINFO_HEADER_SIZE, &headerSize);
+    mRequestSize = static_cast<int32_t>(requestSize);
+    mHeaderSize = static_cast<int32_t>(headerSize);
+    handle.reset();
+    hosts.reset();
+    Complete(0, mMethod == HTTP_OPT_HEAD ? &mResponseHeader : &mResponseBody);
+}
+
+void VESKHTTPClient::SendPostRequest() {
+    VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
+                   "[VESK HTTP] httpclient post start curl, seq:%d", mReqSeq);
+    HandlePtr handle(curl_easy_init());
+    if (!handle) {
+        VESK_LOG_ERROR("VESKHTTPClient::SendPostRequest", "[VESK HTTP] curl_handle NULL");
+        Complete(CURLE_FAILED_INIT, nullptr);
+        return;
+    }
+    SetTransport(handle.get());
+    // UPLOAD 0 turns the method into GET; POSTFIELDS below turns it back. Keep this order.
+    curl_easy_setopt(handle.get(), CURLOPT_POST, 1L);
+    curl_easy_setopt(handle.get(), CURLOPT_UPLOAD, 0L);
+    curl_easy_setopt(handle.get(), CURLOPT_WRITEFUNCTION, &OnBody);
+    curl_easy_setopt(handle.get(), CURLOPT_WRITEDATA, this);
+    ListPtr headers;
+    for (const auto& header : mHeaders) {
+        Append(headers, header.first + ": " + header.second);
+    }
+    curl_easy_setopt(handle.get(), CURLOPT_HTTPHEADER, headers.get());
+    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDS, mPostData.data());
+    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDSIZE, static_cast<long>(mPostData.size()));
+
+    const int64_t requestTime = mStartTime;
+    const int32_t result = Perform(handle.get());
+    VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
+                   "[VESK HTTP] httpclient post seq:%d curl_easy_perform and retCode:%d with "
+                   "left_timeout:%d",
+                   mReqSeq, result, static_cast<int>(TimeoutSeconds()));
+    headers.reset();
+    VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
+                   "[VESK HTTP] http client statistic starttime:%lld, reqissuetiem:%lld, "
+                   "reqrequestime:%lld",
+                   static_cast<long long>(requestTime), static_cast<long long>(mTransferTime),
+                   static_cast<long long>(mStartTime));
+    ReadResponseCode(handle.get());
+    VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
+                   "[VESK HTTP] POST method get http response code result:%d, code:%ld", result,
+                   static_cast<long>(mResponseCode));
+    if (result != 0) {
+        VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
+                       "[VESK HTTP] httpclient get curl easy perform return retcode:%d, url:%s "
+                       "seq:%d",
+                       result, mUrl.c_str(), mReqSeq);
+    }
+    handle.reset();
+    Complete(result, result == 0 ? &mResponseBody : nullptr);
+}
+
+} // namespace VESK
+} // namespace Braxel
