@@ -1,0 +1,196 @@
+#include "vesk/vesklogin.h"
+
+#include <atomic>
+#include <string>
+
+#include "common/vesk.h"
+#include "common/veskdefine.h"
+#include "common/veskrequests.h"
+#include "foundation/http/veskhttpmanager.h"
+#include "foundation/json/veskjsonmanager.h"
+#include "foundation/tools/md5.h"
+#include "login/veskloginmanager.h"
+#include "module/veskmodule.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+std::atomic<VESKLoginObserver*> gObserver{nullptr};
+
+/// Runs the body of an exported operation: nothing may be thrown into the game.
+template <typename Body>
+void Guarded(const Body& body) noexcept {
+    try {
+        body();
+    } catch (...) {
+        VESK_LOG_ERROR("VESKLogin", "exception inside the SDK, the operation ends here");
+    }
+}
+
+/// Calls the game: its exceptions must not reach the thread that delivers.
+template <typename Call>
+void NotifyUser(const Call& call) {
+    try {
+        call();
+    } catch (...) {
+        VESK_LOG_ERROR("VESKLogin", "exception out of the observer");
+    }
+}
+
+void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
+    VESKLoginObserver* observer = gObserver;
+    if (observer != nullptr) {
+        VESK_LOG_DEBUG("VESKLogin::LoginRetObserver",
+                       "[ %s ] convert InnerLoginRet to VESKLoginRet start", seqID);
+        const VESKLoginRet ret = ToPublic(inner);
+        VESK_LOG_DEBUG("VESKLogin::LoginRetObserver",
+                       "[ %s ] convert InnerLoginRet to VESKLoginRet finish then will notify user",
+                       seqID);
+        VESK_LOG_DEBUG("VESKLogin::LoginRetObserver", "[ %s ] method id :%d", seqID,
+                       ret.methodNameID);
+        if (ret.methodNameID != kMethodNameLogin ||
+            VESKLoginManager::GetInstance()->checkLoginNotify(seqID)) {
+            NotifyUser([&] { observer->OnLoginRetNotify(ret); });
+            return;
+        }
+    }
+    VESK_LOG_ERROR("VESKLogin::LoginRetObserver",
+                   " [ %s ] login observer is null or this seqID in cache", seqID);
+}
+
+void BaseRetObserver(const InnerBaseRet& inner, const char* seqID) {
+    VESKLoginObserver* observer = gObserver;
+    if (observer == nullptr) {
+        VESK_LOG_ERROR("VESKLogin::BaseRetObserver", " [ %s ] login observer is null", seqID);
+        return;
+    }
+    VESK_LOG_DEBUG("VESKLogin::BaseRetObserver", "[ %s ] convert InnerBaseRet to VESKBaseRet start",
+                   seqID);
+    const VESKBaseRet ret = ToPublic(inner);
+    VESK_LOG_DEBUG("VESKLogin::BaseRetObserver",
+                   "[ %s ] convert InnerBaseRet to VESKBaseRet finish then will notify user",
+                   seqID);
+    NotifyUser([&] { observer->OnBaseRetNotify(ret); });
+}
+
+void QrCodeRetObserver(const InnerQrCodeRet& inner, const char* seqID) {
+    VESKLoginObserver* observer = gObserver;
+    if (observer == nullptr) {
+        VESK_LOG_ERROR("VESKLogin::QrCodeRetObserver", " [ %s ] login observer is null", seqID);
+        return;
+    }
+    VESK_LOG_DEBUG("VESKLogin::QrCodeRetObserver",
+                   "[ %s ] convert InnerQrCodeRet to VESKQrCodeRet start", seqID);
+    const VESKQrCodeRet ret = ToPublic(inner);
+    VESK_LOG_DEBUG("VESKLogin::QrCodeRetObserver",
+                   "[ %s ] convert InnerQrCodeRet to VESKQrCodeRet finish then will notify user",
+                   seqID);
+    NotifyUser([&] { observer->OnQrCodeRetNotify(ret); });
+}
+
+/// Deliberate: a JSON object without a password still gets one, the digest of the empty text.
+std::string WithPasswordDigest(const String& extraJson) {
+    std::string first = extraJson.c_str();
+    const VESKJsonManager given(first);
+    const std::string digest = MD5::Hex(given.GetString("password"));
+    std::string second = extraJson.c_str();
+    VESKJsonManager changed(second);
+    changed.PutIfAbsent("password", digest.c_str());
+    return changed;
+}
+
+} // namespace
+
+void VESKLogin::SetLoginObserver(VESKLoginObserver* observer) {
+    Guarded([&] {
+        // Deliberate: the misplaced format letter, and so no address.
+        VESK_LOG_DEBUG("VESKLogin::SetLoginObserver", "SetLoginObserver, observer address:p%%");
+        gObserver = observer;
+        VESKInnerObserverHolder<InnerLoginRet>::Register(kObserverIDLoginRet, &LoginRetObserver);
+        VESKInnerObserverHolder<InnerBaseRet>::Register(kObserverIDBaseRet, &BaseRetObserver);
+        VESKInnerObserverHolder<InnerQrCodeRet>::Register(kObserverIDQrCodeRet, &QrCodeRetObserver);
+        VESKLoginManager::GetInstance();
+    });
+}
+
+void VESKLogin::Login(const String& channel, const String& permissions, const String& subChannel,
+                      const String& extraJson) {
+    Guarded([&] {
+        VESK_LOG_DEBUG("VESKLogin::Login", "channel:%s permissions:%s subChannel:%s extraJson:%s",
+                       channel.c_str(), permissions.c_str(), subChannel.c_str(), extraJson.c_str());
+        LoginRequest request;
+        request.extraJson = WithPasswordDigest(extraJson);
+        request.methodNameID = kMethodNameLogin;
+        request.seqID = VESK::CreateSequenceId();
+        request.channel = channel.c_str();
+        request.subChannel = subChannel.c_str();
+        VESKLoginManager* manager = VESKLoginManager::GetInstance();
+        manager->mNeedLoginObserve = true;
+        manager->Login(request, permissions.c_str());
+    });
+}
+
+void VESKLogin::AutoLogin() {
+    Guarded([&] {
+        ShortRequest request;
+        request.methodNameID = kMethodNameAutoLogin;
+        request.seqID = VESK::CreateSequenceId();
+        VESKLoginManager* manager = VESKLoginManager::GetInstance();
+        manager->mNeedLoginObserve = true;
+        manager->AutoLogin(request);
+    });
+}
+
+bool VESKLogin::GetLoginRet(VESKLoginRet& loginRet) {
+    bool found = false;
+    Guarded([&] {
+        InnerLoginRet inner;
+        found = VESKLoginManager::GetInstance()->GetLoginRet(inner);
+        loginRet = ToPublic(inner);
+    });
+    return found;
+}
+
+void VESKLogin::Logout(const String& channel, const String& subChannel, bool channelOnly) {
+    Guarded([&] {
+        ShortRequest request;
+        request.methodNameID = kMethodNameLogout;
+        request.seqID = VESK::CreateSequenceId();
+        request.channel = channel.c_str();
+        request.subChannel = subChannel.c_str();
+        VESKLoginManager::GetInstance()->Logout(request, channelOnly);
+    });
+}
+
+bool VESKLogin::SwitchUser(bool /*useLaunchUser*/) {
+    return false;
+}
+
+void VESKLogin::UnInstall() {
+    Guarded([] {
+        VESK_LOG_DEBUG("VESKLogin::UnInstall", "UnInstall platform sdk");
+        // From here on nothing reaches the game, whatever is still under way.
+        gObserver = nullptr;
+        VESKHTTPManager::GetInstance()->Shutdown();
+        VESKLoginManager::GetInstance()->UnInstallPlatformPlugins();
+        VESK_LOG_DEBUG("VESKLogin::UnInstall", "UnInstall vesk dll");
+        VESKModule::StartUnload();
+    });
+}
+
+// The four operations that this platform does not have stay exported, so that callers link.
+
+void VESKLogin::Bind(const String& /*channel*/, const String& /*permissions*/,
+                     const String& /*subChannel*/, const String& /*extraJson*/) {}
+
+void VESKLogin::LoginWithConfirmCode(int /*actionType*/, const String& /*confirmCode*/,
+                                     const String& /*extraJson*/) {}
+
+void VESKLogin::QueryUserInfo() {}
+
+void VESKLogin::ResetGuest() {}
+
+} // namespace VESK
+} // namespace Braxel

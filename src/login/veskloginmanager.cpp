@@ -1,0 +1,612 @@
+#include "login/veskloginmanager.h"
+
+#include "common/veskdefine.h"
+#include "config/veskconfigmanager.h"
+#include "foundation/http/veskhttpmanager.h"
+#include "foundation/json/veskjsonreader.h"
+#include "foundation/json/veskjsonwriter.h"
+#include "foundation/task/manager/vesktaskmanager.h"
+#include "foundation/task/veskrefreshtokentask.h"
+#include "foundation/tools/veskhttpparams.h"
+#include "foundation/tools/vesknetworkutils.h"
+#include "login/veskloginbodies.h"
+#include "login/vesklogoutret.h"
+#include "platformimpl/foundation/file/veskfileutils.h"
+#include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/login/veskloginimpl.h"
+#include "vesk/veskerror.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr const char* kDeviceCacheFile = "upra_login.txt";
+constexpr int32_t kStateNotified = 2;
+
+/// What OnLoginResp needs of the channel answer that it belongs to.
+struct LoginContext {
+    InnerLoginPluginRet answer;
+    std::string seqID;
+};
+
+/// Posts @p body; @p context goes to the callback, which frees it, and is freed here when there
+/// will be no callback.
+template <typename Context>
+void Post(const std::string& url, HttpRequesterCallback callback, const std::string& body,
+          std::unique_ptr<Context> context, const std::string& seqID) {
+    VESKHTTPParams params(HTTP_OPT_POST, url, callback, body, context.get());
+    params.seqID = seqID;
+    if (VESKHTTPManager::GetInstance()->Request(&params)) {
+        context.release(); // NOLINT(bugprone-unused-return-value): the callback owns it now
+    }
+}
+
+void DeliverLoginRet(const InnerLoginRet& ret, const std::string& seqID) {
+    VESKInnerObserverHolder<InnerLoginRet>::CommitToTaskQueue(ret, kObserverIDLoginRet, seqID);
+}
+
+void DeliverLoginFailure(int32_t code, const std::string& message, int32_t methodNameID,
+                         const std::string& seqID) {
+    InnerLoginRet ret(code);
+    ret.retMsg = message.c_str();
+    ret.methodNameID = methodNameID;
+    DeliverLoginRet(ret, seqID);
+}
+
+bool IsJson(const std::string& text) {
+    VESKJsonReader reader;
+    reader.init(text);
+    return !reader.parseFailed();
+}
+
+} // namespace
+
+VESKLoginManager::VESKLoginManager() : mLoginRet(std::make_shared<InnerLoginRet>()) {
+    VESKInnerObserverHolder<InnerLoginPluginRet>::Register(kObserverIDPluginLogin,
+                                                           &PluginLoginObserver);
+    VESKInnerObserverHolder<InnerBaseRet>::Register(kObserverIDPluginLogout, &PluginLogoutObserver);
+    VESKInnerObserverHolder<InnerLoginPluginRet>::Register(kObserverIDPluginRefresh,
+                                                           &PluginRefreshObserver);
+}
+
+// ---- Login ----
+
+void VESKLoginManager::Login(const LoginRequest& request, const std::string& permissions) {
+    VESK_LOG_DEBUG("VESKLoginManager::Login", "[ %s ] Login", request.seqID.c_str());
+    InnerLoginRet previous;
+    GetLoginRet(previous);
+    if (previous.channel.length() != 0) {
+        // Without a sequence id the channel's answer is not reported to the game.
+        ShortRequest logout;
+        logout.methodNameID = kMethodNameLogout;
+        logout.channel = previous.channel.c_str();
+        Logout(logout, true);
+    }
+    {
+        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        mCurrentLoginSeqID = request.seqID;
+    }
+    DeleteLoginRet();
+    mNeedLoginObserve = true;
+    ExtendedLoginRequest extended;
+    static_cast<LoginRequest&>(extended) = request;
+    extended.permissions = permissions;
+    // Deliberate: any other channel is never answered.
+    if (VESKLoginBodies::IsMessenger(request.channel)) {
+        GetLoginPreCode(extended);
+    } else if (request.channel == "Steam") {
+        VESKLoginIMPL::GetInstance()->LoginChannel(extended);
+    }
+}
+
+void VESKLoginManager::GetLoginPreCode(const ExtendedLoginRequest& request) {
+    VESK_LOG_DEBUG("VESKLoginManager::GetLoginPreCode", "[ %s ] GetLoginPreCode",
+                   request.seqID.c_str());
+    const std::string body = GetPreCodePostData(request);
+    const std::string url = VESKNetworkUtils::GetURL(
+        "auth/pcprecode", VESKLoginBodies::PreCodeChannelID(request.channel), body, request.seqID);
+    Post(url, &OnPreCodeResp, body, std::make_unique<ExtendedLoginRequest>(request), request.seqID);
+}
+
+std::string VESKLoginManager::GetPreCodePostData(const ExtendedLoginRequest& request) {
+    VESK_LOG_DEBUG("VESKLoginManager::GetPreCodePostData", "[ %s ] GetPreCodePostData",
+                   request.seqID.c_str());
+    const std::string serialNumber =
+        VESKLoginIMPL::GetInstance()->GetGenerateSerialNumber(request.channel);
+    return VESKLoginBodies::PreCode(request.channel, serialNumber);
+}
+
+void VESKLoginManager::OnPreCodeResp(int32_t /*reqSeq*/, int32_t result, const std::string& body,
+                                     void* context) {
+    const std::unique_ptr<ExtendedLoginRequest> request(
+        static_cast<ExtendedLoginRequest*>(context));
+    VESK_LOG_INFO("VESKLoginManager::OnPreCodeResp", "[ %s ] OnPreCodeResp ret:%d, respBody:%s",
+                  request->seqID.c_str(), result, body.c_str());
+    if (result != 0) {
+        InnerLoginRet ret(VESKError::NETWORK_ERROR);
+        ret.methodNameID = request->methodNameID;
+        ret.thirdCode = result;
+        DeliverLoginRet(ret, request->seqID);
+        return;
+    }
+    GetInstance()->HandlePreCode(*request, body);
+}
+
+void VESKLoginManager::HandlePreCode(ExtendedLoginRequest& request, const std::string& body) {
+    VESKJsonReader reader;
+    reader.init(body);
+    int32_t backendCode = -1;
+    std::string message;
+    if (!reader.hasCursor()) {
+        VESK_LOG_ERROR("VESKLoginManager::OnPreCodeResp", "null VESKJsonReader");
+    } else {
+        reader.read("ret", backendCode);
+        reader.read("precode", request.preCode);
+        reader.read("msg", message);
+    }
+    if (backendCode == 0 && !request.preCode.empty()) {
+        VESKLoginIMPL::GetInstance()->LoginChannel(request);
+        return;
+    }
+    if (backendCode == 0) {
+        VESK_LOG_ERROR("VESKLoginManager::OnPreCodeResp", "No preCode! msg:%s", message.c_str());
+    } else {
+        VESK_LOG_ERROR("VESKLoginManager::OnPreCodeResp", "Get preCode failed! msg:%s",
+                       message.c_str());
+    }
+    InnerLoginRet ret(VESKError::SERVER_ERROR);
+    ret.retMsg = message.c_str();
+    ret.thirdCode = backendCode;
+    ret.methodNameID = request.methodNameID;
+    DeliverLoginRet(ret, request.seqID);
+}
+
+void VESKLoginManager::PluginLoginObserver(const InnerLoginPluginRet& answer, const char* seqID) {
+    VESK_LOG_DEBUG("VESKLoginManager::PluginLoginObserver", "[ %s ], %s", seqID,
+                   answer.ToJson().c_str());
+    VESKLoginManager* manager = GetInstance();
+    if (answer.methodNameID == kMethodNameLogin) {
+        VESK_LOG_DEBUG("VESKLoginManager::PluginLoginObserver", "[ %s ], login in", seqID);
+        std::string current;
+        {
+            const std::lock_guard<std::mutex> lock(manager->mLoginMutex);
+            current = manager->mCurrentLoginSeqID;
+        }
+        if (current != seqID) {
+            VESK_LOG_DEBUG("VESKLoginManager::PluginLoginObserver",
+                           "[ %s ], mCurrentLoginSeqID is not equal %s", seqID, current.c_str());
+            return;
+        }
+    }
+    manager->PostLogin(answer, seqID);
+}
+
+void VESKLoginManager::PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID) {
+    const std::string body = VESKLoginBodies::Login(answer.channelInfo);
+    const std::string url = VESKNetworkUtils::GetURL("auth/login", answer.channelID, body, seqID);
+    VESK_LOG_DEBUG("VESKLoginManager::PluginLoginObserver", "[ %s ] %s url: %s postData : %s",
+                   seqID.c_str(), "Login", url.c_str(), body.c_str());
+    Post(url, &OnLoginResp, body, std::make_unique<LoginContext>(LoginContext{answer, seqID}),
+         seqID);
+}
+
+void VESKLoginManager::OnLoginResp(int32_t /*reqSeq*/, int32_t result, const std::string& body,
+                                   void* context) {
+    const std::unique_ptr<LoginContext> login(static_cast<LoginContext*>(context));
+    const std::string& seqID = login->seqID;
+    VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "[ %s ], %s", seqID.c_str(), body.c_str());
+    VESKLoginManager* manager = GetInstance();
+    InnerLoginRet ret;
+    ConvertLoginRet(ret, result, body, seqID);
+    ret.methodNameID = login->answer.methodNameID;
+    ret.channel = login->answer.channel.c_str();
+    ret.channelID = login->answer.channelID;
+    if (ret.channelInfo.length() == 0) {
+        ret.channelInfo = login->answer.channelInfo.c_str();
+    }
+    if (ret.retCode == VESKError::NEED_REALNAME) {
+        const std::lock_guard<std::mutex> lock(manager->mLoginMutex);
+        manager->mPendingLoginRet = std::make_shared<InnerLoginRet>(ret);
+    } else if (ret.retCode == VESKError::SUCCESS) {
+        manager->HandleLoginSuccess(ret, seqID, body);
+    }
+    if (manager->mNeedLoginObserve) {
+        VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp",
+                       "[ %s ], mNeedLoginObserve is true, do callback", seqID.c_str());
+        DeliverLoginRet(ret, seqID);
+    } else {
+        VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp",
+                       "[ %s ], mNeedLoginObserve is false, do not callback", seqID.c_str());
+    }
+}
+
+void VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID,
+                                          const std::string& body) {
+    if (ret.methodNameID == kMethodNameBind) {
+        UpdateLoginRet(body.c_str(), ret);
+        ret.methodNameID = kMethodNameBind;
+        VESK_LOG_ERROR("VESKLoginManager::OnLoginResp",
+                       "methodNameID has been reset for kMethodNameBind");
+        return;
+    }
+    SaveLoginRet(ret);
+    TimerRefreshToken(seqID, ret.channel.c_str());
+    VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "loginNotifyObservers count: %i",
+                   static_cast<int>(mLoginNotifyObservers.size()));
+    for (const NotifyObserver observer : mLoginNotifyObservers) {
+        observer(ret);
+    }
+    // Deliberate: nothing but the configuration is touched, whatever the text says.
+    VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "[ %s ]VESKConfig: Add UpdateConfigWithTimer",
+                   seqID.c_str());
+    VESKConfigManager::GetInstance();
+}
+
+bool VESKLoginManager::checkLoginNotify(const std::string& seqID) {
+    if (seqID.empty()) {
+        VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "seqID is empty");
+        return false;
+    }
+    VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "[ %s] check seqID", seqID.c_str());
+    {
+        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        if (seqID == mCurrentLoginSeqID) {
+            mCurrentLoginSeqID.clear();
+            mLoginState = kStateNotified;
+            return true;
+        }
+    }
+    VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "seqID is not equal currentSeqID");
+    return false;
+}
+
+void VESKLoginManager::AutoLogin(const ShortRequest& request) {
+    const std::string& seqID = request.seqID;
+    VESK_LOG_DEBUG("VESKLoginManager::AutoLogin", "[ %s ], begin autologin", seqID.c_str());
+    {
+        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        mAutoLoginSeqID = seqID;
+    }
+    const char* const onTestOnly = "Auto login only support on VESK test environment";
+    const char* const onKZOnly = "Auto login only support on KZ channel";
+    if (!VESKLoginBodies::AllowsAutoLogin(
+            VESKConfigManager::GetInstance()->Get<const char*>("VESK_URL"))) {
+        VESK_LOG_ERROR("VESKLoginManager::AutoLogin", "[ %s ], %s", seqID.c_str(), onTestOnly);
+        DeliverLoginFailure(VESKError::AUTOLOGIN_NOT_ALLOWED, onTestOnly, request.methodNameID,
+                            seqID);
+        return;
+    }
+    InnerLoginRet ret;
+    GetLoginRet(ret);
+    if (ret.channel.length() == 0) {
+        VESK_LOG_DEBUG("VESKLoginManager::AutoLogin", "[ %s ], local loginret invalid",
+                       seqID.c_str());
+        ret.methodNameID = request.methodNameID;
+        DeliverLoginRet(ret, seqID);
+        return;
+    }
+    if (std::string(ret.channel.c_str()) != "KZ") {
+        VESK_LOG_DEBUG("VESKLoginManager::AutoLogin", "[ %s ], %s", seqID.c_str(), onKZOnly);
+        DeliverLoginFailure(VESKError::AUTOLOGIN_NOT_ALLOWED, onKZOnly, request.methodNameID,
+                            seqID);
+        return;
+    }
+    {
+        // Only now: a refused automatic login does not end a login that is running.
+        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        mCurrentLoginSeqID = seqID;
+    }
+    AutoLoginRequest autoLogin;
+    static_cast<ShortRequest&>(autoLogin) = request;
+    autoLogin.channel = ret.channel.c_str();
+    autoLogin.uid = ret.uid.c_str();
+    VESKLoginIMPL::GetInstance()->PluginAutoLogin(autoLogin);
+}
+
+// ---- The login that is held ----
+
+std::shared_ptr<const InnerLoginRet> VESKLoginManager::HeldLogin() {
+    const std::lock_guard<std::mutex> lock(mLoginRetMutex);
+    return mLoginRet;
+}
+
+bool VESKLoginManager::isLoginRetEmpty() {
+    const std::shared_ptr<const InnerLoginRet> held = HeldLogin();
+    return held->openid.length() == 0 || held->token.length() == 0;
+}
+
+bool VESKLoginManager::GetLoginRet(InnerLoginRet& out) {
+    VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "Start get login ret");
+    if (isLoginRetEmpty()) {
+        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "get LoginRet from device cache");
+        return ReadDeviceCache(out);
+    }
+    out = *HeldLogin();
+    VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "get memory cache current login ret ");
+    out.methodNameID = kMethodNameGetLoginRet;
+    return CheckExpiry(out);
+}
+
+bool VESKLoginManager::CheckExpiry(InnerLoginRet& out) {
+    if (out.tokenExpire == 0) {
+        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "tokenExpire == 0");
+        return true;
+    }
+    // Deliberate: the clock is taken as 32 bits.
+    const int64_t now = static_cast<int32_t>(os::UnixSeconds());
+    if (out.tokenExpire < now) {
+        // Deliberate: an expired login is found all the same.
+        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "token expire");
+        out.methodNameID = kMethodNameGetLoginRet;
+        out.retCode = VESKError::TOKEN_EXPIRED;
+        out.retMsg = "token expire";
+        return true;
+    }
+    if (out.retCode != VESKError::SUCCESS) {
+        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "retCode != VESKError::SUCCESS");
+        return false;
+    }
+    VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "Get login ret done");
+    return true;
+}
+
+bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
+    // Deliberate: a fixed width, that of "KZ", whatever channel wrote the file.
+    constexpr size_t kChannelWidth = 2;
+    constexpr size_t kLongestIgnored = 3;
+    const std::string content = VESKFileUtils::GetInstance()->ReadFile(kDeviceCacheFile);
+    if (content.empty()) {
+        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "empty login cache");
+        out = InnerLoginRet(VESKError::NO_STORED_LOGIN);
+        out.methodNameID = kMethodNameGetLoginRet;
+    } else if (content.size() > kLongestIgnored) {
+        out.channel = content.substr(0, kChannelWidth).c_str();
+        out.uid = content.substr(kChannelWidth).c_str();
+    }
+    return false;
+}
+
+bool VESKLoginManager::SaveLoginRet(const InnerLoginRet& ret) {
+    const std::lock_guard<std::mutex> lock(mStoreMutex);
+    return StoreLogin(ret);
+}
+
+bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
+    VESK_LOG_DEBUG("VESKLoginManager::SaveLoginRet", "Start save login ret");
+    const std::string content = std::string(ret.channel.c_str()) + ret.uid.c_str();
+    if (!VESKFileUtils::GetInstance()->WriteFile(kDeviceCacheFile, content)) {
+        VESK_LOG_ERROR("VESKLoginManager::SaveLoginRet", "save LoginRet fail");
+        return false;
+    }
+    auto saved = std::make_shared<const InnerLoginRet>(ret);
+    {
+        const std::lock_guard<std::mutex> lock(mLoginRetMutex);
+        mLoginRet.swap(saved);
+    }
+    VESK_LOG_DEBUG("VESKLoginManager::SaveLoginRet", "save LoginRet success");
+    return true;
+}
+
+bool VESKLoginManager::DeleteLoginRet() {
+    const std::lock_guard<std::mutex> storeLock(mStoreMutex);
+    ++mStoreGeneration;
+    const auto reset = std::make_shared<InnerLoginRet>(*HeldLogin());
+    reset->resetLoginRet();
+    {
+        const std::lock_guard<std::mutex> lock(mLoginRetMutex);
+        mLoginRet = reset;
+    }
+    VESK_LOG_DEBUG("VESKLoginManager::DeleteLoginRet", "login ret is empty:%d",
+                   isLoginRetEmpty() ? 1 : 0);
+    return VESKFileUtils::GetInstance()->RemoveFile(kDeviceCacheFile);
+}
+
+void VESKLoginManager::UpdateLoginRet(const String& loginData, InnerLoginRet& out) {
+    if (!IsJson(loginData.c_str())) {
+        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet", "invalid logindata :%s",
+                       loginData.c_str());
+        return;
+    }
+    const std::string seqID = out.seq.c_str();
+    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "[ %s ], %s", seqID.c_str(),
+                   loginData.c_str());
+    if (out.retCode != VESKError::SUCCESS) {
+        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet", "[ %s ], invalid loginRet",
+                       seqID.c_str());
+        return;
+    }
+    InnerLoginRet stored;
+    if (!GetLoginRet(stored)) {
+        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet",
+                       "[ %s ], getLoginRet failed, ignore this operate", seqID.c_str());
+        return;
+    }
+    stored.retMsg = VESKUtils::GetRetMsg(VESKError::SUCCESS).c_str();
+    stored.seq = "";
+    std::string target = stored.ToJson();
+    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "targetJson before merge : %s",
+                   target.c_str());
+    VESKJsonWriter::merge(target, loginData.c_str());
+    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "targetJson after merge : %s",
+                   target.c_str());
+    if (!IsJson(target)) {
+        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet", "load json fail %s", target.c_str());
+        return;
+    }
+    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "save target result ok");
+    stored.FromJson(target);
+    SaveLoginRet(stored);
+    out = stored;
+}
+
+void VESKLoginManager::TimerRefreshToken(const std::string& seqID, const std::string& channel) {
+    if (channel == "Guest") {
+        VESK_LOG_DEBUG("VESKLoginManager::TimerRefreshToken",
+                       "[ %s ] channel %s  not need to refresh token", seqID.c_str(),
+                       channel.c_str());
+        return;
+    }
+    auto task = std::make_unique<VESKRefreshTokenTask>();
+    VESK_LOG_DEBUG("VESKLoginManager::TimerRefreshToken",
+                   "[ %s ] channel %s has been set to refresh token", seqID.c_str(),
+                   channel.c_str());
+    VESKTaskManager::GetInstance()->AddTask(task.release());
+    VESKTaskManager::GetInstance()->StartTimer();
+}
+
+void VESKLoginManager::PluginRefreshObserver(const InnerLoginPluginRet& answer,
+                                             const char* /*seqID*/) {
+    if (!answer.channelInfo.empty()) {
+        GetInstance()->RefreshLogin(answer);
+    }
+}
+
+void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
+    std::string token;
+    const int32_t lifetime =
+        VESKLoginBodies::ReadChannelToken(answer.channel, answer.channelInfo, token);
+    if (lifetime == 0) {
+        return;
+    }
+    const int64_t now = os::UnixSeconds();
+    uint32_t generation = 0;
+    {
+        const std::lock_guard<std::mutex> lock(mStoreMutex);
+        generation = mStoreGeneration;
+    }
+    InnerLoginRet ret;
+    GetLoginRet(ret);
+    ret.token = token.c_str();
+    ret.tokenExpire = now + lifetime;
+    ret.channelInfo =
+        VESKLoginBodies::RefreshedChannelInfo(answer.channel, ret.openid.c_str(), token).c_str();
+    const std::lock_guard<std::mutex> lock(mStoreMutex);
+    // A login or logout since then has dropped the record that this one was made from.
+    if (generation == mStoreGeneration) {
+        StoreLogin(ret);
+    }
+}
+
+// ---- Logout ----
+
+void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
+    const std::string& seqID = request.seqID;
+    VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ], logout", seqID.c_str());
+    {
+        const std::string params = VESKLoginBodies::LogoutParams(channelOnly);
+        const std::lock_guard<std::mutex> lock(mPendingLogoutMutex);
+        mPendingLogouts[seqID] = params;
+    }
+    InnerLoginRet stored;
+    if (!GetLoginRet(stored) && stored.retCode != VESKError::TOKEN_EXPIRED) {
+        VESK_LOG_ERROR("VESKLoginManager::Logout", "[ %s ], get loginRet fail", seqID.c_str());
+        InnerBaseRet ret(stored.retCode);
+        ret.methodNameID = kMethodNameLogout;
+        VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDBaseRet, seqID);
+        return;
+    }
+    LogoutRequest logout;
+    static_cast<ShortRequest&>(logout) = request;
+    logout.channelOnly = channelOnly;
+    if (logout.channel.empty()) {
+        logout.channel = stored.channel.c_str();
+    }
+    VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ] logout %s", seqID.c_str(),
+                   logout.channel.c_str());
+    if (logout.channel == "Guest") {
+        InnerBaseRet ret(VESKError::SUCCESS);
+        ret.methodNameID = kMethodNameLogout;
+        VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDPluginLogout,
+                                                                 seqID);
+    } else {
+        VESKLoginIMPL::GetInstance()->Logout(logout);
+    }
+    VESKTaskManager::GetInstance()->RemoveTask(VESKRefreshTokenTask::kTaskName);
+    VESKTaskManager::GetInstance()->StopTimer();
+}
+
+std::string VESKLoginManager::TakeLogoutParams(const std::string& seqID) {
+    const std::lock_guard<std::mutex> lock(mPendingLogoutMutex);
+    const auto found = mPendingLogouts.find(seqID);
+    if (found == mPendingLogouts.end()) {
+        return {};
+    }
+    std::string params = std::move(found->second);
+    mPendingLogouts.erase(found);
+    return params;
+}
+
+void VESKLoginManager::PluginLogoutObserver(const InnerBaseRet& answer, const char* seqID) {
+    VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver", "[ %s ], %s", seqID,
+                   answer.ToJson().c_str());
+    if (*seqID == '\0') {
+        VESK_LOG_INFO("VESKLoginManager::PluginLogoutObserver",
+                      "channel logout done, no seqID no need to callback");
+        return;
+    }
+    VESKLoginManager* manager = GetInstance();
+    const std::string params = manager->TakeLogoutParams(seqID);
+    const bool channelOnly = VESKLoginBodies::ReadChannelOnly(params);
+    VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver",
+                   "[ %s ], param JSON %s, channelOnly %s", seqID, params.c_str(),
+                   channelOnly ? "true" : "false");
+    if (answer.retCode != VESKError::SUCCESS) {
+        VESK_LOG_ERROR("VESKLoginManager::PluginLogoutObserver", "[ %s ], logout plugin failed",
+                       seqID);
+    } else {
+        InnerLoginRet stored;
+        manager->GetLoginRet(stored);
+        if (!channelOnly) {
+            manager->SendLogoutRequest(seqID);
+            manager->DeleteLoginRet();
+            VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver",
+                           "logoutNotifyObservers count: %i",
+                           static_cast<int>(manager->mLogoutNotifyObservers.size()));
+            for (const NotifyObserver observer : manager->mLogoutNotifyObservers) {
+                observer(stored);
+            }
+        }
+    }
+    InnerBaseRet ret(answer.retCode);
+    ret.thirdCode = answer.thirdCode;
+    ret.thirdMsg = answer.thirdMsg;
+    ret.methodNameID = kMethodNameLogout;
+    VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDBaseRet, seqID);
+}
+
+void VESKLoginManager::SendLogoutRequest(const std::string& seqID) {
+    VESK_LOG_DEBUG("VESKLoginManager::SendLogoutRequest", "[ %s ] sendLogoutRequest",
+                   seqID.c_str());
+    InnerLoginRet stored;
+    GetLoginRet(stored);
+    if (stored.openid.length() == 0 || stored.token.length() == 0) {
+        VESK_LOG_DEBUG("VESKLoginManager::SendLogoutRequest", "[ %s ], invalid loginret",
+                       seqID.c_str());
+        return;
+    }
+    const std::string body = VESKLoginBodies::Logout(stored.token.c_str(), stored.openid.c_str());
+    const std::string url = VESKNetworkUtils::GetURL("auth/logout", stored.channelID, body, seqID);
+    Post(url, &OnLogoutResp, body, std::make_unique<std::string>(seqID), seqID);
+}
+
+void VESKLoginManager::OnLogoutResp(int32_t /*reqSeq*/, int32_t result, const std::string& body,
+                                    void* context) {
+    const std::unique_ptr<std::string> seqID(static_cast<std::string*>(context));
+    VESK_LOG_DEBUG("VESKLoginManager::OnLogoutResp", "[ %s ], %s", seqID->c_str(), body.c_str());
+    VESKLogoutRet ret;
+    VESKNetworkUtils::HandleNetworkResponse(result, body, ret, *seqID);
+    if (ret.retCode == VESKError::SUCCESS) {
+        VESK_LOG_DEBUG("VESKLoginManager::OnLogoutResp", "[ %s ], logout request success",
+                       seqID->c_str());
+    }
+}
+
+void VESKLoginManager::UnInstallPlatformPlugins() {
+    VESK_LOG_DEBUG("VESKLoginManager::UnInstallPlatformPlugins", "UnInstallPlatformPlugins");
+    VESKTaskManager::GetInstance()->StopTimer();
+    VESKLoginIMPL::GetInstance()->UnInstallPlugins();
+}
+
+} // namespace VESK
+} // namespace Braxel

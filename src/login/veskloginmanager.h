@@ -1,0 +1,112 @@
+#ifndef VESK_LOGIN_VESKLOGINMANAGER_H
+#define VESK_LOGIN_VESKLOGINMANAGER_H
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "common/veskinnerrecords.h"
+#include "common/veskrequests.h"
+#include "common/vesksingleton.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// Runs logins and logouts and keeps the login result. Any thread may call it; none of its locks
+/// is held across HTTP, channel or observer calls, and no two of the first three are ever nested.
+class VESKLoginManager {
+public:
+    static VESKLoginManager* GetInstance() {
+        return VESKSingleton<VESKLoginManager>::GetInstance();
+    }
+
+    /// Whether a finished login is delivered to the game.
+    std::atomic<bool> mNeedLoginObserve{false};
+
+    void Login(const LoginRequest& request, const std::string& permissions);
+    void AutoLogin(const ShortRequest& request);
+
+    /// Whether the result of @p seqID is the one that the game waits for; true only once.
+    bool checkLoginNotify(const std::string& seqID);
+
+    /// Reads the login that is held, or what the device remembers of an earlier one.
+    /// @return whether one is held. An expired one is, with retCode TOKEN_EXPIRED.
+    bool GetLoginRet(InnerLoginRet& out);
+
+    /// @return whether the device file was written; only then is @p ret held.
+    bool SaveLoginRet(const InnerLoginRet& ret);
+
+    /// @return whether the device file was removed.
+    bool DeleteLoginRet();
+
+    /// Merges the JSON object @p loginData into the held login and gives the result in @p out.
+    void UpdateLoginRet(const String& loginData, InnerLoginRet& out);
+
+    /// Arms the periodic refresh of the channel token.
+    void TimerRefreshToken(const std::string& seqID, const std::string& channel);
+
+    void Logout(const ShortRequest& request, bool channelOnly);
+
+    /// Stops the background work and closes the channel components.
+    void UnInstallPlatformPlugins();
+
+private:
+    friend class VESKSingleton<VESKLoginManager>;
+    using NotifyObserver = void (*)(const InnerLoginRet& ret);
+
+    VESKLoginManager();
+
+    void GetLoginPreCode(const ExtendedLoginRequest& request);
+    std::string GetPreCodePostData(const ExtendedLoginRequest& request);
+    void HandlePreCode(ExtendedLoginRequest& request, const std::string& body);
+    void HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID, const std::string& body);
+    void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
+    void RefreshLogin(const InnerLoginPluginRet& answer);
+    void SendLogoutRequest(const std::string& seqID);
+    std::string TakeLogoutParams(const std::string& seqID);
+
+    // Channel answers, by way of the inner observer holder.
+    static void PluginLoginObserver(const InnerLoginPluginRet& answer, const char* seqID);
+    static void PluginLogoutObserver(const InnerBaseRet& answer, const char* seqID);
+    static void PluginRefreshObserver(const InnerLoginPluginRet& answer, const char* seqID);
+
+    // Backend answers, on the request's thread; each frees its context.
+    static void OnPreCodeResp(int32_t reqSeq, int32_t result, const std::string& body,
+                              void* context);
+    static void OnLoginResp(int32_t reqSeq, int32_t result, const std::string& body, void* context);
+    static void OnLogoutResp(int32_t reqSeq, int32_t result, const std::string& body,
+                             void* context);
+
+    std::shared_ptr<const InnerLoginRet> HeldLogin();
+    bool isLoginRetEmpty();
+    bool CheckExpiry(InnerLoginRet& out);
+    bool ReadDeviceCache(InnerLoginRet& out);
+    bool StoreLogin(const InnerLoginRet& ret);
+
+    std::mutex mLoginMutex; // guards the four below
+    std::string mCurrentLoginSeqID;
+    std::string mAutoLoginSeqID;
+    int32_t mLoginState = 0;
+    std::shared_ptr<const InnerLoginRet> mPendingLoginRet; // waits for real-name authentication
+
+    std::mutex mLoginRetMutex; // guards the pointer; a record is never changed once it is held
+    std::shared_ptr<const InnerLoginRet> mLoginRet;
+
+    std::mutex mPendingLogoutMutex;
+    std::map<std::string, std::string> mPendingLogouts; // sequence id to logout parameters
+
+    std::mutex mStoreMutex; // one save or delete at a time; taken before mLoginRetMutex
+    uint32_t mStoreGeneration = 0;
+
+    std::vector<NotifyObserver> mLoginNotifyObservers;
+    std::vector<NotifyObserver> mLogoutNotifyObservers;
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

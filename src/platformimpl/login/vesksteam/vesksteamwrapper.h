@@ -1,0 +1,58 @@
+#ifndef VESK_PLATFORMIMPL_LOGIN_VESKSTEAM_VESKSTEAMWRAPPER_H
+#define VESK_PLATFORMIMPL_LOGIN_VESKSTEAM_VESKSTEAMWRAPPER_H
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "common/vesksingleton.h"
+#include "platformimpl/foundation/os/dynamiclibrary.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// The Steam client library, loaded from the SDK's own folder. Each entry point is looked up when
+/// it is needed; a missing one is logged and the call goes on without it.
+class VESKSteamWrapper {
+public:
+    static VESKSteamWrapper* GetInstance() {
+        return VESKSingleton<VESKSteamWrapper>::GetInstance();
+    }
+
+    /// @param appID decimal; 0 or empty skips the question whether Steam must restart the game.
+    /// @return whether the Steam interface is up.
+    bool InitSteamApi(const std::string& appID);
+
+    /// Shuts the Steam interface down. The library stays loaded.
+    void UnInitSteamApi();
+
+    /// The user's Steam id in decimal, and a session ticket in upper-case hexadecimal. Each is
+    /// asked of Steam once and kept until Logout(); empty on a failure.
+    std::string GetSteamID();
+    std::string GetAuthSessionTicket();
+
+    /// Cancels the ticket and forgets both texts.
+    void Logout();
+
+private:
+    friend class VESKSingleton<VESKSteamWrapper>;
+    VESKSteamWrapper() = default;
+
+    bool LoadLibraryFile();
+    void AskWhetherRunning();
+    bool MustRestart(uint32_t appID);
+    void FetchSteamID();
+    void FetchTicket();
+
+    std::mutex mMutex; // guards all below; held across calls into Steam only
+    std::string mSteamID;
+    std::string mTicket;
+    uint32_t mAuthTicket = 0;
+    os::DynamicLibrary mLibrary;
+    void* steam_user_ = nullptr;
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif
