@@ -22,6 +22,7 @@ std::atomic<VESKLoginObserver*> gObserver{nullptr};
 /// Runs the body of an exported operation: nothing may be thrown into the game.
 template <typename Body>
 void Guarded(const Body& body) noexcept {
+    const VESKModule::Use use;
     try {
         body();
     } catch (...) {

@@ -1,6 +1,7 @@
 #ifndef VESK_MODULE_VESKMODULE_H
 #define VESK_MODULE_VESKMODULE_H
 
+#include <atomic>
 #include <string>
 
 namespace Braxel {
@@ -17,9 +18,22 @@ public:
     /// so have no library file whose folder could be taken. Call it before anything else.
     static void UsePath(const std::string& path);
 
-    /// Starts a thread of the operating system that unloads this library, and returns at once.
-    /// Does nothing where the library stays loaded.
+    /// Starts a thread of the operating system that unloads this library once nobody is inside it
+    /// any more, and returns at once. Does nothing where the library stays loaded.
     static void StartUnload();
+
+    /// Marks the calling thread as being inside the library for as long as the object lives. For
+    /// threads that hold no reference on the module: the game's and the channel components'.
+    class Use {
+    public:
+        Use() noexcept { ++sUses; }
+        ~Use() { --sUses; }
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+    };
+
+private:
+    inline static std::atomic<int> sUses{0};
 };
 
 } // namespace VESK

@@ -16,10 +16,6 @@ CVESKATLComModule gAtlModule;
 HMODULE gModule = nullptr;
 wchar_t gModulePath[MAX_PATH] = {};
 
-DWORD WINAPI Unload(void* module) {
-    FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
-}
-
 /// Called by the loader for each process and thread that comes or goes. It must not log: the
 /// loader holds its lock.
 bool Attach(HMODULE module, DWORD reason) {
@@ -53,11 +49,26 @@ void VESKModule::UsePath(const std::string& path) {
     }
 }
 
+namespace {
+
+/// Time for a thread that has just left to run the last few instructions of ours.
+constexpr DWORD kLeaveMilliseconds = 100;
+
+} // namespace
+
 void VESKModule::StartUnload() {
     if (gModule == nullptr) {
         return;
     }
-    HANDLE thread = CreateThread(nullptr, 0, &Unload, gModule, 0, nullptr);
+    // UnInstall may be called from inside an observer method: the frames below it are ours.
+    const auto unload = [](void* module) -> DWORD {
+        do {
+            Sleep(kLeaveMilliseconds);
+        } while (sUses != 0);
+        Sleep(kLeaveMilliseconds);
+        FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
+    };
+    HANDLE thread = CreateThread(nullptr, 0, unload, gModule, 0, nullptr);
     if (thread != nullptr) {
         CloseHandle(thread);
     }
