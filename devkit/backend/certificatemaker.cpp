@@ -1,0 +1,120 @@
+#include "certificatemaker.h"
+
+#include <openssl/bio.h>
+#include <openssl/bn.h>
+#include <openssl/ec.h>
+#include <openssl/pem.h>
+#include <openssl/x509v3.h>
+
+#include <stdexcept>
+
+namespace vesk::backend {
+
+namespace {
+
+constexpr long kDay = 24L * 3600;
+constexpr long kValidDays = 30;
+constexpr int kSerialBits = 127;
+constexpr long kX509Version3 = 2;
+
+struct FreeBio {
+    void operator()(BIO* bio) const { BIO_free(bio); }
+};
+struct FreeNumber {
+    void operator()(BIGNUM* number) const { BN_free(number); }
+};
+struct FreeExtension {
+    void operator()(X509_EXTENSION* extension) const { X509_EXTENSION_free(extension); }
+};
+
+void require(bool succeeded, const char* what) {
+    if (!succeeded) {
+        throw std::runtime_error(std::string("OpenSSL failed: ") + what);
+    }
+}
+
+KeyPtr makeKey() {
+    KeyPtr key(EVP_EC_gen("P-256"));
+    require(key != nullptr, "make a key");
+    return key;
+}
+
+void setSerial(X509* certificate) {
+    // Random, because a client may have seen another certificate of the same issuer name.
+    const std::unique_ptr<BIGNUM, FreeNumber> number(BN_new());
+    require(number && BN_rand(number.get(), kSerialBits, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ANY) &&
+                BN_to_ASN1_INTEGER(number.get(), X509_get_serialNumber(certificate)) != nullptr,
+            "set the serial number");
+}
+
+void setSubject(X509* certificate, const char* commonName) {
+    X509_NAME* name = X509_get_subject_name(certificate);
+    require(X509_NAME_add_entry_by_txt(name, "O", MBSTRING_ASC,
+                                       reinterpret_cast<const unsigned char*>("VESK dev kit"), -1,
+                                       -1, 0) == 1 &&
+                X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC,
+                                           reinterpret_cast<const unsigned char*>(commonName), -1,
+                                           -1, 0) == 1,
+            "set the subject");
+}
+
+void addExtension(X509* certificate, X509* issuer, int nid, const char* value) {
+    X509V3_CTX context;
+    X509V3_set_ctx_nodb(&context);
+    X509V3_set_ctx(&context, issuer, certificate, nullptr, nullptr, 0);
+    const std::unique_ptr<X509_EXTENSION, FreeExtension> extension(
+        X509V3_EXT_conf_nid(nullptr, &context, nid, value));
+    require(extension && X509_add_ext(certificate, extension.get(), -1) == 1, "add an extension");
+}
+
+CertificatePtr makeCertificate(EVP_PKEY* key, const char* commonName) {
+    CertificatePtr certificate(X509_new());
+    require(certificate != nullptr, "make a certificate");
+    require(X509_set_version(certificate.get(), kX509Version3) == 1, "set the version");
+    setSerial(certificate.get());
+    setSubject(certificate.get(), commonName);
+    require(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -kDay) &&
+                X509_gmtime_adj(X509_getm_notAfter(certificate.get()), (kValidDays - 1) * kDay),
+            "set the validity");
+    require(X509_set_pubkey(certificate.get(), key) == 1, "set the key");
+    return certificate;
+}
+
+void sign(X509* certificate, X509* issuer, EVP_PKEY* issuerKey) {
+    require(X509_set_issuer_name(certificate, X509_get_subject_name(issuer)) == 1,
+            "set the issuer");
+    require(X509_sign(certificate, issuerKey, EVP_sha256()) > 0, "sign");
+}
+
+} // namespace
+
+CertificateMaker::CertificateMaker() {
+    const KeyPtr caKey = makeKey();
+    mCaCertificate = makeCertificate(caKey.get(), "VESK dev backend CA");
+    X509* ca = mCaCertificate.get();
+    addExtension(ca, ca, NID_basic_constraints, "critical,CA:TRUE,pathlen:0");
+    addExtension(ca, ca, NID_key_usage, "critical,keyCertSign,cRLSign");
+    addExtension(ca, ca, NID_subject_key_identifier, "hash");
+    sign(ca, ca, caKey.get());
+
+    mServerKey = makeKey();
+    mServerCertificate = makeCertificate(mServerKey.get(), "localhost");
+    X509* server = mServerCertificate.get();
+    addExtension(server, ca, NID_basic_constraints, "critical,CA:FALSE");
+    addExtension(server, ca, NID_key_usage, "critical,digitalSignature");
+    addExtension(server, ca, NID_ext_key_usage, "serverAuth");
+    addExtension(server, ca, NID_subject_alt_name, "DNS:localhost,IP:127.0.0.1");
+    addExtension(server, ca, NID_subject_key_identifier, "hash");
+    addExtension(server, ca, NID_authority_key_identifier, "keyid");
+    sign(server, ca, caKey.get());
+}
+
+std::string CertificateMaker::caPem() const {
+    const std::unique_ptr<BIO, FreeBio> bio(BIO_new(BIO_s_mem()));
+    require(bio && PEM_write_bio_X509(bio.get(), mCaCertificate.get()) == 1, "write the PEM");
+    char* text = nullptr;
+    const long size = BIO_get_mem_data(bio.get(), &text);
+    return std::string(text, static_cast<size_t>(size));
+}
+
+} // namespace vesk::backend

@@ -1,0 +1,29 @@
+/// @file
+/// The bodies that the backend answers with when no test has scripted another.
+#ifndef VESK_DEVKIT_BACKEND_DEFAULTANSWER_H
+#define VESK_DEVKIT_BACKEND_DEFAULTANSWER_H
+
+#include "issuedlogins.h"
+#include "problem.h"
+#include "requestcheck.h"
+
+#include <string>
+
+namespace vesk::backend {
+
+/// {"ret":0,"msg":""}
+std::string plainAnswer();
+
+/// {"ret":<code>,"msg":"<what is wrong>"}
+std::string problemAnswer(const Problem& problem);
+
+/// A pre-code that nobody has seen before.
+std::string preCodeAnswer();
+
+/// A whole account record; "channel_info" and "seq" go back as they came.
+/// @param now the backend's clock in Unix seconds; the token is good for two hours
+std::string loginAnswer(const IssuedLogin& login, const CheckedRequest& request, long long now);
+
+} // namespace vesk::backend
+
+#endif // VESK_DEVKIT_BACKEND_DEFAULTANSWER_H

@@ -1,0 +1,35 @@
+/// @file
+/// The scripted answers that wait for their request.
+#ifndef VESK_DEVKIT_BACKEND_SCRIPTSTORE_H
+#define VESK_DEVKIT_BACKEND_SCRIPTSTORE_H
+
+#include "scriptedanswer.h"
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace vesk::backend {
+
+/// A queue of scripted answers for each path. Safe to use from several threads.
+class ScriptStore {
+public:
+    /// @return how many answers wait for that path now.
+    size_t push(const ScriptedAnswer& answer);
+
+    /// Takes the oldest answer for a path.
+    std::optional<ScriptedAnswer> take(const std::string& path);
+
+    void clear();
+
+private:
+    std::mutex mMutex;
+    std::map<std::string, std::deque<ScriptedAnswer>> mQueues;
+};
+
+} // namespace vesk::backend
+
+#endif // VESK_DEVKIT_BACKEND_SCRIPTSTORE_H
