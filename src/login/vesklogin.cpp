@@ -8,6 +8,7 @@
 #include "common/veskrequests.h"
 #include "foundation/http/veskhttpmanager.h"
 #include "foundation/json/veskjsonmanager.h"
+#include "foundation/lifecycle/veskcallgate.h"
 #include "foundation/tools/md5.h"
 #include "login/veskloginmanager.h"
 #include "module/veskmodule.h"
@@ -18,6 +19,12 @@ namespace VESK {
 namespace {
 
 std::atomic<VESKLoginObserver*> gObserver{nullptr};
+
+/// Closed by UnInstall: from then on nothing reaches the game, whatever is still under way.
+VESKCallGate& DeliveryGate() {
+    static VESKCallGate& gate = *new VESKCallGate;
+    return gate;
+}
 
 /// Runs the body of an exported operation: nothing may be thrown into the game.
 template <typename Body>
@@ -41,7 +48,8 @@ void NotifyUser(const Call& call) {
 }
 
 void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
-    VESKLoginObserver* observer = gObserver;
+    const VESKCallGate::Pass pass(DeliveryGate());
+    VESKLoginObserver* observer = pass ? gObserver.load() : nullptr;
     if (observer != nullptr) {
         VESK_LOG_DEBUG("VESKLogin::LoginRetObserver",
                        "[ %s ] convert InnerLoginRet to VESKLoginRet start", seqID);
@@ -62,7 +70,8 @@ void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
 }
 
 void BaseRetObserver(const InnerBaseRet& inner, const char* seqID) {
-    VESKLoginObserver* observer = gObserver;
+    const VESKCallGate::Pass pass(DeliveryGate());
+    VESKLoginObserver* observer = pass ? gObserver.load() : nullptr;
     if (observer == nullptr) {
         VESK_LOG_ERROR("VESKLogin::BaseRetObserver", " [ %s ] login observer is null", seqID);
         return;
@@ -77,7 +86,8 @@ void BaseRetObserver(const InnerBaseRet& inner, const char* seqID) {
 }
 
 void QrCodeRetObserver(const InnerQrCodeRet& inner, const char* seqID) {
-    VESKLoginObserver* observer = gObserver;
+    const VESKCallGate::Pass pass(DeliveryGate());
+    VESKLoginObserver* observer = pass ? gObserver.load() : nullptr;
     if (observer == nullptr) {
         VESK_LOG_ERROR("VESKLogin::QrCodeRetObserver", " [ %s ] login observer is null", seqID);
         return;
@@ -172,8 +182,7 @@ bool VESKLogin::SwitchUser(bool /*useLaunchUser*/) {
 void VESKLogin::UnInstall() {
     Guarded([] {
         VESK_LOG_DEBUG("VESKLogin::UnInstall", "UnInstall platform sdk");
-        // From here on nothing reaches the game, whatever is still under way.
-        gObserver = nullptr;
+        DeliveryGate().Close();
         VESKHTTPManager::GetInstance()->Shutdown();
         VESKLoginManager::GetInstance()->UnInstallPlatformPlugins();
         VESK_LOG_DEBUG("VESKLogin::UnInstall", "UnInstall vesk dll");

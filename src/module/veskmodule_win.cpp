@@ -57,7 +57,8 @@ constexpr DWORD kLeaveMilliseconds = 100;
 } // namespace
 
 void VESKModule::StartUnload() {
-    if (gModule == nullptr) {
+    static std::atomic<bool> started{false};
+    if (gModule == nullptr || started.exchange(true)) {
         return;
     }
     // UnInstall may be called from inside an observer method: the frames below it are ours.

@@ -103,6 +103,11 @@ bool VESKHTTPManager::Request(const VESKHTTPParams* params) {
     return true;
 }
 
+bool VESKHTTPManager::IsShutdown() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return mShutdown;
+}
+
 void VESKHTTPManager::Shutdown() {
     std::deque<ParamsPtr> dropped;
     {
@@ -274,9 +279,13 @@ void VESKHTTPManager::OnHTTPClientCallBack(int32_t result, const char* body, siz
     // Everything is copied first: once retrieved, the client may serve another request.
     const VESKHTTPClient::Outcome outcome = client->GetOutcome();
     const std::string answer = body == nullptr ? std::string() : std::string(body, length);
-    const int32_t judged = manager->JudgeResult(result, outcome, answer);
+    int32_t judged = manager->JudgeResult(result, outcome, answer);
     manager->RetrieveHTTPClient(client);
     manager->AddStatistics(outcome, answer.size());
+    if (manager->IsShutdown()) {
+        // Nothing may come of it any more; the requester only frees what it passed along.
+        judged = kResultExpired;
+    }
     if (outcome.requesterCallback != nullptr) {
         outcome.requesterCallback(outcome.reqSeq, judged, answer, outcome.userData);
     }

@@ -33,7 +33,8 @@ public:
     ///         what its user data points to stays the caller's.
     bool Request(const VESKHTTPParams* params);
 
-    /// Ends the dispatching of requests for good. Those in the queue are answered as expired.
+    /// Ends the dispatching of requests for good. Those in the queue are answered as expired, and
+    /// so are those in flight, each when it has ended.
     void Shutdown();
 
     virtual size_t GetPoolSize() { return 4; }
@@ -43,6 +44,7 @@ public:
 private:
     using ParamsPtr = std::unique_ptr<VESKHTTPParams>;
 
+    bool IsShutdown();
     VESKHTTPClient* GetHTTPClient();
     void RetrieveHTTPClient(VESKHTTPClient* client);
     static void OnHTTPClientCallBack(int32_t result, const char* body, size_t length,

@@ -12,7 +12,8 @@ namespace VESK {
 void VESKLoginIMPL::LoginChannel(const ExtendedLoginRequest& request) {
     VESK_LOG_DEBUG("VESKLoginIMPL::LoginChannel", "[ %s ], channel:%s preCode:%s",
                    request.seqID.c_str(), request.channel.c_str(), request.preCode.c_str());
-    if (request.channel == "Steam") {
+    const VESKCallGate::Pass pass(mGate);
+    if (pass && request.channel == "Steam") {
         VESKLoginSteam::GetInstance()->Login(request.seqID);
     }
 }
@@ -30,7 +31,8 @@ void VESKLoginIMPL::Logout(const LogoutRequest& request) {
     writer.objectEnd();
     VESK_LOG_DEBUG("VESKLoginIMPL::Logout", "[ %s ], channel:%s params: %s", request.seqID.c_str(),
                    request.channel.c_str(), params.text().c_str());
-    if (request.channel == "Steam") {
+    const VESKCallGate::Pass pass(mGate);
+    if (pass && request.channel == "Steam") {
         VESKLoginSteam::GetInstance()->Logout(request.seqID);
     }
 }
@@ -50,6 +52,7 @@ std::string VESKLoginIMPL::GetGenerateSerialNumber(const std::string& /*channel*
 }
 
 void VESKLoginIMPL::UnInstallPlugins() {
+    mGate.Close();
     VESKLoginSteam::GetInstance();
     VESKSteamWrapper::GetInstance()->UnInitSteamApi();
 }

@@ -5,6 +5,7 @@
 
 #include "common/veskrequests.h"
 #include "common/vesksingleton.h"
+#include "foundation/lifecycle/veskcallgate.h"
 
 namespace Braxel {
 namespace VESK {
@@ -28,12 +29,14 @@ public:
     /// The serial number that goes into a pre-code request; empty for a channel that has none.
     std::string GetGenerateSerialNumber(const std::string& channel);
 
-    /// Closes the channel components.
+    /// Closes the channel components. From then on no channel is called any more.
     void UnInstallPlugins();
 
 private:
     friend class VESKSingleton<VESKLoginIMPL>;
     VESKLoginIMPL() = default;
+
+    VESKCallGate mGate; // closed for good by UnInstallPlugins()
 };
 
 } // namespace VESK

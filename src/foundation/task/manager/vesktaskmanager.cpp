@@ -33,6 +33,9 @@ void VESKTaskManager::onPause() {
 
 void VESKTaskManager::StartTimer() {
     const std::lock_guard<std::mutex> lock(mTimerMutex);
+    if (mShutdown) {
+        return;
+    }
     if (mTimer == nullptr) {
         VESK_LOG_DEBUG("VESKTaskManager::StartTimer", "will create a ThreadTimer");
         mTimer = new VESKThreadTimer;
@@ -46,6 +49,14 @@ void VESKTaskManager::StartTimer() {
 
 void VESKTaskManager::StopTimer() {
     DropTimer();
+}
+
+void VESKTaskManager::Shutdown() {
+    {
+        const std::lock_guard<std::mutex> lock(mTimerMutex);
+        mShutdown = true;
+    }
+    StopTimer();
 }
 
 void VESKTaskManager::DropTimer() {

@@ -29,6 +29,9 @@ public:
 
     virtual void StartTimer();
 
+    /// StopTimer() for good: StartTimer() does nothing from then on.
+    void Shutdown();
+
     /// Does not wait: a tick that is running goes on to its end.
     virtual void StopTimer();
 
@@ -47,6 +50,7 @@ public:
 private:
     void DropTimer();
 
+    bool mShutdown = false;
     VESKThreadTimer* mTimer = nullptr; // the timer deletes itself once it has been started
     std::mutex mTaskMutex;
     std::mutex mTimerMutex;

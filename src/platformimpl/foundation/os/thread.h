@@ -1,6 +1,7 @@
 #ifndef VESK_PLATFORMIMPL_FOUNDATION_OS_THREAD_H
 #define VESK_PLATFORMIMPL_FOUNDATION_OS_THREAD_H
 
+#include <cstdint>
 #include <pthread.h>
 
 namespace Braxel {
@@ -17,6 +18,9 @@ using ThreadRoutine = void (*)(void* argument);
 /// of @p routine ends the thread and nothing else.
 /// @return 0, or the error number of the thread library; nothing runs then.
 int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument);
+
+/// A number that no two running threads share.
+uint64_t CurrentThreadId();
 
 /// Keeps a write to a closed connection from ending the process through SIGPIPE. For the calling
 /// thread only; Windows has no such signal.

@@ -44,6 +44,10 @@ int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument
     return result;
 }
 
+uint64_t CurrentThreadId() {
+    return static_cast<uint64_t>(pthread_self());
+}
+
 void BlockBrokenPipeSignal() {
     sigset_t signals;
     sigemptyset(&signals);

@@ -58,6 +58,10 @@ int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument
     return result;
 }
 
+uint64_t CurrentThreadId() {
+    return GetCurrentThreadId();
+}
+
 void BlockBrokenPipeSignal() {}
 
 } // namespace os

@@ -1,0 +1,49 @@
+#include "foundation/lifecycle/veskcallgate.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "platformimpl/foundation/os/thread.h"
+
+namespace Braxel {
+namespace VESK {
+
+bool VESKCallGate::Enter() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    if (mClosed) {
+        return false;
+    }
+    mInside.push_back(os::CurrentThreadId());
+    return true;
+}
+
+void VESKCallGate::Leave() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    const auto entry = std::find(mInside.begin(), mInside.end(), os::CurrentThreadId());
+    if (entry != mInside.end()) {
+        mInside.erase(entry);
+    }
+}
+
+bool VESKCallGate::OthersInside() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    const uint64_t self = os::CurrentThreadId();
+    return std::any_of(mInside.begin(), mInside.end(),
+                       [self](uint64_t thread) { return thread != self; });
+}
+
+void VESKCallGate::Close() {
+    constexpr std::chrono::milliseconds kPoll(5);
+    constexpr int kPolls = 150;
+    {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mClosed = true;
+    }
+    for (int i = 0; i < kPolls && OthersInside(); ++i) {
+        std::this_thread::sleep_for(kPoll);
+    }
+}
+
+} // namespace VESK
+} // namespace Braxel

@@ -1,0 +1,53 @@
+#ifndef VESK_FOUNDATION_LIFECYCLE_VESKCALLGATE_H
+#define VESK_FOUNDATION_LIFECYCLE_VESKCALLGATE_H
+
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+namespace Braxel {
+namespace VESK {
+
+/// Lets calls through until it is closed, and can tell when the last one has come back. No lock is
+/// held during a call.
+class VESKCallGate {
+public:
+    /// One call through the gate, for as long as the object lives.
+    class Pass {
+    public:
+        explicit Pass(VESKCallGate& gate) : mGate(gate), mEntered(gate.Enter()) {}
+        ~Pass() {
+            if (mEntered) {
+                mGate.Leave();
+            }
+        }
+        Pass(const Pass&) = delete;
+        Pass& operator=(const Pass&) = delete;
+
+        /// False when the gate was closed: do not make the call.
+        explicit operator bool() const { return mEntered; }
+
+    private:
+        VESKCallGate& mGate;
+        const bool mEntered;
+    };
+
+    /// Closes the gate for good and waits until the calls of other threads have come back. Calls
+    /// that this thread is in the middle of are not waited for, and no call for longer than a
+    /// second: it may be waiting for this thread.
+    void Close();
+
+private:
+    bool Enter();
+    void Leave();
+    bool OthersInside();
+
+    std::mutex mMutex;
+    bool mClosed = false;
+    std::vector<uint64_t> mInside; // the thread of each call
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif
