@@ -355,7 +355,11 @@ bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
     // Deliberate: a fixed width, that of "KZ", whatever channel wrote the file.
     constexpr size_t kChannelWidth = 2;
     constexpr size_t kLongestIgnored = 3;
-    const std::string content = VESKFileUtils::GetInstance()->ReadFile(kDeviceCacheFile);
+    std::string content;
+    {
+        const std::lock_guard<std::mutex> lock(mStoreMutex);
+        content = VESKFileUtils::GetInstance()->ReadFile(kDeviceCacheFile);
+    }
     if (content.empty()) {
         VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "empty login cache");
         out = InnerLoginRet(VESKError::NO_STORED_LOGIN);
@@ -604,7 +608,7 @@ void VESKLoginManager::OnLogoutResp(int32_t /*reqSeq*/, int32_t result, const st
 
 void VESKLoginManager::UnInstallPlatformPlugins() {
     VESK_LOG_DEBUG("VESKLoginManager::UnInstallPlatformPlugins", "UnInstallPlatformPlugins");
-    VESKTaskManager::GetInstance()->StopTimer();
+    VESKTaskManager::GetInstance()->Shutdown();
     VESKLoginIMPL::GetInstance()->UnInstallPlugins();
 }
 

@@ -99,7 +99,7 @@ private:
     std::mutex mPendingLogoutMutex;
     std::map<std::string, std::string> mPendingLogouts; // sequence id to logout parameters
 
-    std::mutex mStoreMutex; // one save or delete at a time; taken before mLoginRetMutex
+    std::mutex mStoreMutex; // one user of the device file at a time; taken before mLoginRetMutex
     uint32_t mStoreGeneration = 0;
 
     std::vector<NotifyObserver> mLoginNotifyObservers;

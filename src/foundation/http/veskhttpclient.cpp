@@ -161,6 +161,10 @@ void VESKHTTPClient::SetTransport(void* handle) {
     curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 1L);
     curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(handle, CURLOPT_URL, mUrl.c_str());
+    // A redirect sends the body again: never from https to anything that is in the clear.
+    const bool isSecure = mUrl.compare(0, 8, "https://") == 0;
+    curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS,
+                     isSecure ? CURLPROTO_HTTPS : CURLPROTO_HTTP | CURLPROTO_HTTPS);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
     const std::string certPath = LibraryDirectory() + "cacert.pem";
