@@ -10,13 +10,13 @@ namespace VESK {
 
 /// Return codes of the SDK. Compare them with `retCode`: `ret.retCode != VESKError::SUCCESS`.
 ///
-/// A code says which stage failed; `thirdCode` says what the outside party answered (the backend's
-/// "ret", a libcurl code, an HTTP status, 833 for an HTTP status of 0). docs/return-codes.md tells
-/// what to do about each.
+/// A code says which stage failed; `thirdCode` says what the outside party answered: the backend's
+/// "ret", a libcurl code, an HTTP status, 833 for an HTTP status of 0, or 4 for a request that
+/// waited too long for a free connection. docs/return-codes.md tells what to do about each.
 struct VESKError {
     /// The operation succeeded.
     static constexpr int32_t SUCCESS = 0;
-    /// No login is held.
+    /// No login is held. Reserved: no operation of this platform answers with it.
     static constexpr int32_t NO_LOGIN = 1;
     /// The backend could not be reached, or answered with an HTTP failure; see `thirdCode`.
     static constexpr int32_t NETWORK_ERROR = 4;

@@ -29,7 +29,7 @@ public:
     /// @param subChannel kept with the request for the channel.
     /// @param extraJson a JSON object or empty. A member "password" is replaced by its MD5 digest.
     /// @thread Any. OnLoginRetNotify comes on a network or channel thread; for a failure that is
-    ///         known at once (the Steam client is not running) it comes inside this call.
+    ///         known at once (the Steam interface does not start) it comes inside this call.
     /// @errors Arrive in OnLoginRetNotify: NETWORK_ERROR, SERVER_ERROR, CHANNEL_INIT_FAILED,
     ///         NEED_REALNAME, CHANNEL_LOGIN_FAILED.
     static void Login(const String& channel, const String& permissions, const String& subChannel,
@@ -51,7 +51,8 @@ public:
     static bool GetLoginRet(VESKLoginRet& loginRet);
 
     /// Logs the player out of the channel and, unless told otherwise, of the backend.
-    /// @param channel the channel to log out of; empty takes the one that is logged in.
+    /// @param channel the channel to log out of; empty takes the one that is logged in. Any unknown
+    ///        name is never answered.
     /// @param subChannel kept with the request.
     /// @param channelOnly true keeps the stored login and does not tell the backend.
     /// @thread Any. OnBaseRetNotify comes as soon as the channel has answered, for Steam inside
@@ -65,10 +66,12 @@ public:
     static bool SwitchUser(bool useLaunchUser);
 
     /// Ends the SDK: stops its background work, closes the channel components and unloads this
-    /// library from the process (on Windows; elsewhere it stays loaded).
+    /// library from the process. It goes when the game has loaded it at run time; a DLL that the
+    /// program links, and the library on Linux, stay loaded and do nothing more.
     ///
-    /// Returns at once and may be called from an observer method. Work that is still running ends
-    /// on its own threads and reaches nobody.
+    /// May be called from an observer method. It waits for observer methods that other threads are
+    /// in, for two seconds at most, and for nothing else: work that is still running ends on its
+    /// own threads and reaches nobody.
     /// @thread Any. After it has returned do not call the SDK again.
     static void UnInstall();
 

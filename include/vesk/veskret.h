@@ -25,14 +25,14 @@ struct VESKBaseRet {
     int32_t methodNameID = 0; ///< a VESKMethodNameID
     int32_t retCode = -1;     ///< a VESKError code; 0 is success, -1 not set
     std::string retMsg;       ///< a readable text for retCode; may be empty
-    int32_t thirdCode = -1;   ///< a code from outside: backend "ret", libcurl code or HTTP status
+    int32_t thirdCode = -1;   ///< a code from outside, see VESKError; -1 when there is none
     std::string thirdMsg;     ///< the outside party's own text; may be empty
     std::string extraJson;    ///< JSON text; empty unless something was added
 };
 
 /// The result of a login.
 struct VESKLoginRet : VESKBaseRet {
-    std::string openid;        ///< the account's identity; not empty after a success
+    std::string openid;        ///< the account's identity, as the backend gave it
     std::string token;         ///< the account's token; a secret, do not log or show it
     int64_t tokenExpire = 0;   ///< absolute expiry in Unix seconds; 0 = unknown
     int32_t firstLogin = 0;    ///< 1 when this account logged in for the first time
