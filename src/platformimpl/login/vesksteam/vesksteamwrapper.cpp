@@ -35,23 +35,31 @@ std::string UpperHex(const unsigned char* bytes, size_t length) {
 
 } // namespace
 
+os::DynamicLibrary VESKSteamWrapper::Library() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return mLibrary;
+}
+
 bool VESKSteamWrapper::LoadLibraryFile() {
     const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
     const std::string path = directory + kLibraryName;
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Init Steam SDK from path:%s", path.c_str());
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Start load Steam SDK from path:%s",
                   path.c_str());
+    os::DynamicLibrary library;
     // A bare name would be searched for elsewhere.
-    if (directory.empty() || !mLibrary.Open(path)) {
+    if (directory.empty() || !library.Open(path)) {
         VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s failed", kLibraryName);
         return false;
     }
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s success", kLibraryName);
+    const std::lock_guard<std::mutex> lock(mMutex);
+    mLibrary = library;
     return true;
 }
 
 void VESKSteamWrapper::AskWhetherRunning() {
-    const auto isRunning = mLibrary.Find<BoolFunction>("SteamAPI_IsSteamRunning");
+    const auto isRunning = Library().Find<BoolFunction>("SteamAPI_IsSteamRunning");
     if (isRunning == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Get SteamAPI_IsSteamRunning func failed");
         return;
@@ -68,7 +76,7 @@ bool VESKSteamWrapper::MustRestart(uint32_t appID) {
                       "SteamAPI_RestartAppIfNecessary");
         return false;
     }
-    const auto restart = mLibrary.Find<RestartFunction>("SteamAPI_RestartAppIfNecessary");
+    const auto restart = Library().Find<RestartFunction>("SteamAPI_RestartAppIfNecessary");
     if (restart == nullptr) {
         VESK_LOG_ERROR("VESKSteamWrapper::InitSteamApi",
                        "Get SteamAPI_RestartAppIfNecessary func failed");
@@ -84,7 +92,6 @@ bool VESKSteamWrapper::MustRestart(uint32_t appID) {
 }
 
 bool VESKSteamWrapper::InitSteamApi(const std::string& appID) {
-    const std::lock_guard<std::mutex> lock(mMutex);
     if (!LoadLibraryFile()) {
         return false;
     }
@@ -96,7 +103,7 @@ bool VESKSteamWrapper::InitSteamApi(const std::string& appID) {
         return false;
     }
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Start to Init Steam SDK");
-    const auto init = mLibrary.Find<BoolFunction>("SteamAPI_Init");
+    const auto init = Library().Find<BoolFunction>("SteamAPI_Init");
     if (init == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Get SteamAPI_Init func failed");
         return false;
@@ -105,7 +112,7 @@ bool VESKSteamWrapper::InitSteamApi(const std::string& appID) {
     const bool result = init();
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Init Steam SDK result:%d", result ? 1 : 0);
 
-    const auto user = mLibrary.Find<UserFunction>("SteamAPI_SteamUser_v020");
+    const auto user = Library().Find<UserFunction>("SteamAPI_SteamUser_v020");
     if (user == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Get SteamAPI_SteamUser_v020 func failed");
         steam_user_ = nullptr;
@@ -116,102 +123,119 @@ bool VESKSteamWrapper::InitSteamApi(const std::string& appID) {
     return result;
 }
 
-void VESKSteamWrapper::FetchSteamID() {
-    if (steam_user_ == nullptr) {
+std::string VESKSteamWrapper::FetchSteamID() {
+    void* user = steam_user_;
+    if (user == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "steam_user_ is NULL");
-        return;
+        return {};
     }
-    const auto getID = mLibrary.Find<SteamIDFunction>("SteamAPI_ISteamUser_GetSteamID");
+    const auto getID = Library().Find<SteamIDFunction>("SteamAPI_ISteamUser_GetSteamID");
     if (getID == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::GetSteamID",
                       "Get SteamAPI_ISteamUser_GetSteamID func failed");
-        return;
+        return {};
     }
     VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Call SteamAPI_ISteamUser_GetSteamID");
     // Deliberate: the 64 bits are printed as a signed number.
-    const long long number = static_cast<long long>(getID(steam_user_));
-    mSteamID = std::to_string(number);
+    const long long number = static_cast<long long>(getID(user));
+    std::string steamID = std::to_string(number);
     VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Get Steam ID from SDK:%lld %s", number,
-                  mSteamID.c_str());
+                  steamID.c_str());
+    return steamID;
 }
 
 std::string VESKSteamWrapper::GetSteamID() {
-    const std::lock_guard<std::mutex> lock(mMutex);
     VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Start get Steam ID");
-    if (mSteamID.empty()) {
-        FetchSteamID();
+    std::string steamID = Cached(mSteamID);
+    if (steamID.empty()) {
+        steamID = FetchSteamID();
+        Cache(mSteamID, steamID);
     }
-    VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Get Steam ID:%s", mSteamID.c_str());
-    return mSteamID;
+    VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "Get Steam ID:%s", steamID.c_str());
+    return steamID;
 }
 
-void VESKSteamWrapper::FetchTicket() {
-    if (steam_user_ == nullptr) {
+std::string VESKSteamWrapper::FetchTicket() {
+    void* user = steam_user_;
+    if (user == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket", "steam_user_ is NULL");
-        return;
+        return {};
     }
     const auto getTicket =
-        mLibrary.Find<TicketFunction>("SteamAPI_ISteamUser_GetAuthSessionTicket");
+        Library().Find<TicketFunction>("SteamAPI_ISteamUser_GetAuthSessionTicket");
     if (getTicket == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
                       "Get SteamAPI_ISteamUser_GetAuthSessionTicket func failed");
-        return;
+        return {};
     }
     unsigned char buffer[kTicketBufferSize] = {};
     uint32_t size = 0;
     VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
                   "Call SteamAPI_ISteamUser_GetAuthSessionTicket");
-    mAuthTicket = getTicket(steam_user_, buffer, kTicketBufferSize, &size);
-    if (mAuthTicket == 0) {
+    const uint32_t handle = getTicket(user, buffer, kTicketBufferSize, &size);
+    mAuthTicket = handle;
+    if (handle == 0) {
         VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
                       "Get auth session ticket from Steam SDK error!");
-        return;
+        return {};
     }
     // Never past the buffer, whatever the component says.
     size = std::min<uint32_t>(size, kTicketBufferSize);
-    mTicket = UpperHex(buffer, size);
+    std::string ticket = UpperHex(buffer, size);
     VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket",
                   "Get auth session ticket from Steam SDK, authTicket:%d size:%d ticket length:%d",
-                  static_cast<int>(mAuthTicket), static_cast<int>(size),
-                  static_cast<int>(mTicket.size()));
+                  static_cast<int>(handle), static_cast<int>(size),
+                  static_cast<int>(ticket.size()));
+    return ticket;
 }
 
 std::string VESKSteamWrapper::GetAuthSessionTicket() {
-    const std::lock_guard<std::mutex> lock(mMutex);
     VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket", "Start get auth session ticket");
-    if (mTicket.empty()) {
-        FetchTicket();
+    std::string ticket = Cached(mTicket);
+    if (ticket.empty()) {
+        ticket = FetchTicket();
+        Cache(mTicket, ticket);
     }
     VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket", "Get auth session ticket:%s",
-                  mTicket.c_str());
-    return mTicket;
+                  ticket.c_str());
+    return ticket;
+}
+
+std::string VESKSteamWrapper::Cached(const std::string& text) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return text;
+}
+
+void VESKSteamWrapper::Cache(std::string& text, const std::string& value) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    text = value;
 }
 
 void VESKSteamWrapper::Logout() {
-    const std::lock_guard<std::mutex> lock(mMutex);
     VESK_LOG_INFO("VESKSteamWrapper::Logout", "Start Steam logout");
-    if (steam_user_ != nullptr) {
-        const auto cancel = mLibrary.Find<CancelFunction>("SteamAPI_ISteamUser_CancelAuthTicket");
+    void* user = steam_user_;
+    if (user != nullptr) {
+        const auto cancel = Library().Find<CancelFunction>("SteamAPI_ISteamUser_CancelAuthTicket");
         if (cancel != nullptr) {
             VESK_LOG_INFO("VESKSteamWrapper::Logout", "Call SteamAPI_ISteamUser_CancelAuthTicket");
-            cancel(steam_user_, mAuthTicket);
+            cancel(user, mAuthTicket);
         } else {
             VESK_LOG_INFO("VESKSteamWrapper::Logout",
                           "Get SteamAPI_ISteamUser_CancelAuthTicket func failed");
         }
     }
-    mSteamID.clear();
-    mTicket.clear();
+    Cache(mSteamID, "");
+    Cache(mTicket, "");
     VESK_LOG_INFO("VESKSteamWrapper::Logout", "Steam logout done");
 }
 
 void VESKSteamWrapper::UnInitSteamApi() {
-    const std::lock_guard<std::mutex> lock(mMutex);
     VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "UnInit Steam SDK");
-    if (!mLibrary.IsOpen()) {
+    const os::DynamicLibrary library = Library();
+    if (!library.IsOpen()) {
         return;
     }
-    const auto shutdown = mLibrary.Find<VoidFunction>("SteamAPI_Shutdown");
+    const auto shutdown = library.Find<VoidFunction>("SteamAPI_Shutdown");
     if (shutdown == nullptr) {
         // Deliberate: the text names the init entry point.
         VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "Get SteamAPI_Init func failed");

@@ -1,6 +1,7 @@
 #ifndef VESK_PLATFORMIMPL_LOGIN_VESKSTEAM_VESKSTEAMWRAPPER_H
 #define VESK_PLATFORMIMPL_LOGIN_VESKSTEAM_VESKSTEAMWRAPPER_H
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -41,15 +42,19 @@ private:
     bool LoadLibraryFile();
     void AskWhetherRunning();
     bool MustRestart(uint32_t appID);
-    void FetchSteamID();
-    void FetchTicket();
+    std::string FetchSteamID();
+    std::string FetchTicket();
 
-    std::mutex mMutex; // guards all below; held across calls into Steam only
+    os::DynamicLibrary Library();
+    std::string Cached(const std::string& text);
+    void Cache(std::string& text, const std::string& value);
+
+    std::mutex mMutex; // guards the three below; not held across calls into Steam
+    os::DynamicLibrary mLibrary;
     std::string mSteamID;
     std::string mTicket;
-    uint32_t mAuthTicket = 0;
-    os::DynamicLibrary mLibrary;
-    void* steam_user_ = nullptr;
+    std::atomic<uint32_t> mAuthTicket{0};
+    std::atomic<void*> steam_user_{nullptr};
 };
 
 } // namespace VESK
