@@ -7,8 +7,13 @@ if(MSVC)
     target_compile_options(vesk_options INTERFACE /W4 /WX /utf-8)
 else()
     target_compile_options(vesk_options INTERFACE
-        -Wall -Wextra -Wpedantic -Werror -fvisibility=hidden -fvisibility-inlines-hidden)
+        -Wall -Wextra -Wpedantic -Werror -fvisibility=hidden -fvisibility-inlines-hidden
+        # Log lines know their source file; where it was built is nobody's business.
+        "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 endif()
+
+# Programs find the library beside themselves, so that they can be copied together.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 if(VESK_SANITIZE)
     target_compile_options(vesk_options INTERFACE

@@ -1,0 +1,46 @@
+# What the product's objects are compiled with, and the shared library made of them.
+find_package(CURL REQUIRED)
+include(${PROJECT_SOURCE_DIR}/cmake/VeskRapidJson.cmake)
+
+set(vesk_public_include "${PROJECT_SOURCE_DIR}/include")
+
+# Whatever links the objects (the library, the unit tests) sees the sources as the library does.
+target_include_directories(vesk_objects PUBLIC "${PROJECT_SOURCE_DIR}/src" "${vesk_public_include}")
+target_compile_definitions(vesk_objects PUBLIC VESK_BUILDING_LIBRARY)
+target_link_libraries(vesk_objects PUBLIC
+    vesk_options CURL::libcurl vesk_rapidjson ${CMAKE_DL_LIBS})
+set_target_properties(vesk_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
+if(WIN32)
+    target_link_libraries(vesk_objects PUBLIC ole32 oleaut32 uuid)
+endif()
+
+add_library(VESKCore SHARED)
+add_library(VESKCore::VESKCore ALIAS VESKCore)
+target_link_libraries(VESKCore PRIVATE vesk_objects)
+target_compile_features(VESKCore INTERFACE cxx_std_11)
+target_include_directories(VESKCore INTERFACE
+    $<BUILD_INTERFACE:${vesk_public_include}> $<INSTALL_INTERFACE:include>)
+set_target_properties(VESKCore PROPERTIES OUTPUT_NAME VESKCore LINKER_LANGUAGE CXX)
+
+if(WIN32)
+    enable_language(RC)
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/VESKCore.rc.in" VESKCore.rc @ONLY)
+    add_library(vesk_version_resource OBJECT "${CMAKE_CURRENT_BINARY_DIR}/VESKCore.rc")
+    target_link_libraries(VESKCore PRIVATE vesk_version_resource)
+    set_target_properties(VESKCore PROPERTIES PREFIX "")
+    if(MINGW)
+        # Nothing may be needed beside the DLL but Windows itself; and of the static libraries
+        # inside, nothing may be exported.
+        target_link_options(VESKCore PRIVATE -static -Wl,--exclude-all-symbols)
+    endif()
+else()
+    set(vesk_exports "${PROJECT_SOURCE_DIR}/cmake/VESKCore.map")
+    # nodelete: detached threads of the library may still run when a game closes it.
+    target_link_options(VESKCore PRIVATE
+        "-Wl,--version-script=${vesk_exports}" -Wl,-z,nodelete -Wl,-z,relro -Wl,-z,now)
+    set_target_properties(VESKCore PROPERTIES LINK_DEPENDS "${vesk_exports}")
+    if(NOT VESK_SANITIZE)
+        # A sanitizer's runtime is in the program, not in the library.
+        target_link_options(VESKCore PRIVATE -Wl,--no-undefined)
+    endif()
+endif()

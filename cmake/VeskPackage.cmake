@@ -1,0 +1,25 @@
+# The installed tree: headers, library, CMake package, and sample files beside the library.
+include(CMakePackageConfigHelpers)
+
+set(package_dir lib/cmake/VESKCore)
+set(beside_library lib)
+if(WIN32)
+    set(beside_library bin)
+endif()
+
+install(TARGETS VESKCore EXPORT VESKCoreTargets
+    RUNTIME DESTINATION bin
+    LIBRARY DESTINATION lib
+    ARCHIVE DESTINATION lib)
+install(DIRECTORY include/vesk DESTINATION include)
+install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
+    DESTINATION ${beside_library})
+
+install(EXPORT VESKCoreTargets NAMESPACE VESKCore:: DESTINATION ${package_dir})
+configure_package_config_file(cmake/VESKCoreConfig.cmake.in VESKCoreConfig.cmake
+    INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(VESKCoreConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+    "${PROJECT_BINARY_DIR}/VESKCoreConfig.cmake"
+    "${PROJECT_BINARY_DIR}/VESKCoreConfigVersion.cmake"
+    DESTINATION ${package_dir})
