@@ -1,0 +1,103 @@
+#include "flow/flowtest.h"
+
+namespace vesk::test {
+namespace {
+
+using LoginAnswers = FlowTest;
+
+TEST_F(LoginAnswers, EachFailureHasItsCodesAndMessage) {
+    const std::string deep(100000, '[');
+    const std::string closed = deep + std::string(100000, ']');
+    const struct {
+        Answer answer;
+        int32_t retCode, thirdCode;
+        const char *retMsg, *thirdMsg;
+    } rows[] = {
+        {{"", R"({"ret":1001,"msg":"no"})"}, 5, 1001, "Server Error", "no"},
+        {{"", R"({"ret":0,"need_name_auth":true})"}, 20, 0, "Need real name auth", ""},
+        {{"", R"({"openid":"without ret"})"}, 5, -1, "Server Error", ""},
+        {{"", R"({"ret":"0"})"}, 5, -1, "Server Error", ""},
+        {{"", "[]"}, 5, -1, "Server Error", ""},
+        {{"", ""}, 5, 0, "resp body empty", ""},
+        {{"", "no JSON"}, 5, 0, "Parse respBody error", ""},
+        {{"", R"({"ret":0,"openid":"cut)"}, 5, 0, "Parse respBody error", ""},
+        {{"", deep}, 5, 0, "Parse respBody error", ""},
+        {{"", closed}, 5, 0, "Parse respBody error", ""},
+        {{"", "gone", 404}, 4, 404, "CURLCode for more details", ""},
+        {{"", R"({"ret":0})", 500}, 4, 500, "CURLCode for more details", ""},
+    };
+    for (const auto& row : rows) {
+        Answer answer = row.answer;
+        answer.path = "auth/login";
+        backend.next(answer);
+        const VESKLoginRet ret = login();
+        const std::string label = answer.body.substr(0, 40);
+        EXPECT_EQ(ret.retCode, row.retCode) << label;
+        EXPECT_EQ(ret.thirdCode, row.thirdCode) << label;
+        EXPECT_EQ(ret.retMsg, row.retMsg) << label;
+        EXPECT_EQ(ret.thirdMsg, row.thirdMsg) << label;
+        EXPECT_EQ(ret.methodNameID, kMethodNameLogin) << label;
+        VESKLoginRet held;
+        EXPECT_FALSE(VESKLogin::GetLoginRet(held)) << label;
+        EXPECT_EQ(held.retCode, VESKError::NO_STORED_LOGIN) << label;
+    }
+}
+
+TEST_F(LoginAnswers, BrokenConnectionTravelsAsTheTransportsCode) {
+    for (const char* action : {"cut", "reset"}) {
+        Answer answer = loginAnswer("A");
+        answer.action = action;
+        backend.next(answer);
+        const VESKLoginRet ret = login();
+        EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR) << action;
+        EXPECT_GT(ret.thirdCode, 0) << action;
+        EXPECT_LT(ret.thirdCode, 100) << action << ": a libcurl code is expected";
+    }
+}
+
+TEST_F(LoginAnswers, MembersOfTheWrongTypeAreLeftOut) {
+    backend.next({"auth/login", R"({"ret":0,"msg":1,"openid":5,"uid":null,"token":true,)"
+                                R"("token_expire_time":"soon","first":"x","gender":1.5,)"
+                                R"("need_name_auth":"yes"})"});
+    const VESKLoginRet ret = login();
+    EXPECT_EQ(ret.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(ret.thirdMsg + ret.openid + ret.token, "");
+    EXPECT_EQ(ret.tokenExpire, 0);
+    EXPECT_EQ(ret.firstLogin, 0);
+    EXPECT_EQ(ret.gender, 0);
+    EXPECT_FALSE(ret.realNameAuth);
+}
+
+TEST_F(LoginAnswers, ClosedPortTravelsAsTheTransportsCode) {
+    game.configure("VESK_URL=http://localhost:1");
+    const VESKLoginRet ret = login();
+    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
+    EXPECT_EQ(ret.thirdCode, 7);
+}
+
+TEST_F(LoginAnswers, ServerThatTheCertificatesDoNotVouchForIsNotTold) {
+    writeFile(game.path() / "cacert.pem",
+              "-----BEGIN CERTIFICATE-----\n"
+              "MIIBhjCCAS2gAwIBAgIUeOB3ftjr4jp+mfmoHohEHTDAErowCgYIKoZIzj0EAwIw\n"
+              "GDEWMBQGA1UEAwwNU29tZWJvZHkgRWxzZTAgFw0yNjExMjQxMzM1MTVaGA8yMTI2\n"
+              "MTAzMTEzMzUxNVowGDEWMBQGA1UEAwwNU29tZWJvZHkgRWxzZTBZMBMGByqGSM49\n"
+              "AgEGCCqGSM49AwEHA0IABFyVVGjmUHPFTPES+R7PX76wT4nC8f/GYnSmWzpPZLBr\n"
+              "e7lAVujJdZWiNqZP9AbNrmwVBLpY1nf5YqAaaAyeFGijUzBRMB0GA1UdDgQWBBRK\n"
+              "HFZE54EItPFbNIGcEX/EZNToijAfBgNVHSMEGDAWgBRKHFZE54EItPFbNIGcEX/E\n"
+              "ZNToijAPBgNVHRMBAf8EBTADAQH/MAoGCCqGSM49BAMCA0cAMEQCIEvVApKsYXw6\n"
+              "rN18c0JfG15+4Gyf3wcA8VnWPbx0+iZqAiBLFRMUH1Ec4igQrjKsUsKSVCMVzEa1\n"
+              "R33r6gjZHNDrXg==\n"
+              "-----END CERTIFICATE-----\n");
+    VESKLoginRet ret = login();
+    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
+    EXPECT_EQ(ret.thirdCode, 60);
+
+    std::filesystem::remove(game.path() / "cacert.pem");
+    ret = login();
+    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
+    EXPECT_EQ(ret.thirdCode, 77);
+    EXPECT_TRUE(backend.requests("/").empty());
+}
+
+} // namespace
+} // namespace vesk::test

@@ -1,0 +1,20 @@
+#ifndef VESK_TESTS_SUPPORT_FILES_H
+#define VESK_TESTS_SUPPORT_FILES_H
+
+#include <filesystem>
+#include <string>
+
+namespace vesk::test {
+
+/// The file's bytes; empty when there is none.
+std::string readFile(const std::filesystem::path& file);
+
+/// Replaces the file.
+void writeFile(const std::filesystem::path& file, const std::string& bytes);
+
+/// An environment variable that the runner script has set. Throws when it is not there.
+std::string environment(const char* name);
+
+} // namespace vesk::test
+
+#endif

@@ -1,0 +1,52 @@
+#include "gamefolder.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <sstream>
+
+#include "files.h"
+#include "sdklog.h"
+
+namespace fs = std::filesystem;
+
+namespace vesk::test {
+
+GameFolder::GameFolder() : mPath(environment("VESK_TEST_FOLDER")) {
+    configure("VESK_URL=" + environment("VESK_TEST_BACKEND_URL") +
+              "\nVESK_GAME_ID=1106\nVESK_SDK_KEY=dev-key\nSTEAM_APP_ID=480");
+    installSteam("steam_full");
+}
+
+void GameFolder::configure(const std::string& lines) const {
+    // The first line of a key is the one that counts.
+    const std::string before = readFile(mPath / "VESKConfig.ini");
+    writeFile(mPath / "VESKConfig.ini", lines + "\n" + before);
+}
+
+void GameFolder::simulate(const std::string& settings) const {
+    writeFile(mPath / "steam_sim.ini", settings);
+}
+
+void GameFolder::installSteam(const std::string& variant) const {
+    fs::remove(mPath / "steam_api64.dll");
+    fs::copy_file(mPath / variant / "steam_api64.dll", mPath / "steam_api64.dll");
+}
+
+size_t GameFolder::steamCalls(const std::string& entryPoint) const {
+    std::istringstream calls(readFile(mPath / "steam_sim_calls.txt"));
+    size_t count = 0;
+    for (std::string line; std::getline(calls, line);) {
+        EXPECT_EQ(line.find(':'), std::string::npos) << "the simulator complains: " << line;
+        count += line == "SteamAPI_" + entryPoint ? 1 : 0;
+    }
+    return count;
+}
+
+size_t GameFolder::logLines(const std::string& text) const {
+    const auto lines = readSdkLog(mPath / "veskrecord.log");
+    return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [&](const auto& line) {
+        return line.find(text) != std::string::npos;
+    }));
+}
+
+} // namespace vesk::test

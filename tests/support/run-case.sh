@@ -1,0 +1,83 @@
+#!/bin/sh
+# Runs one test case in a process and a folder of its own.
+#
+# usage: run-case.sh [--launcher wine] [--backend PROGRAM] PROGRAM CASE [FILE[=NAME]]...
+#
+# PROGRAM is a GoogleTest program, CASE is Suite.Case. The FILEs lie beside the program, under NAME
+# when one is given. With --backend a dev backend runs over HTTPS for the length of the case, and
+# its cacert.pem lies there too. The program finds in its environment VESK_TEST_FOLDER,
+# VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL. VESK_KEEP=1 keeps the folder.
+set -eu
+
+launcher= backend= backend_pid=
+while :; do
+    case $1 in
+        --launcher) launcher=$2 ;;
+        --backend) backend=$2 ;;
+        *) break ;;
+    esac
+    shift 2
+done
+program=$1 name=$2
+shift 2
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/vesk-case.XXXXXX")
+finish() {
+    if [ -n "$backend_pid" ]; then
+        kill "$backend_pid" 2>/dev/null || :
+    fi
+    [ "${VESK_KEEP:-}" = 1 ] && echo "kept: $work" || rm -rf "$work"
+}
+trap finish EXIT
+trap 'exit 1' HUP INT TERM
+
+# The working directory is another one: a file that turns up there was written to the wrong place.
+mkdir "$work/game" "$work/elsewhere"
+put() {
+    mkdir -p "$(dirname "$2")"
+    # Programs and libraries are large and never written to; anything else gets a copy of its own.
+    { [ -x "$1" ] && ln "$1" "$2" 2>/dev/null; } || cp "$1" "$2"
+}
+put "$program" "$work/game/$(basename "$program")"
+for file in "$@"; do
+    source=${file%%=*}
+    put "$source" "$work/game/$(case $file in *=*) echo "${file#*=}" ;; *) basename "$source" ;; esac)"
+done
+
+if [ -n "$backend" ]; then
+    "$backend" --tls --ca-out "$work/game/cacert.pem" >"$work/ready" 2>"$work/backend.log" &
+    backend_pid=$!
+    tries=0
+    until grep -q '^vesk-devbackend ready:' "$work/ready"; do
+        tries=$((tries + 1))
+        if [ $tries -gt 400 ] || ! kill -0 "$backend_pid" 2>/dev/null; then
+            cat "$work/backend.log"
+            echo "the dev backend did not start: $backend"
+            exit 1
+        fi
+        sleep 0.05
+    done
+    VESK_TEST_BACKEND_URL=$(sed -n 's/.* url=\([^ ]*\).*/\1/p' "$work/ready")
+    VESK_TEST_CONTROL_URL=$(sed -n 's/.* control=\([^ ]*\).*/\1/p' "$work/ready")
+    export VESK_TEST_BACKEND_URL VESK_TEST_CONTROL_URL
+fi
+
+# Windows programs see the root folder as drive Z.
+VESK_TEST_FOLDER=${launcher:+Z:}$work/game
+export VESK_TEST_FOLDER
+cd "$work/elsewhere"
+status=0
+timeout 60 $launcher "$work/game/$(basename "$program")" "--gtest_filter=$name" \
+    </dev/null >"$work/output" 2>&1 || status=$?
+cat "$work/output"
+[ $status = 0 ] || exit $status
+
+# A filter that selects nothing passes with GoogleTest.
+if ! grep -q '^\[  PASSED  \] 1 test\.' "$work/output"; then
+    echo "not exactly one case ran: $name"
+    exit 1
+fi
+if [ -n "$(ls -A "$work/elsewhere")" ]; then
+    echo "written into the working directory: $(ls -A "$work/elsewhere")"
+    exit 1
+fi
