@@ -1,0 +1,107 @@
+#include "config/veskconfigmanager.h"
+
+#include "foundation/json/veskjsonreader.h"
+#include "foundation/json/veskjsonwriter.h"
+#include "unit/unittest.h"
+
+namespace vesk::test {
+
+class Config : public UnitTest {
+protected:
+    static std::string text(const std::string& key) {
+        return VESKConfigManager::GetInstance()->Get<const char*>(key);
+    }
+    static bool flag(const std::string& key, bool otherwise) {
+        return VESKConfigManager::GetInstance()->Get<bool>(key, otherwise);
+    }
+    static int number(const std::string& key, int otherwise) {
+        return VESKConfigManager::GetInstance()->Get<int>(key, otherwise);
+    }
+};
+
+TEST_F(Config, OnlyOneIsTrueAndAnEmptyValueIsTheDefault) {
+    const Rows<std::string, bool, bool> rows = {
+        {"1", true, true},   {"0", false, false},  {"", false, true},
+        {"2", false, false}, {"-1", false, false}, {"true", false, false},
+        {"01", true, true},  {"1x", true, true},   {"10", false, false}};
+    std::string ini;
+    for (const auto& [value, overFalse, overTrue] : rows) {
+        ini += "K" + value + "=" + value + "\n";
+    }
+    write("VESKConfig.ini", ini);
+    for (const auto& [value, overFalse, overTrue] : rows) {
+        EXPECT_EQ(flag("K" + value, false), overFalse) << value;
+        EXPECT_EQ(flag("K" + value, true), overTrue) << value;
+    }
+    newMessages();
+    EXPECT_FALSE(flag("ABSENT", false));
+    EXPECT_TRUE(flag("VESK_DEBUG", true));
+    EXPECT_THAT(newMessages(), ElementsAre("config key: ABSENT, value: false",
+                                           "config key: VESK_DEBUG, value: true"));
+}
+
+TEST_F(Config, NumberIsWhatTheValueStartsWith) {
+    write("VESKConfig.ini", "A=30\nB=\nC=abc\nD=12abc\nE=-5\nF=0x10\nG=1.9");
+    const Rows<const char*, int> rows = {{"A", 30}, {"B", 0}, {"C", 0}, {"D", 12},
+                                         {"E", -5}, {"F", 0}, {"G", 1}, {"ABSENT", 15}};
+    for (const auto& [key, expected] : rows) {
+        EXPECT_EQ(number(key, 15), expected) << key;
+    }
+    EXPECT_EQ(logLines().size(), 2u); // of the file alone
+}
+
+TEST_F(Config, MissingFileIsLookedForAgainUntilItIsThere) {
+    EXPECT_EQ(text("A"), "");
+    EXPECT_EQ(number("A", 3), 3);
+    EXPECT_TRUE(flag("A", true));
+    // At the manager's creation and for each of the three.
+    EXPECT_EQ(logged("]read from assets file of VESKConfig.ini is empty"), 4u);
+    write("VESKConfig.ini", "A=1");
+    EXPECT_EQ(number("A", 3), 1);
+    EXPECT_EQ(logged("]Read config file:"), 5u);
+    write("VESKConfig.ini", "A=2");
+    newMessages();
+    VESKConfigManager::GetInstance()->InitConfigFromINI();
+    EXPECT_EQ(text("A"), "1");
+    // Texts show their search, whatever the switch.
+    EXPECT_THAT(newMessages(),
+                ElementsAre("config module : read from ini file success",
+                            "config from game, key:A value:", "config from remote, key:A value:",
+                            "config from default, key:A value:1"));
+}
+
+TEST_F(Config, SwitchShowsTheCachesOnceAndEveryLookup) {
+    write("VESKConfig.ini", "VESK_CONFIG_LOG_ENABLE=1\nA=1\nQ=a\"b");
+    text("A");
+    flag("A", false);
+    number("X", 3);
+    const std::string noA = "can not find key : A in the config cache";
+    const std::string noX = "can not find key : X in the config cache";
+    EXPECT_THAT(
+        newMessages(),
+        ElementsAre(StartsWith("Read config file:"), StartsWith("Read config file success"),
+                    "mDefaultConfigCache : {\"A\":\"1\",\"Q\":\"a\\\"b\","
+                    "\"VESK_CONFIG_LOG_ENABLE\":\"1\"} \n",
+                    "mRemoteConfigCache : {} \n", "mGameSetConfigCache : {} ",
+                    "type (const char*) match with key : A, defValue :  ", noA,
+                    "config from game, key:A value:", noA, "config from remote, key:A value:",
+                    "local cache config key = A , value = 1 ", "config from default, key:A value:1",
+                    "type (bool) match with key : A, defValue : 0 ", noA, noA,
+                    "local cache config key = A , value = 1 ", "config key: A, value: true",
+                    "type (int) match with key : X, defValue : 3 ", noX, noX, noX));
+}
+
+TEST_F(Config, BothSwitchesAtFirstUseNeitherLockNorRecurse) {
+    write("VESKConfig.ini", "VESK_JSON_LOG_ENABLE=1\nVESK_CONFIG_LOG_ENABLE=1");
+    VESKJsonReader reader;
+    reader.init(R"({"a":1})");
+    VESKJsonBuffer buffer;
+    VESKJsonWriter writer(buffer);
+    EXPECT_EQ(logged("]mDefaultConfigCache : "
+                     R"({"VESK_CONFIG_LOG_ENABLE":"1","VESK_JSON_LOG_ENABLE":"1"} )"),
+              1u);
+    EXPECT_EQ(logged("ConfigCache : "), 3u);
+    EXPECT_EQ(logged("]json src : "), 1u);
+}
+
+} // namespace vesk::test

@@ -1,0 +1,43 @@
+#include "platformimpl/login/vesksteam/vesksteamwrapper.h"
+
+#include "unit/unittest.h"
+
+namespace vesk::test {
+class SteamWrapper : public UnitTest {
+protected:
+    VESKSteamWrapper& steam = *VESKSteamWrapper::GetInstance();
+};
+
+TEST_F(SteamWrapper, AppIdIsTheNumberThatTheTextBeginsWith) {
+    EXPECT_FALSE(steam.InitSteamApi("480abc")); // the client wants a restart for 480
+    EXPECT_EQ(logged("]Init Steam SDK, appid:480abc uint32 appid:480"), 1u);
+    EXPECT_EQ(logged("]Stop Init Steam SDK, need to restart from Steam Client!"), 1u);
+    EXPECT_TRUE(steam.InitSteamApi("4800"));
+    for (const char* none : {"", "abc480", "0"}) {
+        newMessages();
+        EXPECT_TRUE(steam.InitSteamApi(none));
+        EXPECT_THAT(newMessages(), Contains("No STEAM_APP_ID in VESKConfig.ini, don't call "
+                                            "SteamAPI_RestartAppIfNecessary"));
+    }
+}
+
+TEST_F(SteamWrapper, IdIsSignedAndTheTicketEndsWithItsBuffer) {
+    EXPECT_TRUE(steam.InitSteamApi(""));
+    EXPECT_EQ(steam.GetSteamID(), "-9223372036854775807");
+    std::string ticket;
+    for (int i = 0; i < 1024; ++i) {
+        ticket += "A5";
+    }
+    EXPECT_EQ(steam.GetAuthSessionTicket(), ticket);
+    EXPECT_EQ(logged("]Get auth session ticket from Steam SDK, authTicket:7 size:1024 ticket "
+                     "length:2048"),
+              1u);
+    // This client has no entry point to cancel the ticket: both texts are forgotten all the same.
+    steam.Logout();
+    EXPECT_EQ(logged("]Get SteamAPI_ISteamUser_CancelAuthTicket func failed"), 1u);
+    newMessages();
+    steam.GetSteamID();
+    EXPECT_THAT(newMessages(), Contains("Call SteamAPI_ISteamUser_GetSteamID"));
+}
+
+} // namespace vesk::test
