@@ -12,6 +12,10 @@ target_link_libraries(vesk_objects PUBLIC
 set_target_properties(vesk_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
 if(WIN32)
     target_link_libraries(vesk_objects PUBLIC ole32 oleaut32 uuid)
+else()
+    # libcurl's own; the library only keeps it from ending too early.
+    find_package(OpenSSL REQUIRED)
+    target_link_libraries(vesk_objects PUBLIC OpenSSL::Crypto)
 endif()
 
 add_library(VESKCore SHARED)

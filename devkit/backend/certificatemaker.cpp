@@ -23,6 +23,9 @@ struct FreeBio {
 struct FreeNumber {
     void operator()(BIGNUM* number) const { BN_free(number); }
 };
+struct FreeSignature {
+    void operator()(ECDSA_SIG* signature) const { ECDSA_SIG_free(signature); }
+};
 struct FreeExtension {
     void operator()(X509_EXTENSION* extension) const { X509_EXTENSION_free(extension); }
 };
@@ -80,10 +83,26 @@ CertificatePtr makeCertificate(EVP_PKEY* key, const char* commonName) {
     return certificate;
 }
 
+/// Whether both numbers of the certificate's ECDSA signature fill their 32 bytes.
+bool hasFullLength(const X509* certificate) {
+    constexpr int kShorterBits = 31 * 8;
+    const ASN1_BIT_STRING* signature = nullptr;
+    X509_get0_signature(&signature, nullptr, certificate);
+    const unsigned char* der = signature->data;
+    const std::unique_ptr<ECDSA_SIG, FreeSignature> numbers(
+        d2i_ECDSA_SIG(nullptr, &der, signature->length));
+    require(numbers != nullptr, "read the signature");
+    return BN_num_bits(ECDSA_SIG_get0_r(numbers.get())) > kShorterBits &&
+           BN_num_bits(ECDSA_SIG_get0_s(numbers.get())) > kShorterBits;
+}
+
 void sign(X509* certificate, X509* issuer, EVP_PKEY* issuerKey) {
     require(X509_set_issuer_name(certificate, X509_get_subject_name(issuer)) == 1,
             "set the issuer");
-    require(X509_sign(certificate, issuerKey, EVP_sha256()) > 0, "sign");
+    // Wine cannot verify a signature of which a number is shorter than the key, one in 128.
+    do {
+        require(X509_sign(certificate, issuerKey, EVP_sha256()) > 0, "sign");
+    } while (!hasFullLength(certificate));
 }
 
 } // namespace

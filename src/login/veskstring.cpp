@@ -68,6 +68,7 @@ String::~String() {
     Free(mText);
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign() copes with it
 String& String::operator=(const String& other) {
     return assign(other.mText, other.mLength);
 }

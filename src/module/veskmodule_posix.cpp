@@ -2,11 +2,16 @@
 
 #include <dlfcn.h>
 #include <mutex>
+#include <openssl/crypto.h>
 
 namespace Braxel {
 namespace VESK {
 
 namespace {
+
+// Before OpenSSL is started for the first time, or it clears itself away while the process ends
+// and requests still run on their detached threads.
+[[maybe_unused]] const int gOpenSslKept = OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
 
 std::mutex gPathMutex;
 

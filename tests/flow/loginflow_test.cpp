@@ -9,7 +9,7 @@ const char* const kDropped = " login observer is null or this seqID in cache";
 
 TEST_F(LoginFlow, OnlyTheNewerOfTwoLoginsIsAnswered) {
     Answer slow = loginAnswer("old");
-    slow.delayMs = 500;
+    slow.delayMs = 1000;
     backend.next(slow);
     backend.next(loginAnswer("new"));
     start();

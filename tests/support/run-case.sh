@@ -9,7 +9,7 @@
 # VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL. VESK_KEEP=1 keeps the folder.
 set -eu
 
-launcher= backend= backend_pid=
+launcher='' backend='' backend_pid=''
 while :; do
     case $1 in
         --launcher) launcher=$2 ;;
@@ -26,7 +26,11 @@ finish() {
     if [ -n "$backend_pid" ]; then
         kill "$backend_pid" 2>/dev/null || :
     fi
-    [ "${VESK_KEEP:-}" = 1 ] && echo "kept: $work" || rm -rf "$work"
+    if [ "${VESK_KEEP:-}" = 1 ]; then
+        echo "kept: $work"
+    else
+        rm -rf "$work"
+    fi
 }
 trap finish EXIT
 trap 'exit 1' HUP INT TERM
@@ -67,7 +71,7 @@ VESK_TEST_FOLDER=${launcher:+Z:}$work/game
 export VESK_TEST_FOLDER
 cd "$work/elsewhere"
 status=0
-timeout 60 $launcher "$work/game/$(basename "$program")" "--gtest_filter=$name" \
+timeout 60 ${launcher:+"$launcher"} "$work/game/$(basename "$program")" "--gtest_filter=$name" \
     </dev/null >"$work/output" 2>&1 || status=$?
 cat "$work/output"
 [ $status = 0 ] || exit $status

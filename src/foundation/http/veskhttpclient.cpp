@@ -31,7 +31,7 @@ using ListPtr = std::unique_ptr<curl_slist, ListDeleter>;
 void Append(ListPtr& list, const std::string& line) {
     curl_slist* longer = curl_slist_append(list.get(), line.c_str());
     if (longer != nullptr) {
-        list.release();
+        (void)list.release();
         list.reset(longer);
     }
 }

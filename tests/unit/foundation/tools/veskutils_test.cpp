@@ -47,7 +47,7 @@ TEST_F(ReturnMessages, BrokenFirstFileIsNoReasonToReadTheSecond) {
 }
 
 TEST_F(ReturnMessages, ShippedFileHasATextForEachCode) {
-    std::filesystem::copy(folder / "shipped" / "VESKRetMsg.json", folder);
+    write("VESKRetMsg.json", read("shipped/VESKRetMsg.json"));
     for (const int32_t code :
          {-1, VESKError::SUCCESS, VESKError::NO_LOGIN, VESKError::NETWORK_ERROR,
           VESKError::SERVER_ERROR, VESKError::AUTOLOGIN_NOT_ALLOWED, VESKError::CHANNEL_INIT_FAILED,
