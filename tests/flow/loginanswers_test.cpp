@@ -55,6 +55,16 @@ TEST_F(LoginAnswers, BrokenConnectionTravelsAsTheTransportsCode) {
     }
 }
 
+TEST_F(LoginAnswers, RedirectIntoTheClearIsNotFollowed) {
+    Answer answer{"auth/login", "", 307};
+    answer.action = "redirect";
+    answer.location = environment("VESK_TEST_CONTROL_URL") + "/v2/auth/login";
+    backend.next(answer);
+    const VESKLoginRet ret = login();
+    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
+    EXPECT_EQ(ret.thirdCode, 1);
+}
+
 TEST_F(LoginAnswers, MembersOfTheWrongTypeAreLeftOut) {
     backend.next({"auth/login", R"({"ret":0,"msg":1,"openid":5,"uid":null,"token":true,)"
                                 R"("token_expire_time":"soon","first":"x","gender":1.5,)"

@@ -33,6 +33,10 @@ void BackendControl::next(const Answer& answer) {
     writer.Int(answer.delayMs);
     writer.Key("action");
     writer.String(answer.action.c_str());
+    if (!answer.location.empty()) {
+        writer.Key("location");
+        writer.String(answer.location.c_str());
+    }
     writer.EndObject();
     const std::string body = json.GetString();
     call("/next", &body);

@@ -12,7 +12,8 @@ struct Answer {
     std::string body;
     int status = 200;
     int delayMs = 0;
-    std::string action = "answer"; ///< or "reset", "cut", "hang"
+    std::string action = "answer"; ///< or "reset", "cut", "hang", "redirect"
+    std::string location;          ///< where a redirect leads to
 };
 
 /// A request as the dev backend received and judged it.
