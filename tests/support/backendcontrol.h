@@ -13,7 +13,7 @@ struct Answer {
     int status = 200;
     int delayMs = 0;
     std::string action = "answer"; ///< or "reset", "cut", "hang", "redirect"
-    std::string location;          ///< where a redirect leads to
+    std::string location = "";     ///< where a redirect leads to
 };
 
 /// A request as the dev backend received and judged it.
