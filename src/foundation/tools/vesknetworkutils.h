@@ -68,7 +68,7 @@ private:
     template <typename Record>
     static void SetCode(Record& record, int32_t code) {
         record.retCode = code;
-        record.retMsg = VESKUtils::GetRetMsg(code).c_str();
+        record.retMsg = VESKUtils::GetRetMsg(code);
     }
 };
 
