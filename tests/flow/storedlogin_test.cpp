@@ -27,22 +27,6 @@ TEST_F(StoredLogin, IsFoundWhateverItsExpiryAndTheCodeTellsAnExpiredOne) {
     }
 }
 
-TEST_F(StoredLogin, OfAnEarlierRunGivesTheChannelAtMost) {
-    const struct {
-        const char *file, *channel;
-        int32_t retCode, methodNameID;
-    } rows[] = {{"", "", 1001, 114}, {"KZ1", "", -1, 0}, {"KZ12345", "KZ", -1, 0}};
-    for (const auto& row : rows) {
-        writeFile(game.loginCache(), row.file);
-        VESKLoginRet held;
-        EXPECT_FALSE(VESKLogin::GetLoginRet(held)) << row.file;
-        EXPECT_EQ(held.retCode, row.retCode) << row.file;
-        EXPECT_EQ(held.methodNameID, row.methodNameID) << row.file;
-        EXPECT_EQ(held.channel, row.channel) << row.file;
-        EXPECT_EQ(held.openid, "") << row.file;
-    }
-}
-
 TEST_F(AutoLogin, IsRefusedWithoutABackendOfOnesOwn) {
     writeFile(game.path() / "VESKConfig.ini", "VESK_GAME_ID=1106\n");
     start();

@@ -66,19 +66,12 @@ TEST_F(InnerRecords, GoodAnswerFillsEveryFieldAndWrongTypesLeaveThem) {
 TEST_F(InnerRecords, OutcomeOfALoginRequest) {
     const Rows<int32_t, std::string, int32_t, int32_t, const char*> rows = {
         {28, "", 4, 28, "CURLCode for more details"},
-        {404, answer, 4, 404, "CURLCode for more details"},
-        {0, "", 5, 0, "resp body empty"},
         {0, "7", 5, 0, "Parse respBody error"},
-        {0, "not JSON", 5, 0, "Parse respBody error"},
         {0, R"({"ret":0)", 5, 0, "Parse respBody error"},
-        {0, "[]", 5, -1, "Server Error"},
         {0, "null", 5, -1, "Server Error"},
-        {0, "{}", 5, -1, "Server Error"},
         {0, R"({"ret":1001,"msg":"no","need_name_auth":true})", 5, 1001, "Server Error"},
-        {0, R"({"ret":"0"})", 5, -1, "Server Error"},
         {0, R"({"ret":0.0})", 5, -1, "Server Error"},
         {0, R"({"ret":4294967296})", 5, -1, "Server Error"},
-        {0, R"({"ret":0})", 0, 0, "Success"},
         {0, R"({"ret":0,"need_name_auth":"true"})", 0, 0, "Success"},
         {0, R"({"ret":0,"need_name_auth":true})", 20, 0, "Need real name auth"},
     };
