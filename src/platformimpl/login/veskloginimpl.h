@@ -37,6 +37,8 @@ private:
     VESKLoginIMPL() = default;
 
     VESKCallGate mGate; // closed for good by UnInstallPlugins()
+
+    void Refresh(const std::string& channel, const std::string& oldToken);
 };
 
 } // namespace VESK

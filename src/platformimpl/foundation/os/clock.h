@@ -31,6 +31,9 @@ int64_t UnixSeconds();
 
 LocalTime LocalNow();
 
+/// Milliseconds since some start, as the system's tick counter gives them; wraps at 32 bits.
+uint32_t TickCount();
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

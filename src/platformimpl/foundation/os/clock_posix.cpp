@@ -25,6 +25,12 @@ LocalTime LocalNow() {
             local.tm_min,         local.tm_sec,     now.milliseconds};
 }
 
+uint32_t TickCount() {
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<uint32_t>(static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000);
+}
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

@@ -24,6 +24,10 @@ LocalTime LocalNow() {
             now.wMinute, now.wSecond, now.wMilliseconds};
 }
 
+uint32_t TickCount() {
+    return GetTickCount();
+}
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

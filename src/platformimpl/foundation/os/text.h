@@ -13,6 +13,10 @@ std::string WideToOem(const std::wstring& text);
 /// Text of the current locale to UTF-16. Empty when the conversion fails. Windows only.
 std::wstring LocaleToWide(const std::string& text);
 
+/// UTF-8 to UTF-16 and back, for texts that are no paths. Windows only.
+std::wstring Utf8ToWide(const std::string& text);
+std::string WideToUtf8(const std::wstring& text);
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

@@ -7,19 +7,42 @@ namespace Braxel {
 namespace VESK {
 namespace os {
 
-std::string WideToOem(const std::wstring& text) {
+namespace {
+
+std::string FromWide(const std::wstring& text, UINT codePage) {
     const int length = static_cast<int>(text.size());
     const int needed =
-        WideCharToMultiByte(CP_OEMCP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+        WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
     if (needed <= 0) {
         return {};
     }
-    std::string oem(static_cast<size_t>(needed), '\0');
-    if (WideCharToMultiByte(CP_OEMCP, 0, text.data(), length, &oem[0], needed, nullptr, nullptr) !=
-        needed) {
+    std::string bytes(static_cast<size_t>(needed), '\0');
+    if (WideCharToMultiByte(codePage, 0, text.data(), length, &bytes[0], needed, nullptr,
+                            nullptr) != needed) {
         return {};
     }
-    return oem;
+    return bytes;
+}
+
+} // namespace
+
+std::string WideToOem(const std::wstring& text) {
+    return FromWide(text, CP_OEMCP);
+}
+
+std::string WideToUtf8(const std::wstring& text) {
+    return FromWide(text, CP_UTF8);
+}
+
+std::wstring Utf8ToWide(const std::string& text) {
+    const int length = static_cast<int>(text.size());
+    const int needed = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
+    if (needed <= 0) {
+        return {};
+    }
+    std::wstring wide(static_cast<size_t>(needed), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), length, &wide[0], needed);
+    return wide;
 }
 
 std::wstring LocaleToWide(const std::string& text) {

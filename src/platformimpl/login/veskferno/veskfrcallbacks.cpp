@@ -1,0 +1,185 @@
+#include "platformimpl/login/veskferno/veskfrcallbacks.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "foundation/log/vesklogger.h"
+#include "module/veskmodule.h"
+#include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/login/veskferno/veskfrwrapper.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr uint32_t kWaitingForConfirmation = 10008;
+
+std::string Text(const char* text, uint32_t length) {
+    return text == nullptr ? std::string() : std::string(text, length);
+}
+
+long long SecondsLeft(uint64_t expiryTick) {
+    return static_cast<long long>(static_cast<int64_t>(expiryTick - os::TickCount())) / 1000;
+}
+
+std::string WithCodes(const char* message, uint32_t errType, int32_t errCode) {
+    return std::string(message) + " Error type:" + std::to_string(errType) +
+           " Error code:" + std::to_string(errCode);
+}
+
+LoginNotifyRecord Failure(const std::string& message) {
+    LoginNotifyRecord record;
+    record.status = kNotifyFailure;
+    record.message = message;
+    record.channel = "Ferno";
+    return record;
+}
+
+LoginNotifyRecord Success(const char* message, const std::string& openid, const std::string& token,
+                          uint32_t tokenTimeout) {
+    LoginNotifyRecord record;
+    record.message = message;
+    record.channel = "Ferno";
+    record.openid = openid;
+    record.token = token;
+    record.tokenExpire = os::UnixSeconds() + tokenTimeout;
+    return record;
+}
+
+/// Stands in while no observer is registered: answers are logged and end here.
+class NoNotify : public VESKChannelNotify {
+public:
+    void OnInnerQrCodeNotify(const QrNotifyRecord& /*record*/) override {}
+    void OnInnerLoginNotify(const LoginNotifyRecord& /*record*/) override {}
+    void OnInnerGetLoginRecordNotify(const LoginNotifyRecord& /*record*/) override {}
+};
+
+} // namespace
+
+template <typename Body>
+void VESKFRCallbacks::Guarded(const Body& body) {
+    const VESKModule::Use use;
+    ++sActive;
+    try {
+        NoNotify none;
+        VESKChannelNotify* notify = VESKFRWrapper::GetInstance()->mNotify;
+        body(notify == nullptr ? none : *notify);
+    } catch (...) {
+        VESK_LOG_ERROR("VESKFRCallbacks", "exception inside a callback, it ends here");
+    }
+    --sActive;
+}
+
+FrCallbackTable* VESKFRCallbacks::MakeTable() {
+    void* memory = std::calloc(1, sizeof(FrCallbackTable));
+    FrCallbackTable* table = static_cast<FrCallbackTable*>(memory);
+    if (table != nullptr) {
+        table->qrcodeResp = &qrcode_resp;
+        table->loginResp = &login_resp;
+        table->clientTmpTokenResp = &client_tmp_token_resp;
+        table->onKickOut = &on_kickout;
+        table->onUserStateException = &on_user_state_exception;
+    }
+    return table;
+}
+
+void VESKFRCallbacks::qrcode_resp(uint32_t errType, int32_t errCode, const char* url,
+                                  uint32_t urlLength, uint64_t timeout, uint64_t expiryTick) {
+    Guarded([&](VESKChannelNotify& notify) {
+        VESK_LOG_INFO("VESKFRWrapper::qrcode_resp", "Got qrcode resp, err_type: %d errcode: %d",
+                      static_cast<int>(errType), errCode);
+        if (errType != 0) {
+            const std::string message = WithCodes("Ferno get qrcode failed!", errType, errCode);
+            VESK_LOG_ERROR("VESKFRWrapper::qrcode_resp", "%s", message.c_str());
+            notify.OnInnerLoginNotify(Failure(message));
+            return;
+        }
+        QrNotifyRecord record;
+        record.channel = "Ferno";
+        record.qrCodeUrl = Text(url, urlLength);
+        VESK_LOG_INFO("VESKFRWrapper::qrcode_resp",
+                      "Got qrcode succeed, qrcode timeout: %llu  url: %s %d %d %lld",
+                      static_cast<unsigned long long>(timeout), record.qrCodeUrl.c_str(),
+                      static_cast<int>(std::strlen(record.qrCodeUrl.c_str())),
+                      static_cast<int>(urlLength), SecondsLeft(expiryTick));
+        VESK_LOG_INFO("VESKFRWrapper::qrcode_resp", "qrcode url:%s", record.qrCodeUrl.c_str());
+        notify.OnInnerQrCodeNotify(record);
+    });
+}
+
+void VESKFRCallbacks::login_resp(uint32_t errType, int32_t errCode, const char* ctt,
+                                 uint32_t cttLength, const char* openid, uint32_t openidLength,
+                                 const char* sessionKey, uint32_t sessionKeyLength,
+                                 uint32_t cttTimeout, uint64_t expiryTick) {
+    Guarded([&](VESKChannelNotify& notify) {
+        VESK_LOG_INFO("VESKFRWrapper::login_resp", "login resp, err_type: %d errcode: %d",
+                      static_cast<int>(errType), errCode);
+        if (errType == kWaitingForConfirmation) {
+            VESK_LOG_INFO("VESKFRWrapper::login_resp", "Qrcode was scaned, waiting for confirm");
+            return;
+        }
+        if (errType != 0) {
+            const std::string message = WithCodes("Ferno login failed!", errType, errCode);
+            VESK_LOG_ERROR("VESKFRWrapper::login_resp", "%s", message.c_str());
+            notify.OnInnerLoginNotify(Failure(message));
+            return;
+        }
+        const std::string token = Text(ctt, cttLength);
+        const std::string user = Text(openid, openidLength);
+        VESK_LOG_INFO("VESKFRWrapper::login_resp",
+                      "Ferno login succeed, ctt:%s, openid:%s, sessionkey:%s ctt_timeout:%u %lld",
+                      token.c_str(), user.c_str(), Text(sessionKey, sessionKeyLength).c_str(),
+                      cttTimeout, SecondsLeft(expiryTick));
+        notify.OnInnerLoginNotify(Success("Ferno login succeess", user, token, cttTimeout));
+    });
+}
+
+void VESKFRCallbacks::client_tmp_token_resp(uint32_t errType, int32_t errCode, const char* ctt,
+                                            uint32_t cttLength, const char* openid,
+                                            uint32_t openidLength, const char* sessionKey,
+                                            uint32_t sessionKeyLength, uint32_t cttTimeout,
+                                            uint64_t expiryTick) {
+    Guarded([&](VESKChannelNotify& notify) {
+        VESK_LOG_INFO("VESKFRWrapper::client_tmp_token_resp",
+                      "Get login record resp, err_type: %d errcode: %d", static_cast<int>(errType),
+                      errCode);
+        if (errType != 0) {
+            const std::string message =
+                WithCodes("Get Ferno login record failed!", errType, errCode);
+            VESK_LOG_ERROR("VESKFRWrapper::client_tmp_token_resp", "%s", message.c_str());
+            notify.OnInnerGetLoginRecordNotify(Failure(message));
+            return;
+        }
+        const std::string token = Text(ctt, cttLength);
+        const std::string user = Text(openid, openidLength);
+        VESK_LOG_INFO("VESKFRWrapper::client_tmp_token_resp",
+                      "Get Ferno login record succeed, ctt:%s, openid:%s, sessionkey:%s "
+                      "ctt_timeout:%u %lld",
+                      token.c_str(), user.c_str(), Text(sessionKey, sessionKeyLength).c_str(),
+                      cttTimeout, SecondsLeft(expiryTick));
+        notify.OnInnerGetLoginRecordNotify(
+            Success("Get Ferno login record succeess", user, token, cttTimeout));
+    });
+}
+
+void VESKFRCallbacks::on_kickout(int32_t errCode) {
+    Guarded([&](VESKChannelNotify& notify) {
+        const std::string message =
+            "Account had been kicked out! Error code:" + std::to_string(errCode);
+        VESK_LOG_ERROR("VESKFRWrapper::on_kickout", "%s", message.c_str());
+        notify.OnInnerLoginNotify(Failure(message));
+    });
+}
+
+void VESKFRCallbacks::on_user_state_exception() {
+    Guarded([&](VESKChannelNotify& notify) {
+        const std::string message = "Account state exception, need to login again";
+        VESK_LOG_ERROR("VESKFRWrapper::on_user_state_exception", "%s", message.c_str());
+        notify.OnInnerLoginNotify(Failure(message));
+    });
+}
+
+} // namespace VESK
+} // namespace Braxel

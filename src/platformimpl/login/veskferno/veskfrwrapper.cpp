@@ -1,0 +1,196 @@
+#include "platformimpl/login/veskferno/veskfrwrapper.h"
+
+#include <cstdlib>
+#include <memory>
+
+#include "foundation/log/vesklogger.h"
+#include "platformimpl/foundation/file/veskfileutils.h"
+#include "platformimpl/foundation/os/deferredrelease.h"
+#include "platformimpl/login/veskferno/veskfrcallbacks.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr const char* kLibraryName = "frlogin.dll";
+
+LoginNotifyRecord Failure(const char* message, int result) {
+    LoginNotifyRecord record;
+    record.status = kNotifyFailure;
+    record.message = message + std::to_string(result);
+    record.channel = "Ferno";
+    return record;
+}
+
+} // namespace
+
+os::DynamicLibrary VESKFRWrapper::Library() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return mLibrary;
+}
+
+bool VESKFRWrapper::InitializeOpenSDK() {
+    if (mInitialised) {
+        VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Had already inited!");
+        return false;
+    }
+    const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
+    const std::string path = directory + kLibraryName;
+    VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Init OpenSDK from path:%s", path.c_str());
+    VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Start load FROpenSDK from path:%s",
+                  path.c_str());
+    os::DynamicLibrary library;
+    // A bare name would be searched for elsewhere.
+    if (directory.empty() || !library.Open(path)) {
+        VESK_LOG_ERROR("VESKFRWrapper::InitializeOpenSDK", "Load frlogin.dll failed");
+        return false;
+    }
+    VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Load frlogin.dll succeed");
+    {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mLibrary = library;
+    }
+    const auto init = library.Find<FrInit>("frlogin_init");
+    if (init == nullptr) {
+        VESK_LOG_ERROR("VESKFRWrapper::InitializeOpenSDK",
+                       "Error! Not found function \"frlogin_init\"");
+        return false;
+    }
+    VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Do \"frlogin_init\"");
+    FrCallbackTable* table = VESKFRCallbacks::MakeTable();
+    const std::string logDirectory = directory + "Ferno";
+    VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Ferno log path:%s", logDirectory.c_str());
+    {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mCallbacks = table;
+    }
+    init(table, logDirectory.c_str());
+    // Deliberate: whatever the call returned.
+    mInitialised = true;
+    VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Do \"frlogin_init\" done");
+    return true;
+}
+
+void VESKFRWrapper::UnInitializeOpenSDK() {
+    VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "UnInit OpenSDK");
+    if (!mInitialised) {
+        VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK",
+                      "OpenSDK didn't init, no need to uninit");
+        return;
+    }
+    os::DynamicLibrary library = Library();
+    if (!library.IsOpen()) {
+        VESK_LOG_ERROR("VESKFRWrapper::UnInitializeOpenSDK", "Load frlogin.dll failed");
+        return;
+    }
+    const auto uninit = library.Find<FrUninit>("frlogin_uninit");
+    if (uninit == nullptr) {
+        VESK_LOG_ERROR("VESKFRWrapper::UnInitializeOpenSDK",
+                       "Error! Not found function \"frlogin_uninit\"");
+        return;
+    }
+    VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "Do \"frlogin_uninit\"");
+    uninit();
+    VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "Do \"frlogin_uninit\" done");
+    VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "UnInit OpenSDK success");
+    ReleaseLibrary();
+    VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "Fress Ferno OpenSDK dll done");
+    mInitialised = false;
+}
+
+void VESKFRWrapper::ReleaseLibrary() {
+    os::DynamicLibrary library;
+    FrCallbackTable* table = nullptr;
+    {
+        // Without a handle later requests end in "Load frlogin.dll failed".
+        const std::lock_guard<std::mutex> lock(mMutex);
+        std::swap(library, mLibrary);
+        std::swap(table, mCallbacks);
+    }
+    os::ReleaseWhenIdle([] { return VESKFRCallbacks::Active() == 0; },
+                        [library, table]() mutable {
+                            library.Close();
+                            std::free(table);
+                        });
+}
+
+void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,
+                          const std::string& scope) {
+    VESK_LOG_INFO("VESKFRWrapper::Login", "Start Ferno login");
+    const os::DynamicLibrary library = Library();
+    if (!library.IsOpen()) {
+        VESK_LOG_ERROR("VESKFRWrapper::Login", "Load frlogin.dll failed");
+        return;
+    }
+    const auto request = library.Find<FrRequestQrCode>("frlogin_req_qrcode");
+    if (request == nullptr) {
+        VESK_LOG_ERROR("VESKFRWrapper::Login", "Error! Not found function \"frlogin_req_qrcode\"");
+        return;
+    }
+    VESK_LOG_INFO("VESKFRWrapper::Login", "Do \"frlogin_req_qrcode\"");
+    const int result = request(appID.c_str(), appID.size(), preCode.c_str(), preCode.size(),
+                               scope.c_str(), scope.size());
+    VESK_LOG_INFO("VESKFRWrapper::Login", "Do \"frlogin_req_qrcode\" done, ret:%d", result);
+    if (result != 0) {
+        LoginNotifyRecord record =
+            Failure("Get Ferno qrcode failed! Call \"frlogin_req_qrcode\" result:", result);
+        VESK_LOG_ERROR("VESKFRWrapper::Login", "%s", record.message.c_str());
+        VESKChannelNotify* notify = mNotify;
+        if (notify != nullptr) {
+            notify->OnInnerLoginNotify(record);
+        }
+    }
+}
+
+void VESKFRWrapper::GetLoginRecord() {
+    VESK_LOG_INFO("VESKFRWrapper::GetLoginRecord", "Start get Ferno login record");
+    const os::DynamicLibrary library = Library();
+    if (!library.IsOpen()) {
+        VESK_LOG_ERROR("VESKFRWrapper::GetLoginRecord", "Load frlogin.dll failed");
+        return;
+    }
+    const auto request = library.Find<FrRequest>("frlogin_req_client_tmp_token");
+    if (request == nullptr) {
+        VESK_LOG_ERROR("VESKFRWrapper::GetLoginRecord",
+                       "Error! Not found function \"frlogin_req_client_tmp_token\"");
+        return;
+    }
+    VESK_LOG_INFO("VESKFRWrapper::GetLoginRecord", "Do \"frlogin_req_client_tmp_token\"");
+    const int result = request();
+    VESK_LOG_INFO("VESKFRWrapper::GetLoginRecord",
+                  "Do \"frlogin_req_client_tmp_token\" done, ret:%d", result);
+    if (result != 0) {
+        LoginNotifyRecord record = Failure(
+            "Get Ferno login record failed! Call \"frlogin_req_client_tmp_token\" result:", result);
+        VESK_LOG_ERROR("VESKFRWrapper::GetLoginRecord", "%s", record.message.c_str());
+        VESKChannelNotify* notify = mNotify;
+        if (notify != nullptr) {
+            notify->OnInnerGetLoginRecordNotify(record);
+        }
+    }
+}
+
+void VESKFRWrapper::Logout() {
+    VESK_LOG_INFO("VESKFRWrapper::Logout", "Start Ferno logout");
+    const os::DynamicLibrary library = Library();
+    if (!library.IsOpen()) {
+        VESK_LOG_ERROR("VESKFRWrapper::Logout", "Load frlogin.dll failed");
+        return;
+    }
+    const auto request = library.Find<FrRequest>("frlogin_req_logout");
+    if (request == nullptr) {
+        VESK_LOG_ERROR("VESKFRWrapper::Logout", "Error! Not found function \"frlogin_req_logout\"");
+        return;
+    }
+    VESK_LOG_INFO("VESKFRWrapper::Logout", "Do \"frlogin_req_logout\"");
+    const int result = request();
+    VESK_LOG_INFO("VESKFRWrapper::Logout", "Do \"frlogin_req_logout\" done, ret:%d", result);
+    if (result != 0) {
+        VESK_LOG_ERROR("VESKFRWrapper::Logout",
+                       "Ferno logout failed! Call \"frlogin_req_logout\" result:%d", result);
+    }
+}
+
+} // namespace VESK
+} // namespace Braxel

@@ -1,0 +1,54 @@
+#ifndef VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKFRWRAPPER_H
+#define VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKFRWRAPPER_H
+
+#include <atomic>
+#include <mutex>
+#include <string>
+
+#include "common/vesksingleton.h"
+#include "platformimpl/foundation/os/dynamiclibrary.h"
+#include "platformimpl/login/veskferno/veskfrcomponent.h"
+#include "platformimpl/login/vesknotify.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// The Ferno messenger's desktop library, loaded from the SDK's own folder. Its callbacks come on
+/// threads of its own; no lock is held across calls in either direction.
+class VESKFRWrapper {
+public:
+    static VESKFRWrapper* GetInstance() { return VESKSingleton<VESKFRWrapper>::GetInstance(); }
+
+    /// @return false when it cannot be loaded, and when it is initialised already.
+    bool InitializeOpenSDK();
+
+    /// Unloads the library, at once or as soon as no callback of it is on a stack any more.
+    void UnInitializeOpenSDK();
+
+    /// Who hears the answers; not owned.
+    void SetNotify(VESKChannelNotify* notify) { mNotify = notify; }
+
+    /// Deliberate: a missing library or export is logged and answered by nothing.
+    void Login(const std::string& appID, const std::string& preCode, const std::string& scope);
+    void GetLoginRecord();
+    void Logout();
+
+private:
+    friend class VESKSingleton<VESKFRWrapper>;
+    friend class VESKFRCallbacks;
+    VESKFRWrapper() = default;
+
+    os::DynamicLibrary Library();
+    void ReleaseLibrary();
+
+    std::mutex mMutex; // guards the library and the table that it has
+    os::DynamicLibrary mLibrary;
+    FrCallbackTable* mCallbacks = nullptr;
+    std::atomic<bool> mInitialised{false};
+    std::atomic<VESKChannelNotify*> mNotify{nullptr};
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

@@ -1,0 +1,42 @@
+#ifndef VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKLOGINFERNO_H
+#define VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKLOGINFERNO_H
+
+#include <atomic>
+#include <string>
+
+#include "common/vesksingleton.h"
+#include "platformimpl/login/veskmessengeranswers.h"
+#include "platformimpl/login/vesknotify.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// The Ferno channel: login by QR code, token refresh and logout. Answers come later, on the
+/// component's threads, under the sequence id of the last login.
+class VESKLoginFerno : public VESKChannelNotify {
+public:
+    static VESKLoginFerno* GetInstance() { return VESKSingleton<VESKLoginFerno>::GetInstance(); }
+
+    bool IsInitialised() const { return mInitialised; }
+    void InitializeOpenSDK();
+
+    void QrCodeLogin(std::string seqID, std::string preCode);
+    void GetLoginRecord();
+    void Logout(std::string seqID);
+
+    void OnInnerQrCodeNotify(const QrNotifyRecord& record) override;
+    void OnInnerLoginNotify(const LoginNotifyRecord& record) override;
+    void OnInnerGetLoginRecordNotify(const LoginNotifyRecord& record) override;
+
+private:
+    friend class VESKSingleton<VESKLoginFerno>;
+    VESKLoginFerno();
+
+    std::atomic<bool> mInitialised{false};
+    VESKMessengerAnswers mAnswers;
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

@@ -1,0 +1,61 @@
+#ifndef VESK_PLATFORMIMPL_LOGIN_VESKKZ_KZCOMPONENT_H
+#define VESK_PLATFORMIMPL_LOGIN_VESKKZ_KZCOMPONENT_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platformimpl/login/veskkz/kzresult.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// Hears the events of the KZ component, on any thread.
+class KZOpenSDKCallback {
+public:
+    /// @param result may be null; valid for the call.
+    virtual void OnKZOpenSDKCallback(int32_t notifyType, const KZResult* result) = 0;
+
+protected:
+    ~KZOpenSDKCallback() = default;
+};
+
+/// The KZ messenger's desktop component as the wrapper sees it. Requests answer whether the
+/// component took them; what comes of it arrives as an event. Destroying the object unloads the
+/// component, so no code of it may be on a stack then.
+class KZComponent {
+public:
+    virtual ~KZComponent() = default;
+
+    /// Loads the component from @p path, the full path of its file, and makes its object.
+    virtual bool Create(const std::string& path) = 0;
+
+    /// Connects @p callback to the events. Events may come before this returns.
+    /// @return the component's own result; negative is a failure.
+    virtual int32_t Advise(KZOpenSDKCallback* callback) = 0;
+
+    virtual bool Initialize(const std::string& appID, const std::string& appKey) = 0;
+
+    /// Ends the component's work and cuts the callback off: later events reach nobody.
+    virtual bool ShutDown() = 0;
+
+    /// The serial number; empty on a failure.
+    virtual std::string GetGenerateSerialNumber() = 0;
+
+    virtual bool LoginByQRCode(const std::string& preCode) = 0;
+
+    /// @return the component's own result; negative is a failure.
+    virtual int32_t GetLocalLoginList() = 0;
+
+    virtual bool LoginByLocalLoginUser(const std::string& openid) = 0;
+    virtual bool RefreshClientTempKey() = 0;
+    virtual void Logout() = 0;
+};
+
+/// The component of this platform. Where there is none its Create() fails.
+std::unique_ptr<KZComponent> MakeKZComponent();
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

@@ -1,0 +1,133 @@
+#include "platformimpl/login/veskkz/kzcomponent.h"
+
+#include <objbase.h>
+#include <ocidl.h>
+
+#include "platformimpl/foundation/os/text.h"
+#include "platformimpl/login/veskkz/kzsink_win.h"
+#include "thirdsdk/kz/dllapihelper.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr LONG kQrCodeSize = 200;
+
+/// The component over COM. Its calls need no apartment: events come directly on its own threads.
+class KZComComponent : public KZComponent {
+public:
+    ~KZComComponent() override {
+        KZComComponent::ShutDown();
+        mSink.Reset();
+        mPoint.Reset();
+        mObject.Reset();
+        if (mModule != nullptr) {
+            CoFreeLibrary(mModule);
+        }
+    }
+
+    bool Create(const std::string& path) override {
+        const std::wstring widePath = os::LocaleToWide(path);
+        return !widePath.empty() &&
+               SUCCEEDED(CreateObjectFromDllFile(
+                   widePath, KZId(VESK_KZ_CLSID_OPENSDK), KZId(VESK_KZ_IID_OPENSDK),
+                   reinterpret_cast<void**>(mObject.Receive()), &mModule)) &&
+               mObject;
+    }
+
+    int32_t Advise(KZOpenSDKCallback* callback) override {
+        ComPtr<IConnectionPointContainer> container;
+        HRESULT result = mObject->QueryInterface(IID_IConnectionPointContainer,
+                                                 reinterpret_cast<void**>(container.Receive()));
+        if (SUCCEEDED(result)) {
+            result = container->FindConnectionPoint(KZId(VESK_KZ_IID_EVENTS), mPoint.Receive());
+        }
+        if (SUCCEEDED(result)) {
+            *mSink.Receive() = new CSink(callback);
+            result = mPoint->Advise(mSink.Get(), &mCookie);
+        }
+        return static_cast<int32_t>(result);
+    }
+
+    bool Initialize(const std::string& appID, const std::string& appKey) override {
+        const ComPtr<IKZProperties> parameters = MakeParameters();
+        return parameters && Set(parameters, L"AppId", appID) &&
+               Set(parameters, L"AppKey", appKey) &&
+               SUCCEEDED(mObject->Initialize(parameters.Get()));
+    }
+
+    bool ShutDown() override {
+        if (!mObject || mShutDown.exchange(true)) {
+            return false;
+        }
+        if (mSink) {
+            mSink->CutOff();
+        }
+        const HRESULT result = mObject->UnInitialize();
+        if (mPoint && mCookie != 0) {
+            mPoint->Unadvise(mCookie);
+        }
+        return SUCCEEDED(result);
+    }
+
+    std::string GetGenerateSerialNumber() override {
+        ComPtr<IKZProperties> answer;
+        if (FAILED(mObject->GetGenerateSerialNumber(answer.Receive())) || !answer) {
+            return {};
+        }
+        return KZComResult(answer).GetText(L"result");
+    }
+
+    bool LoginByQRCode(const std::string& preCode) override {
+        const ComPtr<IKZProperties> parameters = MakeParameters();
+        // Saved, so that the player can be logged in again without a code.
+        return parameters && Set(parameters, L"PreCode", preCode) &&
+               SUCCEEDED(parameters->SetValue(L"Size", Variant(kQrCodeSize).Get())) &&
+               SUCCEEDED(parameters->SetValue(L"bSaved", Variant(true).Get())) &&
+               SUCCEEDED(mObject->LoginByQRCode(parameters.Get()));
+    }
+
+    int32_t GetLocalLoginList() override {
+        return static_cast<int32_t>(mObject->GetLocalLoginList());
+    }
+
+    bool LoginByLocalLoginUser(const std::string& openid) override {
+        const Bstr text(os::Utf8ToWide(openid));
+        return SUCCEEDED(mObject->LoginByLocalLoginUser(text.Get()));
+    }
+
+    bool RefreshClientTempKey() override { return SUCCEEDED(mObject->RefreshClientTempKey()); }
+
+    void Logout() override { mObject->Logout(); }
+
+private:
+    ComPtr<IKZProperties> MakeParameters() {
+        ComPtr<IKZProperties> parameters;
+        if (FAILED(mObject->CreateParameters(parameters.Receive()))) {
+            parameters.Reset();
+        }
+        return parameters;
+    }
+
+    static bool Set(const ComPtr<IKZProperties>& parameters, const wchar_t* name,
+                    const std::string& text) {
+        return SUCCEEDED(parameters->SetValue(name, Variant(os::Utf8ToWide(text)).Get()));
+    }
+
+    HMODULE mModule = nullptr;
+    ComPtr<IKZOpenSDK> mObject;
+    ComPtr<IConnectionPoint> mPoint;
+    ComPtr<CSink> mSink;
+    DWORD mCookie = 0;
+    std::atomic<bool> mShutDown{false};
+};
+
+} // namespace
+
+std::unique_ptr<KZComponent> MakeKZComponent() {
+    return std::make_unique<KZComComponent>();
+}
+
+} // namespace VESK
+} // namespace Braxel

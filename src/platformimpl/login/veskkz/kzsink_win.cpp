@@ -1,0 +1,60 @@
+#include "platformimpl/login/veskkz/kzsink_win.h"
+
+#include <objbase.h>
+
+#include "platformimpl/foundation/os/text.h"
+
+namespace Braxel {
+namespace VESK {
+
+IID KZId(const char* text) {
+    IID id = {};
+    IIDFromString(os::Utf8ToWide(text).c_str(), &id);
+    return id;
+}
+
+HRESULT CSink::OnNotify(LONG notifyType, IKZProperties* result) {
+    KZOpenSDKCallback* callback = mCallback;
+    if (callback == nullptr) {
+        return S_OK;
+    }
+    if (result == nullptr) {
+        callback->OnKZOpenSDKCallback(notifyType, nullptr);
+    } else {
+        const KZComResult decoded(result);
+        callback->OnKZOpenSDKCallback(notifyType, &decoded);
+    }
+    return S_OK;
+}
+
+const IID& CSink::InterfaceId() const {
+    static const IID& id = *new IID(KZId(VESK_KZ_IID_EVENTS));
+    return id;
+}
+
+int32_t KZComResult::GetInt(const wchar_t* name, int32_t defValue) const {
+    LONG value = 0;
+    return SUCCEEDED(mProperties->GetInt(name, &value)) ? static_cast<int32_t>(value) : defValue;
+}
+
+std::string KZComResult::GetText(const wchar_t* name) const {
+    Bstr text;
+    return SUCCEEDED(mProperties->GetText(name, text.Receive())) ? os::WideToUtf8(text.Text())
+                                                                 : std::string();
+}
+
+int32_t KZComResult::GetListSize(const wchar_t* name) const {
+    LONG size = 0;
+    return SUCCEEDED(mProperties->GetListSize(name, &size)) ? static_cast<int32_t>(size) : -1;
+}
+
+std::unique_ptr<KZResult> KZComResult::GetListEntry(const wchar_t* name, int32_t index) const {
+    ComPtr<IKZProperties> entry;
+    if (FAILED(mProperties->GetListEntry(name, index, entry.Receive())) || !entry) {
+        return nullptr;
+    }
+    return std::make_unique<KZComResult>(entry);
+}
+
+} // namespace VESK
+} // namespace Braxel

@@ -1,0 +1,44 @@
+#ifndef VESK_PLATFORMIMPL_LOGIN_VESKKZ_VESKLOGINKZ_H
+#define VESK_PLATFORMIMPL_LOGIN_VESKKZ_VESKLOGINKZ_H
+
+#include <atomic>
+#include <string>
+
+#include "common/vesksingleton.h"
+#include "platformimpl/login/veskmessengeranswers.h"
+#include "platformimpl/login/vesknotify.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// The KZ channel: login by QR code or with the player that the messenger remembers, token refresh
+/// and logout. Answers come later, on the component's threads, under the sequence id of the last
+/// login.
+class VESKLoginKZ : public VESKChannelNotify {
+public:
+    static VESKLoginKZ* GetInstance() { return VESKSingleton<VESKLoginKZ>::GetInstance(); }
+
+    bool IsInitialised() const { return mInitialised; }
+    void InitializeOpenSDK();
+
+    void QrCodeLogin(std::string seqID, std::string preCode);
+    void AutoLogin(std::string seqID, std::string openid);
+    void GetLoginRecord(std::string oldToken);
+    void Logout(std::string seqID);
+
+    void OnInnerQrCodeNotify(const QrNotifyRecord& record) override;
+    void OnInnerLoginNotify(const LoginNotifyRecord& record) override;
+    void OnInnerGetLoginRecordNotify(const LoginNotifyRecord& record) override;
+
+private:
+    friend class VESKSingleton<VESKLoginKZ>;
+    VESKLoginKZ();
+
+    std::atomic<bool> mInitialised{false};
+    VESKMessengerAnswers mAnswers;
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

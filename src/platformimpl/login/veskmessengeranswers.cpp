@@ -1,0 +1,72 @@
+#include "platformimpl/login/veskmessengeranswers.h"
+
+#include "common/veskdefine.h"
+#include "foundation/json/veskjsonwriter.h"
+#include "vesk/veskerror.h"
+
+namespace Braxel {
+namespace VESK {
+
+void VESKMessengerAnswers::SetSeqID(const std::string& seqID) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    mSeqID = seqID;
+}
+
+std::string VESKMessengerAnswers::SeqID() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return mSeqID;
+}
+
+void VESKMessengerAnswers::CommitQrCode(const QrNotifyRecord& record) {
+    InnerQrCodeRet ret(VESKError::SUCCESS);
+    ret.methodNameID = kMethodNameQrCode;
+    ret.thirdCode = 0;
+    ret.channelID = mChannelID;
+    ret.channel = mChannel;
+    ret.qrCodeUrl = record.qrCodeUrl.c_str();
+    VESKInnerObserverHolder<InnerQrCodeRet>::CommitToTaskQueue(ret, kObserverIDQrCodeRet, SeqID());
+}
+
+void VESKMessengerAnswers::CommitAnswer(const LoginNotifyRecord& record, int32_t methodNameID,
+                                        int32_t observerID) {
+    VESKJsonBuffer info;
+    VESKJsonWriter writer(info);
+    writer.objectBegin();
+    writer.convert("openid", record.openid);
+    writer.convert(mTokenKey, record.token);
+    writer.objectEnd();
+    InnerLoginPluginRet ret;
+    ret.methodNameID = methodNameID;
+    ret.channelID = mChannelID;
+    ret.channel = mChannel;
+    ret.channelInfo = info.text();
+    ret.uid = record.openid;
+    VESKInnerObserverHolder<InnerLoginPluginRet>::CommitToTaskQueue(ret, observerID, SeqID());
+}
+
+void VESKMessengerAnswers::CommitLogin(const LoginNotifyRecord& record) {
+    if (record.status == kNotifySuccess) {
+        CommitAnswer(record, kMethodNameLogin, kObserverIDPluginLogin);
+    } else {
+        CommitLoginFailure(SeqID());
+    }
+}
+
+void VESKMessengerAnswers::CommitLoginRecord(const LoginNotifyRecord& record) {
+    CommitAnswer(record, kMethodNameRefreshToken, kObserverIDPluginRefresh);
+}
+
+void VESKMessengerAnswers::CommitLoginFailure(const std::string& seqID) {
+    InnerLoginRet ret(VESKError::CHANNEL_LOGIN_FAILED);
+    ret.methodNameID = kMethodNameLogin;
+    VESKInnerObserverHolder<InnerLoginRet>::CommitToTaskQueue(ret, kObserverIDLoginRet, seqID);
+}
+
+void VESKMessengerAnswers::CommitLogout(const std::string& seqID) {
+    InnerBaseRet ret(VESKError::SUCCESS);
+    ret.methodNameID = kMethodNameLogout;
+    VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDPluginLogout, seqID);
+}
+
+} // namespace VESK
+} // namespace Braxel

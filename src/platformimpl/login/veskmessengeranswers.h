@@ -1,0 +1,50 @@
+#ifndef VESK_PLATFORMIMPL_LOGIN_VESKMESSENGERANSWERS_H
+#define VESK_PLATFORMIMPL_LOGIN_VESKMESSENGERANSWERS_H
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "platformimpl/login/vesknotify.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// Turns what a messenger says into results for the login core. The two messengers differ in the
+/// names below only.
+class VESKMessengerAnswers {
+public:
+    /// @param tokenKey the channel token's member in the channel information, "ctk" or "ctt".
+    VESKMessengerAnswers(int32_t channelID, const char* channel, const char* tokenKey)
+        : mChannelID(channelID), mChannel(channel), mTokenKey(tokenKey) {}
+
+    /// Later answers belong to this request. One is in progress at a time.
+    void SetSeqID(const std::string& seqID);
+
+    void CommitQrCode(const QrNotifyRecord& record);
+
+    /// Success goes to the login core; a failure is a login result of its own. Deliberate: the
+    /// record's message is not carried over.
+    void CommitLogin(const LoginNotifyRecord& record);
+
+    /// Deliberate: the status is not examined, a failure goes on with empty credentials.
+    void CommitLoginRecord(const LoginNotifyRecord& record);
+
+    void CommitLoginFailure(const std::string& seqID);
+    void CommitLogout(const std::string& seqID);
+
+private:
+    std::string SeqID();
+    void CommitAnswer(const LoginNotifyRecord& record, int32_t methodNameID, int32_t observerID);
+
+    const int32_t mChannelID;
+    const char* const mChannel;
+    const char* const mTokenKey;
+    std::mutex mMutex;
+    std::string mSeqID;
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif
