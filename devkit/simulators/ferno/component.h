@@ -1,0 +1,68 @@
+#ifndef VESK_SIMULATORS_FERNO_COMPONENT_H
+#define VESK_SIMULATORS_FERNO_COMPONENT_H
+
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace vesk::fernosim {
+
+/// The table that frlogin_init takes. Lengths go out as 64 bits: hosts must cope with either width.
+struct CallbackTable {
+    void* unused0;
+    void (*qrcode)(uint32_t type, int32_t code, const char* url, size_t urlLength, uint64_t timeout,
+                   uint64_t expiryTick);
+    void (*login)(uint32_t type, int32_t code, const char* ctt, size_t cttLength,
+                  const char* openid, size_t openidLength, const char* key, size_t keyLength,
+                  uint32_t cttTimeout, uint64_t expiryTick);
+    void* unused3;
+    void (*token)(uint32_t type, int32_t code, const char* ctt, size_t cttLength,
+                  const char* openid, size_t openidLength, const char* key, size_t keyLength,
+                  uint32_t cttTimeout, uint64_t expiryTick);
+    void* unused5;
+    void* unused6;
+    void (*kickOut)(int32_t code);
+    void* unused8;
+    void (*stateException)();
+};
+
+/// The simulated messenger: one thread calls the host back, step by step, as ferno_sim.ini says.
+/// Each call either way is a line in ferno_sim_calls.txt, callbacks once they have returned.
+class Component {
+public:
+    explicit Component(const CallbackTable& table);
+    /// Ends the thread; from inside a callback it lets the callback end first.
+    ~Component();
+
+    /// Queues the steps of the setting @p key, "<delay ms>:<event>[:<argument>...],...".
+    void play(const char* key, const char* otherwise);
+
+    /// A setting of ferno_sim.ini as it is now.
+    static std::string setting(const std::string& key, const std::string& otherwise);
+    static void writeDown(const std::string& line);
+
+private:
+    /// What the thread needs; it outlives the component when that goes inside a callback.
+    struct State {
+        CallbackTable table;
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::deque<std::string> steps;
+        bool ended = false;
+    };
+
+    static void run(const std::shared_ptr<State>& state);
+    static void send(const CallbackTable& table, const std::string& event);
+
+    std::shared_ptr<State> mState;
+    std::thread mThread;
+};
+
+} // namespace vesk::fernosim
+
+#endif

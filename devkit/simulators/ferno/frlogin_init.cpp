@@ -1,0 +1,24 @@
+#include <cstdlib>
+
+#include "ferno_sim_export.h"
+#include "frlogin.h"
+
+namespace vesk::fernosim {
+
+std::unique_ptr<Component>& theComponent() {
+    // Never destroyed: the process may end while the component is up.
+    static std::unique_ptr<Component>& component = *new std::unique_ptr<Component>;
+    return component;
+}
+
+} // namespace vesk::fernosim
+
+using vesk::fernosim::Component;
+
+extern "C" FERNO_SIM_EXPORT int frlogin_init(vesk::fernosim::CallbackTable* table,
+                                             const char* logDirectory) {
+    Component::writeDown(std::string("{\"call\":\"frlogin_init\",\"log\":\"") +
+                         (logDirectory == nullptr || *logDirectory == '\0' ? "" : "set") + "\"}");
+    vesk::fernosim::theComponent() = std::make_unique<Component>(*table);
+    return std::atoi(Component::setting("init", "0").c_str());
+}

@@ -1,0 +1,46 @@
+#include <cstdlib>
+
+#include "ferno_sim_export.h"
+#include "frlogin.h"
+
+using vesk::fernosim::Component;
+using vesk::fernosim::theComponent;
+
+namespace {
+
+int request(const char* resultKey, const char* stepsKey, const char* steps) {
+    const int result = std::atoi(Component::setting(resultKey, "0").c_str());
+    if (result == 0 && stepsKey != nullptr && theComponent()) {
+        theComponent()->play(stepsKey, steps);
+    }
+    return result;
+}
+
+} // namespace
+
+extern "C" FERNO_SIM_EXPORT int frlogin_uninit() {
+    Component::writeDown(R"({"call":"frlogin_uninit"})");
+    theComponent().reset();
+    return 0;
+}
+
+extern "C" FERNO_SIM_EXPORT int frlogin_req_qrcode(const char* appId, size_t appIdLength,
+                                                   const char* preCode, size_t preCodeLength,
+                                                   const char* scope, size_t scopeLength) {
+    Component::writeDown(R"({"call":"frlogin_req_qrcode","app_id":")" +
+                         std::string(appId, appIdLength) + R"(","pre_code":")" +
+                         std::string(preCode, preCodeLength) + R"(","scope":")" +
+                         std::string(scope, scopeLength) + "\"}");
+    return request("req_qrcode", "on_qrcode",
+                   "20:qr:https://ferno.example/qr/1,50:scanned,50:success");
+}
+
+extern "C" FERNO_SIM_EXPORT int frlogin_req_client_tmp_token() {
+    Component::writeDown(R"({"call":"frlogin_req_client_tmp_token"})");
+    return request("req_token", "on_token", "20:token");
+}
+
+extern "C" FERNO_SIM_EXPORT int frlogin_req_logout() {
+    Component::writeDown(R"({"call":"frlogin_req_logout"})");
+    return request("req_logout", nullptr, nullptr);
+}

@@ -1,0 +1,78 @@
+#include "connection_point.h"
+
+#include <olectl.h>
+
+#include "call_log.h"
+#include "ids.h"
+#include "json_line.h"
+#include "open_sdk.h"
+#include "settings.h"
+
+namespace vesk::kzsim {
+
+ULONG ConnectionPoint::AddRef() {
+    return mOwner.AddRef();
+}
+
+ULONG ConnectionPoint::Release() {
+    return mOwner.Release();
+}
+
+HRESULT ConnectionPoint::QueryInterface(REFIID id, void** object) {
+    if (object == nullptr) {
+        return E_POINTER;
+    }
+    *object = nullptr;
+    if (id != IID_IUnknown && id != IID_IConnectionPoint) {
+        return E_NOINTERFACE;
+    }
+    *object = static_cast<IConnectionPoint*>(this);
+    AddRef();
+    return S_OK;
+}
+
+HRESULT ConnectionPoint::GetConnectionInterface(IID* id) {
+    if (id == nullptr) {
+        return E_POINTER;
+    }
+    *id = idOf(VESK_KZ_IID_EVENTS);
+    return S_OK;
+}
+
+HRESULT ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** container) {
+    return mOwner.QueryInterface(IID_IConnectionPointContainer,
+                                 reinterpret_cast<void**>(container));
+}
+
+HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
+    if (listener == nullptr || cookie == nullptr) {
+        return E_POINTER;
+    }
+    *cookie = 0;
+    Sinks::Sink sink;
+    if (FAILED(listener->QueryInterface(idOf(VESK_KZ_IID_EVENTS),
+                                        reinterpret_cast<void**>(sink.Receive())))) {
+        return CONNECT_E_CANNOTCONNECT;
+    }
+    const Settings settings;
+    const HRESULT result = settings.result("advise");
+    if (SUCCEEDED(result)) {
+        *cookie = mSinks.add(sink);
+    }
+    logLine(JsonLine().add("call", "Advise").add("cookie", static_cast<long>(*cookie)));
+    if (SUCCEEDED(result)) {
+        mOwner.onAdvised(settings);
+    }
+    return result;
+}
+
+HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
+    logLine(JsonLine().add("call", "Unadvise").add("cookie", static_cast<long>(cookie)));
+    return mSinks.remove(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
+}
+
+HRESULT ConnectionPoint::EnumConnections(IEnumConnections** /*connections*/) {
+    return E_NOTIMPL;
+}
+
+} // namespace vesk::kzsim

@@ -1,0 +1,132 @@
+#include "event_thread.h"
+
+#include <mutex>
+
+#include "call_log.h"
+#include "server.h"
+
+namespace vesk::kzsim {
+namespace {
+
+constexpr ULONGLONG kPatience = 2000;
+
+struct Context {
+    std::shared_ptr<EventThread> thread;
+    HMODULE module;
+};
+
+} // namespace
+
+std::shared_ptr<EventThread> EventThread::start(std::shared_ptr<Sinks> sinks) {
+    const std::shared_ptr<EventThread> thread(new EventThread(std::move(sinks)));
+    auto* context = new Context{thread, Server::referenceMyself()};
+    Server::threadStarts();
+    // Not std::thread: it would return into code that is unmapped by then.
+    thread->mHandle = CreateThread(nullptr, 0, &EventThread::run, context, 0, &thread->mId);
+    if (thread->mHandle == nullptr) {
+        Server::threadEnds();
+        FreeLibrary(context->module);
+        delete context;
+        return nullptr;
+    }
+    return thread;
+}
+
+DWORD WINAPI EventThread::run(void* argument) {
+    auto* context = static_cast<Context*>(argument);
+    const HMODULE module = context->module;
+    context->thread->deliverAll();
+    delete context;
+    Server::threadEnds();
+    FreeLibraryAndExitThread(module, 0);
+}
+
+unsigned EventThread::play(const Script& script) {
+    const std::lock_guard<Lock> guard(mLock);
+    ULONGLONG due = GetTickCount64();
+    for (const Step& step : script) {
+        due += step.delay;
+        mToCome.emplace(due, step.event);
+    }
+    mLock.signal();
+    return mDelivered;
+}
+
+bool EventThread::waitForMoreThan(unsigned before) {
+    const ULONGLONG deadline = GetTickCount64() + kPatience;
+    const std::lock_guard<Lock> guard(mLock);
+    for (ULONGLONG now = GetTickCount64(); mDelivered <= before && !mIsStopping && now < deadline;
+         now = GetTickCount64()) {
+        mLock.wait(static_cast<DWORD>(deadline - now));
+    }
+    return mDelivered > before || mIsStopping;
+}
+
+void EventThread::stop() {
+    {
+        const std::lock_guard<Lock> guard(mLock);
+        mIsStopping = true;
+        mToCome.clear();
+        mLock.signal();
+    }
+    if (!isThisThread()) {
+        WaitForSingleObject(mHandle, INFINITE);
+    }
+    CloseHandle(mHandle);
+}
+
+void EventThread::leaveAlone() {
+    CloseHandle(mHandle);
+    const std::lock_guard<Lock> guard(mLock);
+    mEndsWhenIdle = true;
+    mLock.signal();
+}
+
+void EventThread::deliverAll() {
+    for (Event event; takeNext(event); event = Event()) {
+        deliver(event);
+        const std::lock_guard<Lock> guard(mLock);
+        ++mDelivered;
+        mLock.signal();
+    }
+}
+
+bool EventThread::takeNext(Event& event) {
+    const std::lock_guard<Lock> guard(mLock);
+    while (!mIsStopping && !(mEndsWhenIdle && mToCome.empty())) {
+        const ULONGLONG now = GetTickCount64();
+        const auto first = mToCome.begin();
+        if (first == mToCome.end()) {
+            mLock.wait(INFINITE);
+        } else if (first->first > now) {
+            mLock.wait(static_cast<DWORD>(first->first - now));
+        } else {
+            event = first->second;
+            mToCome.erase(first);
+            return true;
+        }
+    }
+    return false;
+}
+
+void EventThread::deliver(const Event& event) {
+    bool heard = false;
+    for (const Sinks::Sink& sink : mSinks->all()) {
+        // One sink may end it all for the next.
+        if (isStopping()) {
+            break;
+        }
+        sink->OnNotify(event.type, event.bag.Get());
+        heard = true;
+    }
+    if (heard) {
+        logEvent(event.type);
+    }
+}
+
+bool EventThread::isStopping() {
+    const std::lock_guard<Lock> guard(mLock);
+    return mIsStopping;
+}
+
+} // namespace vesk::kzsim

@@ -1,0 +1,59 @@
+#ifndef VESK_SIMULATORS_KZ_EVENT_THREAD_H
+#define VESK_SIMULATORS_KZ_EVENT_THREAD_H
+
+#include <map>
+#include <memory>
+
+#include "event.h"
+#include "lock.h"
+#include "sinks.h"
+
+namespace vesk::kzsim {
+
+/// Delivers events one after another on a thread of its own, which keeps this library loaded until
+/// it has left it.
+class EventThread {
+public:
+    /// Null when the system has no thread to give.
+    static std::shared_ptr<EventThread> start(std::shared_ptr<Sinks> sinks);
+
+    /// Delivers the script's events from now on, besides those that are still to come.
+    /// @return how many events had been delivered before.
+    unsigned play(const Script& script);
+
+    /// Waits until one more event than @p before was delivered, but not forever.
+    bool waitForMoreThan(unsigned before);
+
+    bool isThisThread() const { return GetCurrentThreadId() == mId; }
+
+    /// No further event begins, and one that is being delivered is waited for, unless this is its
+    /// own thread. To be called once, and nothing afterwards.
+    void stop();
+
+    /// The thread ends by itself when all events are delivered. To be called once, and nothing
+    /// afterwards.
+    void leaveAlone();
+
+private:
+    explicit EventThread(std::shared_ptr<Sinks> sinks) : mSinks(std::move(sinks)) {}
+
+    static DWORD WINAPI run(void* context);
+    void deliverAll();
+    bool takeNext(Event& event);
+    void deliver(const Event& event);
+    bool isStopping();
+
+    const std::shared_ptr<Sinks> mSinks;
+    HANDLE mHandle = nullptr;
+    DWORD mId = 0;
+
+    Lock mLock; // guards what follows
+    std::multimap<ULONGLONG, Event> mToCome;
+    unsigned mDelivered = 0;
+    bool mIsStopping = false;
+    bool mEndsWhenIdle = false;
+};
+
+} // namespace vesk::kzsim
+
+#endif

@@ -1,0 +1,236 @@
+#include "open_sdk.h"
+
+#include <mutex>
+#include <olectl.h>
+
+#include "call_log.h"
+#include "ids.h"
+#include "json_line.h"
+#include "script.h"
+#include "text.h"
+
+namespace vesk::kzsim {
+namespace {
+
+/// Writes the call down with what is in its parameter object, which has to be one of ours.
+HRESULT logCallWith(const char* name, IKZProperties* parameters) {
+    JsonLine line;
+    line.add("call", name);
+    const PropertyBag::Pointer bag = PropertyBag::from(parameters);
+    if (bag) {
+        bag->writeTo(line);
+    }
+    logLine(line);
+    if (!bag) {
+        logProblem(std::string(name) + ": the parameters are not from CreateParameters");
+        return E_INVALIDARG;
+    }
+    return S_OK;
+}
+
+HRESULT giveOut(const PropertyBag::Pointer& bag, IKZProperties** receiver) {
+    bag->AddRef();
+    *receiver = bag.Get();
+    return S_OK;
+}
+
+} // namespace
+
+OpenSDK::~OpenSDK() {
+    endWork();
+}
+
+ULONG OpenSDK::Release() {
+    const ULONG left = --mReferences;
+    if (left == 0) {
+        delete this;
+    }
+    return left;
+}
+
+HRESULT OpenSDK::QueryInterface(REFIID id, void** object) {
+    if (object == nullptr) {
+        return E_POINTER;
+    }
+    *object = nullptr;
+    if (id == IID_IUnknown || id == idOf(VESK_KZ_IID_OPENSDK)) {
+        *object = static_cast<IKZOpenSDK*>(this);
+    } else if (id == IID_IConnectionPointContainer) {
+        *object = static_cast<IConnectionPointContainer*>(this);
+    } else {
+        return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+}
+
+HRESULT OpenSDK::CreateParameters(IKZProperties** parameters) {
+    return parameters == nullptr ? E_POINTER : giveOut(PropertyBag::make(), parameters);
+}
+
+HRESULT OpenSDK::Initialize(IKZProperties* parameters) {
+    const HRESULT logged = logCallWith("Initialize", parameters);
+    if (FAILED(logged)) {
+        return logged;
+    }
+    const Settings settings;
+    Sleep(static_cast<DWORD>(settings.number("initialize_ms", 0)));
+    const HRESULT result = settings.result("initialize");
+    const std::lock_guard<Lock> guard(mLock);
+    mIsInitialized = SUCCEEDED(result);
+    return result;
+}
+
+HRESULT OpenSDK::UnInitialize() {
+    logCall("UnInitialize");
+    const Settings settings;
+    const HRESULT result = settings.result("uninitialize");
+    if (FAILED(result)) {
+        return result;
+    }
+    endWork();
+    sendLateEvent(settings);
+    return result;
+}
+
+HRESULT OpenSDK::GetGenerateSerialNumber(IKZProperties** answer) {
+    logCall("GetGenerateSerialNumber");
+    if (answer == nullptr) {
+        return E_POINTER;
+    }
+    *answer = nullptr;
+    if (!isInitialized()) {
+        return E_UNEXPECTED;
+    }
+    const std::string serial = Settings().text("serial", "SIM-SERIAL");
+    if (serial.empty()) {
+        return E_FAIL;
+    }
+    const PropertyBag::Pointer bag = PropertyBag::make();
+    bag->set(L"result", toWide(serial));
+    return giveOut(bag, answer);
+}
+
+HRESULT OpenSDK::LoginByQRCode(IKZProperties* parameters) {
+    const HRESULT logged = logCallWith("LoginByQRCode", parameters);
+    return FAILED(logged) ? logged : answer("login_by_qrcode", "on_qrcode");
+}
+
+HRESULT OpenSDK::GetLocalLoginList() {
+    logCall("GetLocalLoginList");
+    return answer("get_local_login_list", "on_local_list");
+}
+
+HRESULT OpenSDK::LoginByLocalLoginUser(BSTR openid) {
+    const std::wstring text(openid == nullptr ? L"" : openid, SysStringLen(openid));
+    logLine(JsonLine().add("call", "LoginByLocalLoginUser").add("openid", toUtf8(text)));
+    return answer("login_by_local_user", "on_local_user");
+}
+
+HRESULT OpenSDK::RefreshClientTempKey() {
+    logCall("RefreshClientTempKey");
+    return answer("refresh", "on_refresh");
+}
+
+HRESULT OpenSDK::Logout() {
+    logCall("Logout");
+    return answer("logout", "on_logout");
+}
+
+HRESULT OpenSDK::EnumConnectionPoints(IEnumConnectionPoints** /*connectionPoints*/) {
+    return E_NOTIMPL;
+}
+
+HRESULT OpenSDK::FindConnectionPoint(REFIID id, IConnectionPoint** connectionPoint) {
+    if (connectionPoint == nullptr) {
+        return E_POINTER;
+    }
+    *connectionPoint = nullptr;
+    if (id != idOf(VESK_KZ_IID_EVENTS)) {
+        return CONNECT_E_NOCONNECTION;
+    }
+    *connectionPoint = &mConnectionPoint;
+    AddRef();
+    return S_OK;
+}
+
+void OpenSDK::onAdvised(const Settings& settings) {
+    const Script script = readScript(settings, "on_advise");
+    if (script.empty()) {
+        return;
+    }
+    std::shared_ptr<EventThread> thread;
+    unsigned before = 0;
+    {
+        const std::lock_guard<Lock> guard(mLock);
+        thread = startedThread();
+        before = thread ? thread->play(script) : 0;
+    }
+    // A delay of 0 promises that the event is delivered before Advise returns.
+    if (thread && script.front().delay == 0 && !thread->isThisThread() &&
+        !thread->waitForMoreThan(before)) {
+        logProblem("Advise: the listener does not let its event in while it is being advised");
+    }
+}
+
+HRESULT OpenSDK::answer(const char* resultKey, const char* scriptKey) {
+    const Settings settings;
+    const HRESULT result = settings.result(resultKey);
+    const Script script = SUCCEEDED(result) ? readScript(settings, scriptKey) : Script();
+    const std::lock_guard<Lock> guard(mLock);
+    if (!mIsInitialized) {
+        return E_UNEXPECTED;
+    }
+    if (!script.empty()) {
+        const auto thread = startedThread();
+        if (!thread) {
+            return E_OUTOFMEMORY;
+        }
+        thread->play(script);
+    }
+    return result;
+}
+
+bool OpenSDK::isInitialized() {
+    const std::lock_guard<Lock> guard(mLock);
+    return mIsInitialized;
+}
+
+std::shared_ptr<EventThread> OpenSDK::startedThread() {
+    if (!mThread) {
+        mThread = EventThread::start(mSinks);
+    }
+    return mThread;
+}
+
+void OpenSDK::endWork() {
+    std::shared_ptr<EventThread> thread;
+    {
+        const std::lock_guard<Lock> guard(mLock);
+        mIsInitialized = false;
+        thread.swap(mThread);
+    }
+    if (thread) {
+        thread->stop();
+    }
+}
+
+void OpenSDK::sendLateEvent(const Settings& settings) {
+    const long late = settings.number("late_event", 0);
+    if (late == 0) {
+        return;
+    }
+    auto sinks = mSinks;
+    if (late == 2) {
+        sinks = std::make_shared<Sinks>();
+        for (const Sinks::Sink& sink : mSinks->all()) {
+            sinks->add(sink);
+        }
+    }
+    if (const auto thread = EventThread::start(sinks)) {
+        thread->play(readScript(settings, "on_late"));
+        thread->leaveAlone();
+    }
+}
+
+} // namespace vesk::kzsim

@@ -1,0 +1,68 @@
+#ifndef VESK_SIMULATORS_KZ_OPEN_SDK_H
+#define VESK_SIMULATORS_KZ_OPEN_SDK_H
+
+#include <atomic>
+#include <memory>
+#include <ocidl.h>
+
+#include "connection_point.h"
+#include "event_thread.h"
+#include "kzopensdk.h"
+#include "server.h"
+#include "settings.h"
+
+namespace vesk::kzsim {
+
+/// The component's object: answers requests at once, and lets the scripted events follow.
+class OpenSDK final : public IKZOpenSDK, public IConnectionPointContainer {
+public:
+    /// Made with one reference, which belongs to the maker.
+    OpenSDK() = default;
+    OpenSDK(const OpenSDK&) = delete;
+    OpenSDK& operator=(const OpenSDK&) = delete;
+
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++mReferences; }
+    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
+
+    HRESULT STDMETHODCALLTYPE CreateParameters(IKZProperties** parameters) override;
+    HRESULT STDMETHODCALLTYPE Initialize(IKZProperties* parameters) override;
+    HRESULT STDMETHODCALLTYPE UnInitialize() override;
+    HRESULT STDMETHODCALLTYPE GetGenerateSerialNumber(IKZProperties** answer) override;
+    HRESULT STDMETHODCALLTYPE LoginByQRCode(IKZProperties* parameters) override;
+    HRESULT STDMETHODCALLTYPE GetLocalLoginList() override;
+    HRESULT STDMETHODCALLTYPE LoginByLocalLoginUser(BSTR openid) override;
+    HRESULT STDMETHODCALLTYPE RefreshClientTempKey() override;
+    HRESULT STDMETHODCALLTYPE Logout() override;
+
+    HRESULT STDMETHODCALLTYPE
+    EnumConnectionPoints(IEnumConnectionPoints** connectionPoints) override;
+    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id,
+                                                  IConnectionPoint** connectionPoint) override;
+
+    /// A listener has come; its Advise has not returned yet.
+    void onAdvised(const Settings& settings);
+
+private:
+    ~OpenSDK();
+
+    /// Answers with the setting @p resultKey, and after a success plays the script @p scriptKey.
+    HRESULT answer(const char* resultKey, const char* scriptKey);
+    bool isInitialized();
+    /// Called with the lock held.
+    std::shared_ptr<EventThread> startedThread();
+    void endWork();
+    void sendLateEvent(const Settings& settings);
+
+    const LiveObject mLive;
+    std::atomic<ULONG> mReferences{1};
+    std::shared_ptr<Sinks> mSinks = std::make_shared<Sinks>();
+    ConnectionPoint mConnectionPoint{*this, *mSinks};
+    Lock mLock; // guards what follows
+    bool mIsInitialized = false;
+    std::shared_ptr<EventThread> mThread;
+};
+
+} // namespace vesk::kzsim
+
+#endif

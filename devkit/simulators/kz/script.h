@@ -1,0 +1,15 @@
+#ifndef VESK_SIMULATORS_KZ_SCRIPT_H
+#define VESK_SIMULATORS_KZ_SCRIPT_H
+
+#include "event.h"
+#include "settings.h"
+
+namespace vesk::kzsim {
+
+/// The events that follow a call, as the setting @p key lists them. A step that cannot be read is
+/// written down as a problem and left out; its delay counts all the same.
+Script readScript(const Settings& settings, const char* key);
+
+} // namespace vesk::kzsim
+
+#endif

@@ -1,0 +1,39 @@
+#ifndef VESK_SIMULATORS_KZ_SINKS_H
+#define VESK_SIMULATORS_KZ_SINKS_H
+
+#include <map>
+#include <vector>
+
+#include "comsupport.h"
+#include "kzopensdk.h"
+#include "lock.h"
+
+namespace vesk::kzsim {
+
+/// The listeners that are advised now. They are called, and released, without the lock.
+class Sinks {
+public:
+    using Sink = Braxel::VESK::ComPtr<IKZOpenSDKEvents>;
+
+    Sinks() = default;
+
+    /// @return the cookie, never 0.
+    DWORD add(const Sink& sink);
+
+    /// @return whether there was one under this cookie.
+    bool remove(DWORD cookie);
+
+    std::vector<Sink> all() const;
+
+private:
+    Sinks(const Sinks&) = delete;
+    Sinks& operator=(const Sinks&) = delete;
+
+    mutable Lock mLock;
+    DWORD mLastCookie = 0;
+    std::map<DWORD, Sink> mSinks;
+};
+
+} // namespace vesk::kzsim
+
+#endif
