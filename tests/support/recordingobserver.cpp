@@ -4,6 +4,7 @@
 
 using Braxel::VESK::VESKBaseRet;
 using Braxel::VESK::VESKLoginRet;
+using Braxel::VESK::VESKQrCodeRet;
 
 namespace vesk::test {
 
@@ -13,13 +14,19 @@ void RecordingObserver::OnLoginRetNotify(const VESKLoginRet& ret) {
 void RecordingObserver::OnBaseRetNotify(const VESKBaseRet& ret) {
     record(mBases, ret);
 }
-void RecordingObserver::OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet&) {}
+void RecordingObserver::OnQrCodeRetNotify(const VESKQrCodeRet& ret) {
+    record(mQrCodes, ret);
+}
 
 Heard<VESKLoginRet> RecordingObserver::nextLogin() {
     return next(mLogins, mLoginsTaken);
 }
 Heard<VESKBaseRet> RecordingObserver::nextBase() {
     return next(mBases, mBasesTaken);
+}
+
+Heard<VESKQrCodeRet> RecordingObserver::nextQrCode() {
+    return next(mQrCodes, mQrCodesTaken);
 }
 
 size_t RecordingObserver::loginCount() const {

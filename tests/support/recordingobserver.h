@@ -30,6 +30,9 @@ public:
     /// As nextLogin(), for base results.
     Heard<Braxel::VESK::VESKBaseRet> nextBase();
 
+    /// As nextLogin(), for QR codes.
+    Heard<Braxel::VESK::VESKQrCodeRet> nextQrCode();
+
     size_t loginCount() const;
     size_t baseCount() const;
 
@@ -43,6 +46,8 @@ private:
     std::condition_variable mArrived;
     std::vector<Heard<Braxel::VESK::VESKLoginRet>> mLogins;
     std::vector<Heard<Braxel::VESK::VESKBaseRet>> mBases;
+    std::vector<Heard<Braxel::VESK::VESKQrCodeRet>> mQrCodes;
+    size_t mQrCodesTaken = 0;
     size_t mLoginsTaken = 0;
     size_t mBasesTaken = 0;
 };
