@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <mutex>
 
+#include "common/vesksingleton.h"
 #include "common/veskversion.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/json/veskjsonwriter.h"
@@ -12,6 +13,7 @@
 #include "platformimpl/foundation/file/vesklocalstorage.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/foundation/os/guid.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -21,7 +23,7 @@ namespace {
 constexpr uint32_t kLastSequence = 420000000;
 
 struct Identity {
-    std::mutex mutex;
+    os::Mutex mutex;
     std::string gameId;
     std::string uuid;
     uint32_t seqCounter = 0;
@@ -29,8 +31,7 @@ struct Identity {
 };
 
 Identity& TheIdentity() {
-    static Identity& identity = *new Identity;
-    return identity;
+    return *VESKSingleton<Identity>::GetInstance();
 }
 
 void CheckKeys(Identity& identity) {
@@ -72,17 +73,21 @@ std::string FormatUuid() {
     return text;
 }
 
+struct ProcessUuid {
+    const std::string text = FormatUuid();
+};
+
 } // namespace
 
 void VESK::CheckSequenceKeys() {
     Identity& identity = TheIdentity();
-    const std::lock_guard<std::mutex> lock(identity.mutex);
+    const std::lock_guard<os::Mutex> lock(identity.mutex);
     CheckKeys(identity);
 }
 
 std::string VESK::CreateSequenceId() {
     Identity& identity = TheIdentity();
-    const std::lock_guard<std::mutex> lock(identity.mutex);
+    const std::lock_guard<os::Mutex> lock(identity.mutex);
     CheckKeys(identity);
     identity.seqCounter = NextSequence(identity.seqCounter);
     const int32_t seconds = static_cast<int32_t>(os::UnixSeconds());
@@ -97,8 +102,7 @@ uint32_t VESK::NextSequence(uint32_t counter) {
 }
 
 std::string VESK::GetUUID() {
-    static const std::string& uuid = *new std::string(FormatUuid());
-    return uuid;
+    return VESKSingleton<ProcessUuid>::GetInstance()->text;
 }
 
 std::string VESK::GetDeviceInfo() {

@@ -8,7 +8,9 @@
 
 #include "common/veskids.h"
 #include "common/veskinnerrecords.h"
+#include "common/vesksingleton.h"
 #include "foundation/log/vesklogger.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -31,7 +33,7 @@ public:
     /// Registers @p handler for @p observerID in the place of any other.
     static void Register(int32_t observerID, Handler handler) {
         {
-            const std::lock_guard<std::mutex> lock(TheState().mutex);
+            const std::lock_guard<os::Mutex> lock(TheState().mutex);
             TheState().handlers[observerID] = handler;
         }
         commitCacheTask();
@@ -49,15 +51,12 @@ public:
 private:
     // Leaked: results may still be committed while the process ends.
     struct State {
-        std::mutex mutex;
+        os::Mutex mutex;
         std::map<int32_t, Handler> handlers;
         std::map<int32_t, InnerTaskParams<T>> mTaskParamsHolder;
     };
 
-    static State& TheState() {
-        static State& state = *new State;
-        return state;
-    }
+    static State& TheState() { return *VESKSingleton<State>::GetInstance(); }
 
     static std::string MethodName(const char* method) {
         return std::string("Braxel::VESK::VESKInnerObserverHolder<class Braxel::VESK::")
@@ -67,7 +66,7 @@ private:
     }
 
     static Handler FindHandler(int32_t observerID) {
-        const std::lock_guard<std::mutex> lock(TheState().mutex);
+        const std::lock_guard<os::Mutex> lock(TheState().mutex);
         const auto found = TheState().handlers.find(observerID);
         return found == TheState().handlers.end() ? nullptr : found->second;
     }
@@ -89,7 +88,7 @@ private:
     static void commitCacheTask() {
         State& state = TheState();
         const std::string method = MethodName("commitCacheTask");
-        std::unique_lock<std::mutex> lock(state.mutex);
+        std::unique_lock<os::Mutex> lock(state.mutex);
         auto entry = state.mTaskParamsHolder.begin();
         while (entry != state.mTaskParamsHolder.end()) {
             if (CommitCacheToTaskQueue(state, entry->second)) {

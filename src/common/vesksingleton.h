@@ -3,32 +3,52 @@
 
 #include <atomic>
 #include <mutex>
+#include <new>
+
+#include "module/veskmodule.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
 
-/// The process-wide instance of T: created on first use, never destroyed, since detached threads
-/// may outlive main. Creation is guarded by one mutex a type, so a constructor may reach other
-/// singletons but never its own. It must not log: the logger is one of its users.
+/// Whether the memory of the process-wide T is given back when the library leaves the process.
+template <typename T>
+inline constexpr bool kReleasedAtUnload = true;
+
+/// The process-wide instance of T: created on first use, never destroyed as long as the library is
+/// there, since detached threads may outlive main. Creation is guarded by one mutex a type, so a
+/// constructor may reach other singletons but never its own. It must not log: the logger is one of
+/// its users.
 template <typename T>
 class VESKSingleton {
 public:
     static T* GetInstance() {
         T* instance = sInstance.load(std::memory_order_acquire);
         if (instance == nullptr) {
-            const std::lock_guard<std::mutex> lock(sMutex);
+            const std::lock_guard<os::Mutex> lock(sMutex);
             instance = sInstance.load(std::memory_order_relaxed);
             if (instance == nullptr) {
                 instance = new T;
                 sInstance.store(instance, std::memory_order_release);
+                if constexpr (kReleasedAtUnload<T>) {
+                    VESKModule::AtUnload(sRelease);
+                }
             }
         }
         return instance;
     }
 
 private:
+    static void Release() {
+        // The instance is a T and nothing derived from it, whether its destructor is virtual or not.
+        T* instance = sInstance.load();
+        instance->T::~T();
+        ::operator delete(instance);
+    }
+
+    inline static VESKModule::Release sRelease{&Release, nullptr};
     inline static std::atomic<T*> sInstance{nullptr};
-    inline static std::mutex sMutex;
+    inline static os::Mutex sMutex;
 };
 
 } // namespace VESK

@@ -1,15 +1,19 @@
 #include "config/veskconfigmanager.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cstdlib>
+#include <limits>
 #include <memory>
 #include <mutex>
-#include <sstream>
 
+#include "common/vesksingleton.h"
 #include "foundation/ini/iniparser.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/file/vesklocalstorage.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -24,23 +28,27 @@ struct Caches {
 
 std::atomic<const Caches*> gCaches{nullptr};
 std::atomic<bool> gConfigLogEnable{false};
-std::mutex gInitMutex;
+os::Mutex gInitMutex;
 
 bool IsInitialised() {
     return gCaches.load(std::memory_order_acquire) != nullptr;
 }
 
 const Caches& CurrentCaches() {
-    static const Caches& none = *new Caches;
     const Caches* caches = gCaches.load(std::memory_order_acquire);
-    return caches == nullptr ? none : *caches;
+    return caches == nullptr ? *VESKSingleton<Caches>::GetInstance() : *caches;
+}
+
+// As a stream would read it, without the process-wide locale that a stream sets up.
+int ToNumber(const std::string& text) {
+    const long long value = std::strtoll(text.c_str(), nullptr, 10);
+    constexpr long long kLowest = std::numeric_limits<int>::min();
+    constexpr long long kHighest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(std::max(value, kLowest), kHighest));
 }
 
 bool ToBool(const std::string& text) {
-    std::istringstream stream(text);
-    bool value = false;
-    // Some texts set the value and fail all the same; the failure decides.
-    return (stream >> value) && value;
+    return ToNumber(text) == 1;
 }
 
 // Not through the JSON writer: its log switch is itself a configuration value.
@@ -77,7 +85,7 @@ void LogCaches(const Caches& caches) {
 } // namespace
 
 void VESKConfigManager::InitConfigFromINI() {
-    const std::lock_guard<std::mutex> lock(gInitMutex);
+    const std::lock_guard<os::Mutex> lock(gInitMutex);
     if (IsInitialised()) {
         // Deliberate: only repeated calls say so.
         VESK_LOG_DEBUG("VESKConfigManager::InitConfigFromINI",
@@ -99,7 +107,8 @@ void VESKConfigManager::InitConfigFromINI() {
         LogCaches(*caches);
     }
     if (!content.empty()) {
-        gCaches.store(caches.release(), std::memory_order_release);
+        gCaches.store(caches.get(), std::memory_order_release);
+        VESKSingleton<std::unique_ptr<Caches>>::GetInstance()->swap(caches);
     }
 }
 
@@ -214,10 +223,7 @@ int VESKConfigManager::Get<int>(const std::string& key, int defValue) {
         VESK_LOG_DEBUG("VESKConfigManager::Get", "type (int) match with key : %s, defValue : %d ",
                        key.c_str(), defValue);
     }
-    std::istringstream stream(FirstNonEmpty(key, std::to_string(defValue)));
-    int value = 0;
-    stream >> value;
-    return value;
+    return ToNumber(FirstNonEmpty(key, std::to_string(defValue)));
 }
 
 } // namespace VESK

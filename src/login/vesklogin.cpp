@@ -6,6 +6,7 @@
 #include "common/vesk.h"
 #include "common/veskdefine.h"
 #include "common/veskrequests.h"
+#include "common/vesksingleton.h"
 #include "foundation/http/veskhttpmanager.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/lifecycle/veskcallgate.h"
@@ -22,8 +23,7 @@ std::atomic<VESKLoginObserver*> gObserver{nullptr};
 
 /// Closed by UnInstall: from then on nothing reaches the game, whatever is still under way.
 VESKCallGate& DeliveryGate() {
-    static VESKCallGate& gate = *new VESKCallGate;
-    return gate;
+    return *VESKSingleton<VESKCallGate>::GetInstance();
 }
 
 /// Runs the body of an exported operation: nothing may be thrown into the game.

@@ -13,6 +13,7 @@
 #include "login/vesklogoutret.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskloginimpl.h"
 #include "vesk/veskerror.h"
 
@@ -84,7 +85,7 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
         Logout(logout, true);
     }
     {
-        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        const std::lock_guard<os::Mutex> lock(mLoginMutex);
         mCurrentLoginSeqID = request.seqID;
     }
     DeleteLoginRet();
@@ -170,7 +171,7 @@ void VESKLoginManager::PluginLoginObserver(const InnerLoginPluginRet& answer, co
         VESK_LOG_DEBUG("VESKLoginManager::PluginLoginObserver", "[ %s ], login in", seqID);
         std::string current;
         {
-            const std::lock_guard<std::mutex> lock(manager->mLoginMutex);
+            const std::lock_guard<os::Mutex> lock(manager->mLoginMutex);
             current = manager->mCurrentLoginSeqID;
         }
         if (current != seqID) {
@@ -206,7 +207,7 @@ void VESKLoginManager::OnLoginResp(int32_t /*reqSeq*/, int32_t result, const std
         ret.channelInfo = login->answer.channelInfo.c_str();
     }
     if (ret.retCode == VESKError::NEED_REALNAME) {
-        const std::lock_guard<std::mutex> lock(manager->mLoginMutex);
+        const std::lock_guard<os::Mutex> lock(manager->mLoginMutex);
         manager->mPendingLoginRet = std::make_shared<InnerLoginRet>(ret);
     } else if (ret.retCode == VESKError::SUCCESS) {
         manager->HandleLoginSuccess(ret, seqID, body);
@@ -250,7 +251,7 @@ bool VESKLoginManager::checkLoginNotify(const std::string& seqID) {
     }
     VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "[ %s] check seqID", seqID.c_str());
     {
-        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        const std::lock_guard<os::Mutex> lock(mLoginMutex);
         if (seqID == mCurrentLoginSeqID) {
             mCurrentLoginSeqID.clear();
             mLoginState = kStateNotified;
@@ -265,7 +266,7 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
     const std::string& seqID = request.seqID;
     VESK_LOG_DEBUG("VESKLoginManager::AutoLogin", "[ %s ], begin autologin", seqID.c_str());
     {
-        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        const std::lock_guard<os::Mutex> lock(mLoginMutex);
         mAutoLoginSeqID = seqID;
     }
     const char* const onTestOnly = "Auto login only support on VESK test environment";
@@ -294,7 +295,7 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
     }
     {
         // Only now: a refused automatic login does not end a login that is running.
-        const std::lock_guard<std::mutex> lock(mLoginMutex);
+        const std::lock_guard<os::Mutex> lock(mLoginMutex);
         mCurrentLoginSeqID = seqID;
     }
     AutoLoginRequest autoLogin;
@@ -307,7 +308,7 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
 // ---- The login that is held ----
 
 std::shared_ptr<const InnerLoginRet> VESKLoginManager::HeldLogin() {
-    const std::lock_guard<std::mutex> lock(mLoginRetMutex);
+    const std::lock_guard<os::Mutex> lock(mLoginRetMutex);
     return mLoginRet;
 }
 
@@ -357,7 +358,7 @@ bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
     constexpr size_t kLongestIgnored = 3;
     std::string content;
     {
-        const std::lock_guard<std::mutex> lock(mStoreMutex);
+        const std::lock_guard<os::Mutex> lock(mStoreMutex);
         content = VESKFileUtils::GetInstance()->ReadFile(kDeviceCacheFile);
     }
     if (content.empty()) {
@@ -372,7 +373,7 @@ bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
 }
 
 bool VESKLoginManager::SaveLoginRet(const InnerLoginRet& ret) {
-    const std::lock_guard<std::mutex> lock(mStoreMutex);
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
     return StoreLogin(ret);
 }
 
@@ -385,7 +386,7 @@ bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
     }
     auto saved = std::make_shared<const InnerLoginRet>(ret);
     {
-        const std::lock_guard<std::mutex> lock(mLoginRetMutex);
+        const std::lock_guard<os::Mutex> lock(mLoginRetMutex);
         mLoginRet.swap(saved);
     }
     VESK_LOG_DEBUG("VESKLoginManager::SaveLoginRet", "save LoginRet success");
@@ -393,12 +394,12 @@ bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
 }
 
 bool VESKLoginManager::DeleteLoginRet() {
-    const std::lock_guard<std::mutex> storeLock(mStoreMutex);
+    const std::lock_guard<os::Mutex> storeLock(mStoreMutex);
     ++mStoreGeneration;
     const auto reset = std::make_shared<InnerLoginRet>(*HeldLogin());
     reset->resetLoginRet();
     {
-        const std::lock_guard<std::mutex> lock(mLoginRetMutex);
+        const std::lock_guard<os::Mutex> lock(mLoginRetMutex);
         mLoginRet = reset;
     }
     VESK_LOG_DEBUG("VESKLoginManager::DeleteLoginRet", "login ret is empty:%d",
@@ -476,7 +477,7 @@ void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
     const int64_t now = os::UnixSeconds();
     uint32_t generation = 0;
     {
-        const std::lock_guard<std::mutex> lock(mStoreMutex);
+        const std::lock_guard<os::Mutex> lock(mStoreMutex);
         generation = mStoreGeneration;
     }
     InnerLoginRet ret;
@@ -485,7 +486,7 @@ void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
     ret.tokenExpire = now + lifetime;
     ret.channelInfo =
         VESKLoginBodies::RefreshedChannelInfo(answer.channel, ret.openid.c_str(), token).c_str();
-    const std::lock_guard<std::mutex> lock(mStoreMutex);
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
     // A login or logout since then has dropped the record that this one was made from.
     if (generation == mStoreGeneration) {
         StoreLogin(ret);
@@ -499,7 +500,7 @@ void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
     VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ], logout", seqID.c_str());
     {
         const std::string params = VESKLoginBodies::LogoutParams(channelOnly);
-        const std::lock_guard<std::mutex> lock(mPendingLogoutMutex);
+        const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
         mPendingLogouts[seqID] = params;
     }
     InnerLoginRet stored;
@@ -531,7 +532,7 @@ void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
 }
 
 std::string VESKLoginManager::TakeLogoutParams(const std::string& seqID) {
-    const std::lock_guard<std::mutex> lock(mPendingLogoutMutex);
+    const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
     const auto found = mPendingLogouts.find(seqID);
     if (found == mPendingLogouts.end()) {
         return {};

@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "common/veskinnerrecords.h"
 #include "common/veskrequests.h"
 #include "common/vesksingleton.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -87,19 +87,19 @@ private:
     bool ReadDeviceCache(InnerLoginRet& out);
     bool StoreLogin(const InnerLoginRet& ret);
 
-    std::mutex mLoginMutex; // guards the four below
+    os::Mutex mLoginMutex; // guards the four below
     std::string mCurrentLoginSeqID;
     std::string mAutoLoginSeqID;
     int32_t mLoginState = 0;
     std::shared_ptr<const InnerLoginRet> mPendingLoginRet; // waits for real-name authentication
 
-    std::mutex mLoginRetMutex; // guards the pointer; a record is never changed once it is held
+    os::Mutex mLoginRetMutex; // guards the pointer; a record is never changed once it is held
     std::shared_ptr<const InnerLoginRet> mLoginRet;
 
-    std::mutex mPendingLogoutMutex;
+    os::Mutex mPendingLogoutMutex;
     std::map<std::string, std::string> mPendingLogouts; // sequence id to logout parameters
 
-    std::mutex mStoreMutex; // one user of the device file at a time; taken before mLoginRetMutex
+    os::Mutex mStoreMutex; // one user of the device file at a time; taken before mLoginRetMutex
     uint32_t mStoreGeneration = 0;
 
     std::vector<NotifyObserver> mLoginNotifyObservers;

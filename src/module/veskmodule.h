@@ -22,6 +22,16 @@ public:
     /// any more, and returns at once. Does nothing where the library stays loaded.
     static void StartUnload();
 
+    /// What is to run when the library leaves the process; it lives as long as the library.
+    struct Release {
+        void (*function)();
+        Release* next;
+    };
+
+    /// Runs @p release once nobody is inside the library any more, after UnInstall only, newest
+    /// first. Never where the library stays loaded, and not when the process ends.
+    static void AtUnload(Release& release);
+
     /// Marks the calling thread as being inside the library for as long as the object lives. For
     /// threads that hold no reference on the module: the game's and the channel components'.
     class Use {

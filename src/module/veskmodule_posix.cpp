@@ -39,6 +39,8 @@ void VESKModule::UsePath(const std::string& path) {
     OwnPath() = path;
 }
 
+void VESKModule::AtUnload(Release& /*release*/) {}
+
 // Linked with -z nodelete: threads may outlive any dlclose.
 void VESKModule::StartUnload() {}
 

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "module/veskatlcommodule.h"
+#include "module/veskruntime.h"
 #include "platformimpl/foundation/os/text.h"
 
 namespace Braxel {
@@ -12,6 +13,33 @@ namespace VESK {
 
 namespace {
 
+std::atomic<bool> gUnloadStarted{false};
+bool gProcessGoesOn = false;
+std::atomic<VESKModule::Release*> gReleases{nullptr};
+
+/// Newest first: what made an object is older than the object.
+void ReleaseProcessWide() {
+    const VESKModule::Release* release = gReleases;
+    while (release != nullptr) {
+        const VESKModule::Release* next = release->next;
+        release->function();
+        release = next;
+    }
+}
+
+/// Runs after all other destructors of the library, when the last thread has left it.
+struct Leave {
+    ~Leave() {
+        // Only after UnInstall: otherwise a component may still call, and what it finds must be
+        // there. At the end of the process Windows takes everything.
+        if (gUnloadStarted && gProcessGoesOn) {
+            ReleaseProcessWide();
+            ReleaseRuntimeMemory();
+        }
+    }
+};
+
+const Leave gLeave; // before whatever has a destructor, so that it goes last
 CVESKATLComModule gAtlModule;
 HMODULE gModule = nullptr;
 wchar_t gModulePath[MAX_PATH] = {};
@@ -52,13 +80,18 @@ void VESKModule::UsePath(const std::string& path) {
 namespace {
 
 /// Time for a thread that has just left to run the last few instructions of ours.
-constexpr DWORD kLeaveMilliseconds = 100;
+constexpr DWORD kLeaveMilliseconds = 50;
 
 } // namespace
 
+void VESKModule::AtUnload(Release& release) {
+    release.next = gReleases.load();
+    while (!gReleases.compare_exchange_weak(release.next, &release)) {
+    }
+}
+
 void VESKModule::StartUnload() {
-    static std::atomic<bool> started{false};
-    if (gModule == nullptr || started.exchange(true)) {
+    if (gModule == nullptr || gUnloadStarted.exchange(true)) {
         return;
     }
     // UnInstall may be called from inside an observer method: the frames below it are ours.
@@ -78,6 +111,9 @@ void VESKModule::StartUnload() {
 } // namespace VESK
 } // namespace Braxel
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
+    if (reason == DLL_PROCESS_DETACH) {
+        Braxel::VESK::gProcessGoesOn = processEnds == nullptr;
+    }
     return Braxel::VESK::Attach(module, reason) ? TRUE : FALSE;
 }

@@ -9,6 +9,7 @@
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/vesklibrarydirectory.h"
 #include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/foundation/os/thread.h"
 
 namespace Braxel {
@@ -55,7 +56,7 @@ VESKHTTPClient::VESKHTTPClient() = default;
 void VESKHTTPClient::ResetData() {
     VESK_LOG_DEBUG("VESKHTTPClient::ResetData", "[VESK HTTP] http client reset data");
     const bool httpDns = VESKConfigManager::GetInstance()->Get<bool>("VESK_HTTPDNS_ENABLE", true);
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     mMethod = HTTP_OPT_NO;
     mPostData.clear();
     mResponseBody.clear();
@@ -134,7 +135,7 @@ void VESKHTTPClient::CreateRequestThreadCallBack(void* context) {
 
 size_t VESKHTTPClient::Receive(std::string& buffer, const char* data, size_t length) {
     try {
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         buffer.append(data, length);
         return length;
     } catch (...) {

@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <mutex>
 #include <pthread.h>
 #include <string>
 
 #include "foundation/tools/veskhttpparams.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -77,7 +77,7 @@ private:
     int32_t mReqSeq = 0;
     void* mContext = nullptr;
     void* mUserData = nullptr;
-    std::mutex mMutex; // guards the two receive buffers
+    os::Mutex mMutex; // guards the two receive buffers
     pthread_t mThread = {};
     double mDownloadedSize = 0;
     int32_t mRequestSize = 0;

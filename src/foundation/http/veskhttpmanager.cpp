@@ -5,6 +5,7 @@
 #include "config/veskconfigmanager.h"
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -32,14 +33,23 @@ VESKHTTPManager::VESKHTTPManager() {
     init();
 }
 
+VESKHTTPManager::~VESKHTTPManager() {
+    for (const VESKHTTPClient* client : mIdleClients) {
+        delete client;
+    }
+}
+
 void VESKHTTPManager::init() {
     if (mInited) {
         VESK_LOG_ERROR("VESKHTTPManager::init", "[VESK HTTP] VESKHTTPManager is inited");
         return;
     }
     mInited = true;
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_ALL); });
+    {
+        static os::Mutex mutex; // not every libcurl guards this itself
+        const std::lock_guard<os::Mutex> lock(mutex);
+        curl_global_init(CURL_GLOBAL_ALL); // counts, and does it once
+    }
     InitHttpClient();
     VESK_LOG_DEBUG("VESKHTTPManager::init", "[VESK HTTP] VESKHTTPManager::Init()");
 }
@@ -83,7 +93,7 @@ bool VESKHTTPManager::Request(const VESKHTTPParams* params) {
                    static_cast<long long>(params->requestTime));
     {
         auto copy = std::make_unique<VESKHTTPParams>(*params);
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         if (mShutdown) {
             return false;
         }
@@ -104,14 +114,14 @@ bool VESKHTTPManager::Request(const VESKHTTPParams* params) {
 }
 
 bool VESKHTTPManager::IsShutdown() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     return mShutdown;
 }
 
 void VESKHTTPManager::Shutdown() {
     std::deque<ParamsPtr> dropped;
     {
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         mShutdown = true;
         dropped.swap(mRequestQueue);
     }
@@ -122,7 +132,7 @@ void VESKHTTPManager::Shutdown() {
 }
 
 VESKHTTPClient* VESKHTTPManager::GetHTTPClient() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     if (mIdleClients.empty()) {
         return nullptr;
     }
@@ -139,13 +149,13 @@ void VESKHTTPManager::RetrieveHTTPClient(VESKHTTPClient* client) {
         return;
     }
     client->ResetData();
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     mIdleClients.push_back(client);
 }
 
 VESKHTTPManager::ParamsPtr VESKHTTPManager::TakeFresh(std::deque<ParamsPtr>& expired,
                                                       int32_t timeoutSeconds) {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     while (!mRequestQueue.empty()) {
         ParamsPtr params = std::move(mRequestQueue.front());
         mRequestQueue.pop_front();
@@ -186,7 +196,7 @@ void VESKHTTPManager::RunRequest() {
             return;
         }
         VESK_LOG_DEBUG("VESKHTTPManager::RunRequest", "[VESK HTTP] have no available http request");
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         mIdleClients.push_back(client);
         // A request that came while this client was out found no idle one and relies on us.
         if (mRequestQueue.empty()) {
@@ -249,7 +259,7 @@ void VESKHTTPManager::CountHostError(int32_t result, const VESKHTTPClient::Outco
     }
     int32_t count = 0;
     {
-        const std::lock_guard<std::mutex> lock(mStatisticsMutex);
+        const std::lock_guard<os::Mutex> lock(mStatisticsMutex);
         count = ++*counter;
         if (count > kHostErrorLimit) {
             *counter = 0;
@@ -264,7 +274,7 @@ void VESKHTTPManager::CountHostError(int32_t result, const VESKHTTPClient::Outco
 }
 
 void VESKHTTPManager::AddStatistics(const VESKHTTPClient::Outcome& outcome, size_t bodyLength) {
-    const std::lock_guard<std::mutex> lock(mStatisticsMutex);
+    const std::lock_guard<os::Mutex> lock(mStatisticsMutex);
     mReceivedBytes += static_cast<uint32_t>(bodyLength);
     ++mCompletedCount;
     mTransferSeconds += outcome.transferSeconds;
@@ -291,7 +301,7 @@ void VESKHTTPManager::OnHTTPClientCallBack(int32_t result, const char* body, siz
     }
     bool waiting = false;
     {
-        const std::lock_guard<std::mutex> lock(manager->mMutex);
+        const std::lock_guard<os::Mutex> lock(manager->mMutex);
         waiting = !manager->mRequestQueue.empty();
     }
     if (waiting) {

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "common/vesksingleton.h"
 #include "foundation/http/veskhttpclient.h"
 #include "foundation/tools/veskhttpparams.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -22,6 +22,7 @@ public:
     static VESKHTTPManager* GetInstance() { return VESKSingleton<VESKHTTPManager>::GetInstance(); }
 
     VESKHTTPManager();
+    ~VESKHTTPManager();
     VESKHTTPManager(const VESKHTTPManager&) = delete;
     VESKHTTPManager& operator=(const VESKHTTPManager&) = delete;
 
@@ -59,11 +60,11 @@ private:
 
     bool mInited = false;
     bool mShutdown = false;
-    std::deque<VESKHTTPClient*> mIdleClients; // clients live as long as the process
+    std::deque<VESKHTTPClient*> mIdleClients; // clients live as long as the manager
     std::deque<ParamsPtr> mRequestQueue;
-    std::mutex mMutex; // guards the four above
+    os::Mutex mMutex; // guards the four above
 
-    std::mutex mStatisticsMutex; // guards what follows
+    os::Mutex mStatisticsMutex; // guards what follows
     uint32_t mReceivedBytes = 0;
     int64_t mTransferSeconds = 0;
     int64_t mRequestSeconds = 0;

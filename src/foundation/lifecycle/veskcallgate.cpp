@@ -4,13 +4,14 @@
 #include <chrono>
 #include <thread>
 
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/foundation/os/thread.h"
 
 namespace Braxel {
 namespace VESK {
 
 bool VESKCallGate::Enter() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     if (mClosed) {
         return false;
     }
@@ -19,7 +20,7 @@ bool VESKCallGate::Enter() {
 }
 
 void VESKCallGate::Leave() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     const auto entry = std::find(mInside.begin(), mInside.end(), os::CurrentThreadId());
     if (entry != mInside.end()) {
         mInside.erase(entry);
@@ -27,7 +28,7 @@ void VESKCallGate::Leave() {
 }
 
 bool VESKCallGate::OthersInside() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     const uint64_t self = os::CurrentThreadId();
     return std::any_of(mInside.begin(), mInside.end(),
                        [self](uint64_t thread) { return thread != self; });
@@ -37,7 +38,7 @@ void VESKCallGate::Close() {
     constexpr std::chrono::milliseconds kPoll(5);
     constexpr int kPolls = 150;
     {
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         mClosed = true;
     }
     for (int i = 0; i < kPolls && OthersInside(); ++i) {

@@ -2,8 +2,9 @@
 #define VESK_FOUNDATION_LIFECYCLE_VESKCALLGATE_H
 
 #include <cstdint>
-#include <mutex>
 #include <vector>
+
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -42,7 +43,7 @@ private:
     void Leave();
     bool OthersInside();
 
-    std::mutex mMutex;
+    os::Mutex mMutex;
     bool mClosed = false;
     std::vector<uint64_t> mInside; // the thread of each call
 };

@@ -2,12 +2,11 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 #include "platformimpl/foundation/file/vesklibrarydirectory.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/foundation/os/file.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -69,7 +68,7 @@ void VESKLogger::Write(int level, const char* fileName, const char* methodName, 
     va_list arguments;
     va_start(arguments, format);
     try {
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         AppendLine(level, fileName, methodName, line, format, arguments);
     } catch (...) { // NOLINT(bugprone-empty-catch): a log line must never hurt its caller
     }
@@ -83,17 +82,12 @@ void VESKLogger::AppendLine(int level, const char* fileName, const char* methodN
     std::vsnprintf(message, sizeof message, TextOrEmpty(format), arguments);
 
     const std::string stamp = TimeStamp();
-    std::ostringstream lineText;
-    lineText << line;
-
     std::string text = "VESK [W.";
     text.append(LevelTag(level)).append("][").append(stamp).append("][");
     text.append(TextOrEmpty(fileName)).append(",").append(TextOrEmpty(methodName)).append(",");
-    text.append(lineText.str()).append("]").append(message);
+    text.append(std::to_string(line)).append("]").append(message);
 
-    std::ofstream file(mPath, std::ios::out | std::ios::app);
-    file << Scramble(std::move(text)) << std::endl;
-    file.close();
+    os::AppendLine(mPath, Scramble(std::move(text)) + '\n');
 }
 
 std::string VESKLogger::Scramble(std::string line) {

@@ -2,11 +2,11 @@
 #define VESK_FOUNDATION_LOG_VESKLOGGER_H
 
 #include <cstdarg>
-#include <mutex>
 #include <string>
 
 #include "common/vesksingleton.h"
 #include "platformimpl/foundation/os/compiler.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -58,7 +58,7 @@ private:
                     const char* format, va_list arguments);
 
     std::string mPath;
-    std::mutex mMutex;
+    os::Mutex mMutex;
 };
 
 } // namespace VESK

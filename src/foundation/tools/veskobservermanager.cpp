@@ -1,19 +1,20 @@
 #include "foundation/tools/veskobservermanager.h"
 
 #include "foundation/log/vesklogger.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
 
 void VESKObserverManager::AddObserver(VESKLifeCycleAble* observer) {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     if (!mObservers.insert(observer).second) {
         VESK_LOG_DEBUG("VESKObserverManager::AddObserver", "already in set, no need insert again");
     }
 }
 
 void VESKObserverManager::RemoveObserver(VESKLifeCycleAble* observer) {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     if (mObservers.erase(observer) == 0) {
         VESK_LOG_DEBUG("VESKObserverManager::RemoveObserver", "not found, ignore this operate");
     }

@@ -1,10 +1,10 @@
 #ifndef VESK_FOUNDATION_TOOLS_VESKOBSERVERMANAGER_H
 #define VESK_FOUNDATION_TOOLS_VESKOBSERVERMANAGER_H
 
-#include <mutex>
 #include <set>
 
 #include "common/vesksingleton.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -25,7 +25,7 @@ private:
     friend class VESKSingleton<VESKObserverManager>;
     VESKObserverManager() = default;
 
-    std::mutex mMutex;
+    os::Mutex mMutex;
     std::set<VESKLifeCycleAble*> mObservers;
 };
 

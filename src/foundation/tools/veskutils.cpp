@@ -3,10 +3,12 @@
 #include <map>
 #include <mutex>
 
+#include "common/vesksingleton.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/file/vesklocalstorage.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -31,12 +33,17 @@ void Load(MessageTable& table) {
     }
 }
 
+struct Messages {
+    os::Mutex mutex;
+    MessageTable table;
+};
+
 } // namespace
 
 std::string VESKUtils::GetRetMsg(int32_t retCode) {
-    static std::mutex mutex;
-    static MessageTable& table = *new MessageTable;
-    const std::lock_guard<std::mutex> lock(mutex);
+    Messages& messages = *VESKSingleton<Messages>::GetInstance();
+    const std::lock_guard<os::Mutex> lock(messages.mutex);
+    MessageTable& table = messages.table;
     if (table.empty()) {
         Load(table);
     }

@@ -2,18 +2,19 @@
 
 #include "common/veskdefine.h"
 #include "foundation/json/veskjsonwriter.h"
+#include "platformimpl/foundation/os/mutex.h"
 #include "vesk/veskerror.h"
 
 namespace Braxel {
 namespace VESK {
 
 void VESKMessengerAnswers::SetSeqID(const std::string& seqID) {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     mSeqID = seqID;
 }
 
 std::string VESKMessengerAnswers::SeqID() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     return mSeqID;
 }
 

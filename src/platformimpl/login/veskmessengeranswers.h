@@ -2,9 +2,9 @@
 #define VESK_PLATFORMIMPL_LOGIN_VESKMESSENGERANSWERS_H
 
 #include <cstdint>
-#include <mutex>
 #include <string>
 
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/vesknotify.h"
 
 namespace Braxel {
@@ -40,7 +40,7 @@ private:
     const int32_t mChannelID;
     const char* const mChannel;
     const char* const mTokenKey;
-    std::mutex mMutex;
+    os::Mutex mMutex;
     std::string mSeqID;
 };
 

@@ -3,17 +3,22 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "common/vesksingleton.h"
 #include "foundation/lifecycle/vesklifecycleable.h"
 #include "foundation/task/vesktask.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
 
+class VESKTaskManager;
 class VESKThreadTimer;
+
+/// Its destructor writes log lines.
+template <>
+inline constexpr bool kReleasedAtUnload<VESKTaskManager> = false;
 
 /// Runs named tasks from one timer that ticks every 60 seconds. Of its two locks, for the timer
 /// and for the tasks, it never holds both.
@@ -52,8 +57,8 @@ private:
 
     bool mShutdown = false;
     VESKThreadTimer* mTimer = nullptr; // the timer deletes itself once it has been started
-    std::mutex mTaskMutex;
-    std::mutex mTimerMutex;
+    os::Mutex mTaskMutex;
+    os::Mutex mTimerMutex;
     std::map<std::string, std::unique_ptr<VESKTask>> mTasks;
 };
 

@@ -2,19 +2,29 @@
 
 #include <mutex>
 
+#include "common/vesksingleton.h"
 #include "module/veskmodule.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
 
+namespace {
+
+struct KnownDirectory {
+    os::Mutex mutex;
+    std::string path;
+};
+
+} // namespace
+
 std::string LibraryDirectory() {
-    static std::mutex mutex;
-    static std::string& directory = *new std::string;
-    const std::lock_guard<std::mutex> lock(mutex);
-    if (directory.empty()) {
-        directory = VESKModule::Directory();
+    KnownDirectory& known = *VESKSingleton<KnownDirectory>::GetInstance();
+    const std::lock_guard<os::Mutex> lock(known.mutex);
+    if (known.path.empty()) {
+        known.path = VESKModule::Directory();
     }
-    return directory;
+    return known.path;
 }
 
 } // namespace VESK

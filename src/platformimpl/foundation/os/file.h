@@ -11,6 +11,12 @@ namespace os {
 /// Size in bytes of the file at @p path; -1 when it cannot be told or does not fit 32 bits.
 int32_t FileSize(const std::string& path);
 
+/// Opens the text file at @p path, makes it if there is none, appends @p line in one go and closes
+/// it. What is not a plain file is left alone: opening it may block.
+/// @param line with its line end
+/// @return whether all was written
+bool AppendLine(const std::string& path, const std::string& line);
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

@@ -1,7 +1,10 @@
 #include "platformimpl/foundation/os/file.h"
 
+#include <cerrno>
+#include <fcntl.h>
 #include <limits>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Braxel {
 namespace VESK {
@@ -13,6 +16,22 @@ int32_t FileSize(const std::string& path) {
         return -1;
     }
     return static_cast<int32_t>(status.st_size);
+}
+
+bool AppendLine(const std::string& path, const std::string& line) {
+    const int file =
+        open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_CLOEXEC, 0666);
+    if (file < 0) {
+        return false;
+    }
+    struct stat status = {};
+    bool good = fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+    for (size_t done = 0; good && done < line.size();) {
+        const ssize_t written = write(file, line.data() + done, line.size() - done);
+        good = written > 0 || (written < 0 && errno == EINTR);
+        done += written > 0 ? static_cast<size_t>(written) : 0;
+    }
+    return close(file) == 0 && good;
 }
 
 } // namespace os

@@ -32,7 +32,8 @@ struct FrCallbackTable {
 };
 static_assert(sizeof(FrCallbackTable) == 10 * sizeof(void*), "ten slots of one pointer");
 
-using FrInit = int (*)(FrCallbackTable* callbacks, const char* logDirectory);
+/// @param callbacks a FrCallbackTable
+using FrInit = int (*)(void* callbacks, const char* logDirectory);
 using FrUninit = int (*)();
 using FrRequestQrCode = int (*)(const char* appID, size_t appIDLength, const char* preCode,
                                 size_t preCodeLength, const char* scope, size_t scopeLength);

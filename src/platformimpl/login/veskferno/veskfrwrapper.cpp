@@ -6,6 +6,7 @@
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/os/deferredrelease.h"
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskferno/veskfrcallbacks.h"
 
 namespace Braxel {
@@ -26,7 +27,7 @@ LoginNotifyRecord Failure(const char* message, int result) {
 } // namespace
 
 os::DynamicLibrary VESKFRWrapper::Library() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     return mLibrary;
 }
 
@@ -48,7 +49,7 @@ bool VESKFRWrapper::InitializeOpenSDK() {
     }
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Load frlogin.dll succeed");
     {
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         mLibrary = library;
     }
     const auto init = library.Find<FrInit>("frlogin_init");
@@ -62,7 +63,7 @@ bool VESKFRWrapper::InitializeOpenSDK() {
     const std::string logDirectory = directory + "Ferno";
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Ferno log path:%s", logDirectory.c_str());
     {
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         mCallbacks = table;
     }
     init(table, logDirectory.c_str());
@@ -104,7 +105,7 @@ void VESKFRWrapper::ReleaseLibrary() {
     FrCallbackTable* table = nullptr;
     {
         // Without a handle later requests end in "Load frlogin.dll failed".
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         std::swap(library, mLibrary);
         std::swap(table, mCallbacks);
     }

@@ -2,11 +2,11 @@
 #define VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKFRWRAPPER_H
 
 #include <atomic>
-#include <mutex>
 #include <string>
 
 #include "common/vesksingleton.h"
 #include "platformimpl/foundation/os/dynamiclibrary.h"
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskferno/veskfrcomponent.h"
 #include "platformimpl/login/vesknotify.h"
 
@@ -41,7 +41,7 @@ private:
     os::DynamicLibrary Library();
     void ReleaseLibrary();
 
-    std::mutex mMutex; // guards the library and the table that it has
+    os::Mutex mMutex; // guards the library and the table that it has
     os::DynamicLibrary mLibrary;
     FrCallbackTable* mCallbacks = nullptr;
     std::atomic<bool> mInitialised{false};

@@ -13,6 +13,9 @@ IID KZId(const char* text) {
     return id;
 }
 
+CSink::CSink(KZOpenSDKCallback* callback)
+    : mInterfaceId(KZId(VESK_KZ_IID_EVENTS)), mCallback(callback) {}
+
 HRESULT CSink::OnNotify(LONG notifyType, IKZProperties* result) {
     KZOpenSDKCallback* callback = mCallback;
     if (callback == nullptr) {
@@ -25,11 +28,6 @@ HRESULT CSink::OnNotify(LONG notifyType, IKZProperties* result) {
         callback->OnKZOpenSDKCallback(notifyType, &decoded);
     }
     return S_OK;
-}
-
-const IID& CSink::InterfaceId() const {
-    static const IID& id = *new IID(KZId(VESK_KZ_IID_EVENTS));
-    return id;
 }
 
 int32_t KZComResult::GetInt(const wchar_t* name, int32_t defValue) const {

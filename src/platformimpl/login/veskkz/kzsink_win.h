@@ -12,7 +12,7 @@ namespace VESK {
 /// Receives the events of the KZ component and hands them on.
 class CSink : public ComObject<IKZOpenSDKEvents> {
 public:
-    explicit CSink(KZOpenSDKCallback* callback) : mCallback(callback) {}
+    explicit CSink(KZOpenSDKCallback* callback);
 
     HRESULT STDMETHODCALLTYPE OnNotify(LONG notifyType, IKZProperties* result) override;
 
@@ -20,9 +20,10 @@ public:
     void CutOff() { mCallback = nullptr; }
 
 protected:
-    const IID& InterfaceId() const override;
+    const IID& InterfaceId() const override { return mInterfaceId; }
 
 private:
+    const IID mInterfaceId;
     // The component may let go of it long after it was told to: until then its code must be there.
     const VESKModule::Use mUse;
     std::atomic<KZOpenSDKCallback*> mCallback;

@@ -4,6 +4,7 @@
 #include "module/veskmodule.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/os/deferredrelease.h"
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskkz/veskkzevents.h"
 
 namespace Braxel {
@@ -15,7 +16,7 @@ constexpr const char* kLibraryName = "KZOpenSDK.dll";
 } // namespace
 
 std::shared_ptr<KZComponent> VESKKZWrapper::Component() {
-    const std::lock_guard<std::mutex> lock(mComponentMutex);
+    const std::lock_guard<os::Mutex> lock(mComponentMutex);
     return mComponent;
 }
 
@@ -42,7 +43,7 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Create CComObject succeed");
     int32_t advised = 0;
     {
-        const std::lock_guard<std::mutex> lock(mMutex);
+        const std::lock_guard<os::Mutex> lock(mMutex);
         advised = component->Advise(this);
     }
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Advise, result: %d", advised);
@@ -62,7 +63,7 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
 }
 
 bool VESKKZWrapper::Publish(const std::shared_ptr<KZComponent>& component, unsigned uninits) {
-    const std::lock_guard<std::mutex> lock(mComponentMutex);
+    const std::lock_guard<os::Mutex> lock(mComponentMutex);
     // Initialising takes its time: another thread may have been first, or have left already.
     if (mInitialised || uninits != mUninits) {
         return false;
@@ -81,7 +82,7 @@ void VESKKZWrapper::UnInitializeOpenSDK() {
     VESK_LOG_INFO("VESKKZWrapper::UnInitializeOpenSDK", "UnInit OpenSDK");
     std::shared_ptr<KZComponent> component;
     {
-        const std::lock_guard<std::mutex> lock(mComponentMutex);
+        const std::lock_guard<os::Mutex> lock(mComponentMutex);
         ++mUninits;
         mInitialised = false;
         component.swap(mComponent);

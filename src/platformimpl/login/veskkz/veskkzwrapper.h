@@ -4,10 +4,10 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "common/vesksingleton.h"
+#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskkz/kzcomponent.h"
 #include "platformimpl/login/vesknotify.h"
 
@@ -54,8 +54,8 @@ private:
     void Release(std::shared_ptr<KZComponent> component);
 
     ComponentMaker mMakeComponent;
-    std::mutex mMutex;          // held while the sink is connected
-    std::mutex mComponentMutex; // guards the pointer; it and the two below change together
+    os::Mutex mMutex;          // held while the sink is connected
+    os::Mutex mComponentMutex; // guards the pointer; it and the two below change together
     std::shared_ptr<KZComponent> mComponent;
     std::atomic<bool> mInitialised{false};
     std::atomic<unsigned> mUninits{0};

@@ -5,6 +5,7 @@
 
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -36,7 +37,7 @@ std::string UpperHex(const unsigned char* bytes, size_t length) {
 } // namespace
 
 os::DynamicLibrary VESKSteamWrapper::Library() {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     return mLibrary;
 }
 
@@ -53,7 +54,7 @@ bool VESKSteamWrapper::LoadLibraryFile() {
         return false;
     }
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s success", kLibraryName);
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     mLibrary = library;
     return true;
 }
@@ -202,12 +203,12 @@ std::string VESKSteamWrapper::GetAuthSessionTicket() {
 }
 
 std::string VESKSteamWrapper::Cached(const std::string& text) {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     return text;
 }
 
 void VESKSteamWrapper::Cache(std::string& text, const std::string& value) {
-    const std::lock_guard<std::mutex> lock(mMutex);
+    const std::lock_guard<os::Mutex> lock(mMutex);
     text = value;
 }
 

@@ -3,11 +3,11 @@
 
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <string>
 
 #include "common/vesksingleton.h"
 #include "platformimpl/foundation/os/dynamiclibrary.h"
+#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -49,7 +49,7 @@ private:
     std::string Cached(const std::string& text);
     void Cache(std::string& text, const std::string& value);
 
-    std::mutex mMutex; // guards the three below; not held across calls into Steam
+    os::Mutex mMutex; // guards the three below; not held across calls into Steam
     os::DynamicLibrary mLibrary;
     std::string mSteamID;
     std::string mTicket;
