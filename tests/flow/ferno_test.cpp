@@ -1,6 +1,7 @@
 #include <atomic>
 
 #include "flow/messengertest.h"
+#include "support/actingobserver.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {
@@ -94,7 +95,7 @@ TEST_F(Ferno, MissingComponentOrExportIsSilentAndHarmsNoOtherLogin) {
 }
 
 TEST_F(Ferno, WithoutTheLibraryTheLogTellsWhy) {
-    std::filesystem::remove(game.path() / file);
+    std::filesystem::remove(file);
     startLogin();
     waitForLogLine("Start Ferno login, seqID");
     waitUntil("the refusal", [this] { return game.logLines("Load frlogin.dll failed") == 2; });
@@ -129,6 +130,31 @@ TEST_F(Ferno, LogoutWhileACodeIsShownLeavesTheLoginRunning) {
     observer.nextQrCode();
     EXPECT_EQ(logout("Ferno").retCode, VESKError::NO_STORED_LOGIN);
     EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
+}
+
+TEST_F(Ferno, ComponentThatAnswersTwiceIsHeardOnce) {
+    backend.next({"auth/login", loginAnswer("1").body, 200, 400});
+    script("on_qrcode=10:qr:u,10:success,10:success,800:fail:1:1");
+    EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
+    waitUntil("the late failure", [this] { return game.logLines("Ferno login failed!") == 1; });
+    waitForLogLine("auth/login");
+    EXPECT_EQ(observer.loginCount(), 1u);
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+}
+
+TEST_F(Ferno, ResultIsLostWhileThereIsNoObserverButTheLoginIsHeld) {
+    script("on_qrcode=10:qr:u,300:success");
+    startLogin();
+    observer.nextQrCode();
+    VESKLogin::SetLoginObserver(nullptr);
+    waitUntil("the login to be held", [] {
+        VESKLoginRet held;
+        return VESKLogin::GetLoginRet(held);
+    });
+    EXPECT_EQ(observer.loginCount(), 0u);
+    VESKLogin::SetLoginObserver(&observer);
+    EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
 }
 
 TEST_F(Ferno, LogoutReachesTheComponentAndTheBackend) {

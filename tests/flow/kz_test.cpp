@@ -52,7 +52,7 @@ TEST_F(KZ, RememberedPlayerIsLoggedInWithoutACode) {
 }
 
 TEST_F(KZ, AutomaticLoginWithoutTheComponentFailsAtOnce) {
-    std::filesystem::remove(game.path() / file);
+    std::filesystem::remove(file);
     writeFile(game.loginCache(), "KZuid-of-earlier");
     start();
     VESKLogin::AutoLogin();

@@ -1,44 +1,101 @@
-// The library can only go away from a program that does not link its import library: this one
-// loads it at run time and finds the facade by its mangled names.
-#include <gtest/gtest.h>
+#include <atomic>
 
-#include "support/gamefolder.h"
-#include "support/loadedlibrary.h"
-#include "support/recordingobserver.h"
+#include "flow/unloadtest.h"
+#include "support/actingobserver.h"
+#include "support/messenger.h"
 #include "support/waituntil.h"
-
-using namespace Braxel::VESK;
 
 namespace vesk::test {
 namespace {
 
-TEST(Unload, LibraryLeavesTheProcessAfterAVisit) {
-    const GameFolder game;
-    const LoadedLibrary sdk(game.path() / kSdkLibrary);
-    static RecordingObserver& observer = *new RecordingObserver;
-
-    sdk.find<void(VESKLoginObserver*)>(
-        "_ZN6Braxel4VESK9VESKLogin16SetLoginObserverEPNS0_17VESKLoginObserverE")(&observer);
-    sdk.find<void(const String&, const String&, const String&, const String&)>(
-        "_ZN6Braxel4VESK9VESKLogin5LoginERKNS0_6StringES4_S4_S4_")("Steam", "", "", "");
+TEST_F(Unload, AfterAVisit) {
+    sdk.login("Steam");
     EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
-
     VESKLoginRet held;
-    EXPECT_TRUE(sdk.find<bool(VESKLoginRet&)>(
-        "_ZN6Braxel4VESK9VESKLogin11GetLoginRetERNS0_12VESKLoginRetE")(held));
+    EXPECT_TRUE(sdk.getLoginRet(held));
     EXPECT_NE(held.token, "");
-
-    sdk.find<void(const String&, const String&, bool)>(
-        "_ZN6Braxel4VESK9VESKLogin6LogoutERKNS0_6StringES4_b")("", "", false);
+    sdk.logout();
     EXPECT_EQ(observer.nextBase().ret.retCode, VESKError::SUCCESS);
-
-    sdk.find<void()>("_ZN6Braxel4VESK9VESKLogin9UnInstallEv")();
-    waitUntil(
-        "the library to unload", [&] { return sdk.isLoaded() != kSdkUnloadsItself; },
-        std::chrono::seconds(5));
+    unInstall();
+    expectGone(seconds(5));
     EXPECT_EQ(game.logLines("UnInstall platform sdk"), 1u);
-    EXPECT_EQ(game.logLines("UnInstall vesk dll"), 1u);
     EXPECT_EQ(game.steamCalls("Shutdown"), 1u);
+}
+
+TEST_F(Unload, WithoutAnyLogin) {
+    unInstall();
+    expectGone(seconds(2));
+}
+
+TEST_F(Unload, Twice) {
+    sdk.unInstall();
+    sdk.unInstall();
+    sdk.leave(seconds(2));
+    EXPECT_EQ(game.logLines("UnInstall vesk dll"), 2u);
+}
+
+TEST_F(Unload, WhileTheTimerSleeps) {
+    sdk.login("Steam");
+    EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
+    waitUntil("the timer", [this] { return game.logLines("timer is waiting") == 1; });
+    unInstall();
+    expectGone(seconds(2));
+}
+
+TEST_F(Unload, WithRequestsInFlightAndQueued) {
+    for (int i = 0; i < 6; ++i) { // four at once
+        backend.next({"auth/login", "{}", 200, 3000});
+        sdk.login("Steam");
+    }
+    backend.waitForRequest("auth/login", 4);
+    unInstall();
+    if (kSdkUnloadsItself) {
+        EXPECT_TRUE(sdk.isLoaded()) << "the requests' threads are still in it";
+    }
+    expectGone(seconds(8));
+    EXPECT_EQ(backend.requests("auth/login").size(), 4u);
+}
+
+TEST_F(Unload, InsideAnObserverMethod) {
+    static ActingObserver& acting = *new ActingObserver;
+    static std::atomic<bool> returned{false};
+    acting.onLogin = [this](const VESKLoginRet&) {
+        unInstall();
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        EXPECT_TRUE(sdk.isLoaded());
+        returned = true;
+    };
+    sdk.setObserver(&acting);
+    sdk.login("Steam");
+    waitUntil("the observer method", [] { return returned.load(); });
+    expectGone(seconds(5));
+}
+
+TEST_F(Unload, WhileAnObserverMethodRunsOnAnotherThread) {
+    static ActingObserver& acting = *new ActingObserver;
+    static std::atomic<int> stage{0};
+    acting.onLogin = [](const VESKLoginRet&) {
+        stage = 1;
+        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        stage = 2;
+    };
+    sdk.setObserver(&acting);
+    sdk.login("Steam");
+    waitUntil("the observer method", [] { return stage == 1; });
+    unInstall();
+    EXPECT_EQ(stage, 2) << "nothing of the observer may run any more";
+    expectGone(seconds(5));
+}
+
+TEST_F(Unload, WhileFernoShowsACode) {
+    const Messenger ferno(game, "ferno", "frlogin.dll");
+    ferno.script("on_qrcode=10:qr:u,300:success,10:success");
+    sdk.login("Ferno");
+    observer.nextQrCode();
+    unInstall();
+    expectGone(seconds(5));
+    EXPECT_EQ(ferno.componentLines("frlogin_uninit").size(), 1u);
+    EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
 } // namespace

@@ -6,7 +6,8 @@
 # PROGRAM is a GoogleTest program, CASE is Suite.Case. The FILEs lie beside the program, under NAME
 # when one is given. With --backend a dev backend runs over HTTPS for the length of the case, and
 # its cacert.pem lies there too. The program finds in its environment VESK_TEST_FOLDER,
-# VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL. VESK_KEEP=1 keeps the folder.
+# VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL. VESK_KEEP=1 keeps the folder,
+# VESK_CASE_SECONDS is how long the case may take.
 set -eu
 
 launcher='' backend='' backend_pid=''
@@ -71,7 +72,7 @@ VESK_TEST_FOLDER=${launcher:+Z:}$work/game
 export VESK_TEST_FOLDER
 cd "$work/elsewhere"
 status=0
-timeout 60 ${launcher:+"$launcher"} "$work/game/$(basename "$program")" "--gtest_filter=$name" \
+timeout "${VESK_CASE_SECONDS:-60}" ${launcher:+"$launcher"} "$work/game/$(basename "$program")" "--gtest_filter=$name" \
     </dev/null >"$work/output" 2>&1 || status=$?
 cat "$work/output"
 [ $status = 0 ] || exit $status

@@ -15,10 +15,10 @@ std::unique_ptr<Component>& theComponent() {
 
 using vesk::fernosim::Component;
 
-extern "C" FERNO_SIM_EXPORT int frlogin_init(vesk::fernosim::CallbackTable* table,
-                                             const char* logDirectory) {
+extern "C" FERNO_SIM_EXPORT int frlogin_init(void* table, const char* logDirectory) {
     Component::writeDown(std::string("{\"call\":\"frlogin_init\",\"log\":\"") +
                          (logDirectory == nullptr || *logDirectory == '\0' ? "" : "set") + "\"}");
-    vesk::fernosim::theComponent() = std::make_unique<Component>(*table);
+    vesk::fernosim::theComponent() =
+        std::make_unique<Component>(*static_cast<vesk::fernosim::CallbackTable*>(table));
     return std::atoi(Component::setting("init", "0").c_str());
 }
