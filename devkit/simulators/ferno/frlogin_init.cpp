@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <new>
 
 #include "ferno_sim_export.h"
 #include "frlogin.h"
@@ -6,8 +7,10 @@
 namespace vesk::fernosim {
 
 std::unique_ptr<Component>& theComponent() {
-    // Never destroyed: the process may end while the component is up.
-    static std::unique_ptr<Component>& component = *new std::unique_ptr<Component>;
+    // Never destroyed: the process may end while the component is up. In a place of its own, so
+    // that the library leaves nothing behind when it is unloaded.
+    alignas(std::unique_ptr<Component>) static char place[sizeof(std::unique_ptr<Component>)];
+    static auto& component = *new (place) std::unique_ptr<Component>;
     return component;
 }
 
