@@ -18,6 +18,11 @@ else()
     target_link_libraries(vesk_objects PUBLIC OpenSSL::Crypto)
 endif()
 
+# The plain C interface's names, from the list that scripts/check-binary compares with the library.
+set(vesk_export_list "${PROJECT_SOURCE_DIR}/cmake/exports.txt")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${vesk_export_list}")
+file(STRINGS "${vesk_export_list}" vesk_c_names REGEX "^vesk_[a-z_]+$")
+
 add_library(VESKCore SHARED)
 add_library(VESKCore::VESKCore ALIAS VESKCore)
 target_link_libraries(VESKCore PRIVATE vesk_objects)
@@ -32,13 +37,24 @@ if(WIN32)
     add_library(vesk_version_resource OBJECT "${CMAKE_CURRENT_BINARY_DIR}/VESKCore.rc")
     target_link_libraries(VESKCore PRIVATE vesk_version_resource)
     set_target_properties(VESKCore PROPERTIES PREFIX "")
+    # What other compilers make their import library from; the C++ names are of no use to them.
+    list(JOIN vesk_c_names "\n    " names)
+    file(CONFIGURE OUTPUT VESKCore.def
+        CONTENT "LIBRARY VESKCore.dll\nEXPORTS\n    ${names}\n" @ONLY)
+    set(VESK_DEF_FILE "${CMAKE_CURRENT_BINARY_DIR}/VESKCore.def" PARENT_SCOPE)
     if(MINGW)
         # Nothing may be needed beside the DLL but Windows itself; and of the static libraries
         # inside, nothing may be exported.
         target_link_options(VESKCore PRIVATE -static -Wl,--exclude-all-symbols)
     endif()
 else()
-    set(vesk_exports "${PROJECT_SOURCE_DIR}/cmake/VESKCore.map")
+    set(map "${PROJECT_SOURCE_DIR}/cmake/VESKCore.map")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${map}")
+    file(READ "${map}" text)
+    list(JOIN vesk_c_names ";\n        " c_names)
+    string(REPLACE "global:" "global:\n        ${c_names};" text "${text}")
+    set(vesk_exports "${CMAKE_CURRENT_BINARY_DIR}/VESKCore.map")
+    file(CONFIGURE OUTPUT VESKCore.map CONTENT "${text}" @ONLY)
     # nodelete: detached threads of the library may still run when a game closes it.
     target_link_options(VESKCore PRIVATE
         "-Wl,--version-script=${vesk_exports}" -Wl,-z,nodelete -Wl,-z,relro -Wl,-z,now)

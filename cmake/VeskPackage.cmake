@@ -12,6 +12,9 @@ install(TARGETS VESKCore EXPORT VESKCoreTargets
     LIBRARY DESTINATION lib
     ARCHIVE DESTINATION lib)
 install(DIRECTORY include/vesk DESTINATION include)
+if(WIN32)
+    install(FILES "${VESK_DEF_FILE}" DESTINATION lib)
+endif()
 install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
     DESTINATION ${beside_library})
 

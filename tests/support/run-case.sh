@@ -1,18 +1,24 @@
 #!/bin/sh
 # Runs one test case in a process and a folder of its own.
 #
-# usage: run-case.sh [--launcher wine] [--backend PROGRAM] PROGRAM CASE [FILE[=NAME]]...
+# usage: run-case.sh [--plain] [--launcher wine] [--backend PROGRAM] PROGRAM CASE [FILE[=NAME]]...
 #
-# PROGRAM is a GoogleTest program, CASE is Suite.Case. The FILEs lie beside the program, under NAME
-# when one is given. With --backend a dev backend runs over HTTPS for the length of the case, and
-# its cacert.pem lies there too. The program finds in its environment VESK_TEST_FOLDER,
-# VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL. VESK_KEEP=1 keeps the folder,
+# PROGRAM is a GoogleTest program, CASE is Suite.Case. With --plain it is any other program: it finds
+# the SDK configured for the backend, has to end with 0 and to print CASE as a line. The FILEs lie
+# beside the program, under NAME when one is given. With --backend a dev backend runs over HTTPS for
+# the length of the case, and its cacert.pem lies there too. The program finds in its environment
+# VESK_TEST_FOLDER, VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL. VESK_KEEP=1 keeps the folder,
 # VESK_CASE_SECONDS is how long the case may take.
 set -eu
 
-launcher='' backend='' backend_pid=''
+launcher='' backend='' backend_pid='' plain=''
 while :; do
     case $1 in
+        --plain)
+            plain=1
+            shift
+            continue
+            ;;
         --launcher) launcher=$2 ;;
         --backend) backend=$2 ;;
         *) break ;;
@@ -67,18 +73,30 @@ if [ -n "$backend" ]; then
     export VESK_TEST_BACKEND_URL VESK_TEST_CONTROL_URL
 fi
 
+filter=--gtest_filter=$name
+if [ -n "$plain" ]; then
+    filter=''
+    printf 'VESK_URL = %s\nVESK_GAME_ID = 1106\nVESK_SDK_KEY = dev-key\nSTEAM_APP_ID = 480\n' \
+        "$VESK_TEST_BACKEND_URL" >"$work/game/VESKConfig.ini"
+fi
+
 # Windows programs see the root folder as drive Z.
 VESK_TEST_FOLDER=${launcher:+Z:}$work/game
 export VESK_TEST_FOLDER
 cd "$work/elsewhere"
 status=0
-timeout "${VESK_CASE_SECONDS:-60}" ${launcher:+"$launcher"} "$work/game/$(basename "$program")" "--gtest_filter=$name" \
+timeout "${VESK_CASE_SECONDS:-60}" ${launcher:+"$launcher"} "$work/game/$(basename "$program")" ${filter:+"$filter"} \
     </dev/null >"$work/output" 2>&1 || status=$?
 cat "$work/output"
 [ $status = 0 ] || exit $status
 
+if [ -n "$plain" ]; then
+    if ! tr -d '\r' <"$work/output" | grep -qxF "$name"; then
+        echo "the program has not printed: $name"
+        exit 1
+    fi
 # A filter that selects nothing passes with GoogleTest.
-if ! grep -q '^\[  PASSED  \] 1 test\.' "$work/output"; then
+elif ! grep -q '^\[  PASSED  \] 1 test\.' "$work/output"; then
     echo "not exactly one case ran: $name"
     exit 1
 fi

@@ -1,0 +1,129 @@
+#include "vesk/vesk_c.h"
+
+#include <cstdint>
+
+#include "common/veskversion.h"
+#include "foundation/log/vesklogger.h"
+#include "login/vesklogin_c_observer.h"
+#include "login/vesklogin_c_records.h"
+#include "module/veskmodule.h"
+#include "vesk/vesklogin.h"
+
+using Braxel::VESK::kSdkVersion;
+using Braxel::VESK::VESKCObserver;
+using Braxel::VESK::VESKHeldLoginRet;
+using Braxel::VESK::VESKLogin;
+using Braxel::VESK::VESKLoginRet;
+using Braxel::VESK::VESKModule;
+
+namespace {
+
+/// The numbers of "5.0.000.0005", each in a byte of the result.
+constexpr uint32_t VersionNumber() {
+    uint32_t number = 0;
+    uint32_t part = 0;
+    for (const char* c = kSdkVersion; *c != '\0'; ++c) {
+        if (*c == '.') {
+            number = number << 8 | part;
+            part = 0;
+        } else {
+            part = part * 10 + static_cast<uint32_t>(*c - '0');
+        }
+    }
+    return number << 8 | part;
+}
+static_assert(VersionNumber() >= 0x05000005, "a part of the version is missing");
+
+/// Runs what this file does besides calling the facade: nothing may be thrown into the game.
+template <typename Body>
+void Guarded(const Body& body) noexcept {
+    const VESKModule::Use use;
+    try {
+        body();
+    } catch (...) {
+        VESK_LOG_ERROR("VESKLogin", "exception inside the plain C interface");
+    }
+}
+
+} // namespace
+
+const char* vesk_version(void) {
+    return kSdkVersion;
+}
+
+uint32_t vesk_version_number(void) {
+    return VersionNumber();
+}
+
+int32_t vesk_set_login_observer(const vesk_login_observer* observer) {
+    int32_t set = 0;
+    Guarded([&] {
+        VESKCObserver* adapter = VESKCObserver::GetInstance();
+        if (adapter->Set(observer)) {
+            VESKLogin::SetLoginObserver(observer != nullptr ? adapter : nullptr);
+            set = 1;
+        }
+    });
+    return set;
+}
+
+void vesk_login(const char* channel, const char* permissions, const char* sub_channel,
+                const char* extra_json) {
+    const VESKModule::Use use; // the texts' copies are freed in here
+    VESKLogin::Login(channel, permissions, sub_channel, extra_json);
+}
+
+void vesk_auto_login(void) {
+    VESKLogin::AutoLogin();
+}
+
+int32_t vesk_get_login_ret(vesk_login_ret** login_ret) {
+    bool held = false;
+    if (login_ret != nullptr) {
+        *login_ret = nullptr;
+    }
+    Guarded([&] {
+        VESKLoginRet ret;
+        held = VESKLogin::GetLoginRet(ret);
+        if (login_ret != nullptr) {
+            *login_ret = new VESKHeldLoginRet(ret);
+        }
+    });
+    return held ? 1 : 0;
+}
+
+void vesk_login_ret_free(vesk_login_ret* login_ret) {
+    const VESKModule::Use use;
+    delete static_cast<VESKHeldLoginRet*>(login_ret);
+}
+
+void vesk_logout(const char* channel, const char* sub_channel, int32_t channel_only) {
+    const VESKModule::Use use; // the texts' copies are freed in here
+    VESKLogin::Logout(channel, sub_channel, channel_only != 0);
+}
+
+void vesk_uninstall(void) {
+    VESKLogin::UnInstall();
+}
+
+int32_t vesk_switch_user(int32_t use_launch_user) {
+    return VESKLogin::SwitchUser(use_launch_user != 0) ? 1 : 0;
+}
+
+void vesk_bind(const char* channel, const char* permissions, const char* sub_channel,
+               const char* extra_json) {
+    VESKLogin::Bind(channel, permissions, sub_channel, extra_json);
+}
+
+void vesk_login_with_confirm_code(int32_t action_type, const char* confirm_code,
+                                  const char* extra_json) {
+    VESKLogin::LoginWithConfirmCode(action_type, confirm_code, extra_json);
+}
+
+void vesk_query_user_info(void) {
+    VESKLogin::QueryUserInfo();
+}
+
+void vesk_reset_guest(void) {
+    VESKLogin::ResetGuest();
+}

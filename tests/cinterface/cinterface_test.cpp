@@ -1,0 +1,135 @@
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <thread>
+
+#include "flow/flowtest.h"
+#include "support/waituntil.h"
+#include "vesk/vesk_c.h"
+
+namespace vesk::test {
+namespace {
+
+/// Counts what comes to one C observer; never deleted, as the SDK's threads may outlive a case.
+struct Counter {
+    std::atomic<int> logins{0};
+    std::atomic<int> bases{0};
+    std::string userName;
+
+    vesk_login_observer observer() {
+        return {sizeof(vesk_login_observer), this,
+                [](const vesk_login_ret* ret, void* user) {
+                    static_cast<Counter*>(user)->userName = ret->user_name;
+                    ++static_cast<Counter*>(user)->logins;
+                },
+                [](const vesk_base_ret*, void* user) { ++static_cast<Counter*>(user)->bases; },
+                nullptr};
+    }
+};
+
+class CInterface : public FlowTest {
+protected:
+    inline static Counter& counter = *new Counter;
+    vesk_login_observer cObserver = counter.observer();
+};
+
+TEST_F(CInterface, OnlyAsMuchOfTheObserverIsReadAsItsSizeCovers) {
+    cObserver.struct_size = offsetof(vesk_login_observer, on_base) - 1;
+    EXPECT_EQ(vesk_set_login_observer(&cObserver), 0);
+    cObserver.struct_size = offsetof(vesk_login_observer, on_qr_code) - 1;
+    EXPECT_EQ(vesk_set_login_observer(&cObserver), 1);
+    vesk_logout("", "", 0);
+    EXPECT_EQ(counter.bases, 0);
+    cObserver.struct_size = sizeof cObserver + 800; // of a newer header
+    EXPECT_EQ(vesk_set_login_observer(&cObserver), 1);
+    vesk_logout("", "", 0);
+    EXPECT_EQ(counter.bases, 1);
+}
+
+TEST_F(CInterface, LastObserverWinsWhateverItsLanguage) {
+    vesk_set_login_observer(&cObserver);
+    start();
+    vesk_logout("", "", 0);
+    EXPECT_EQ(observer.baseCount(), 1u);
+    EXPECT_EQ(counter.bases, 0);
+    vesk_set_login_observer(&cObserver);
+    VESKLogin::Logout("", "", false);
+    vesk_set_login_observer(nullptr);
+    vesk_logout("", "", 0);
+    EXPECT_EQ(observer.baseCount(), 1u);
+    EXPECT_EQ(counter.bases, 1);
+}
+
+TEST_F(CInterface, NothingIsDeliveredAfterUninstall) {
+    backend.next({"auth/login", "{}", 200, 300});
+    vesk_set_login_observer(&cObserver);
+    vesk_login("Steam", "", "", "");
+    backend.waitForRequest("auth/login");
+    vesk_uninstall();
+    waitForLogLine("login observer is null");
+    vesk_logout("", "", 0);
+    EXPECT_EQ(counter.logins + counter.bases, 0);
+}
+
+TEST_F(CInterface, TextsAreTheBackendsUtf8AndACopyOutlivesTheLogin) {
+    backend.next(loginAnswer("A", R"(,"user_name":"Zo\u00eb 玩家 🎮","pf_key":"key-A")"));
+    vesk_set_login_observer(&cObserver);
+    vesk_login("Steam", nullptr, nullptr, nullptr);
+    waitUntil("the login", [this] { return counter.logins == 1; });
+    EXPECT_EQ(counter.userName, "Zo\xC3\xAB \xE7\x8E\xA9\xE5\xAE\xB6 \xF0\x9F\x8E\xAE");
+    vesk_login_ret* held = nullptr;
+    EXPECT_EQ(vesk_get_login_ret(&held), 1);
+    vesk_logout("", "", 0);
+    EXPECT_EQ(vesk_get_login_ret(nullptr), 0);
+    EXPECT_EQ(held->user_name, counter.userName);
+    EXPECT_STREQ(held->openid, "openid-A");
+    EXPECT_STREQ(held->pf_key, "key-A");
+    vesk_login_ret_free(held);
+}
+
+TEST_F(CInterface, FunctionAndUserBelongTogetherWhileObserversAreReplaced) {
+    static std::atomic<int> calls{0};
+    static std::atomic<int> mixed{0};
+    static int odd, even;
+    const vesk_login_observer observers[] = {
+        {sizeof cObserver, &even, nullptr,
+         [](const vesk_base_ret*, void* user) { mixed += user != &even, ++calls; }, nullptr},
+        {sizeof cObserver, &odd, nullptr,
+         [](const vesk_base_ret*, void* user) { mixed += user != &odd, ++calls; }, nullptr}};
+    vesk_set_login_observer(observers);
+    std::thread delivering([] {
+        for (int i = 0; i < 100; ++i) {
+            vesk_logout("", "", 0);
+        }
+    });
+    for (int i = 0; calls < 100; ++i) {
+        vesk_set_login_observer(&observers[i % 2]);
+    }
+    delivering.join();
+    EXPECT_EQ(mixed, 0);
+}
+
+TEST_F(CInterface, AutoLoginIsAnsweredAndWhatThePlatformLacksIsNot) {
+    vesk_set_login_observer(&cObserver);
+    vesk_bind("Steam", "", "", "");
+    vesk_login_with_confirm_code(1, "", "");
+    vesk_query_user_info();
+    vesk_reset_guest();
+    EXPECT_EQ(vesk_switch_user(1), 0);
+    EXPECT_EQ(counter.logins + counter.bases, 0);
+    vesk_auto_login(); // nothing is stored
+    EXPECT_EQ(counter.logins, 1);
+}
+
+TEST_F(CInterface, VersionIsThatOfTheBuild) {
+    const uint32_t number = vesk_version_number();
+    std::string parts = std::to_string(number >> 24);
+    for (const int shift : {16, 8, 0}) {
+        parts += "." + std::to_string(number >> shift & 0xFF);
+    }
+    EXPECT_EQ(parts, VESK_BUILD_VERSION);
+    EXPECT_STREQ(vesk_version(), "5.0.000.0005");
+}
+
+} // namespace
+} // namespace vesk::test

@@ -1,0 +1,99 @@
+#include <atomic>
+#include <future>
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+#include "support/backendcontrol.h"
+#include "support/files.h"
+#include "support/gamefolder.h"
+#include "support/messenger.h"
+#include "support/waituntil.h"
+#include "vesk/vesk.hpp"
+
+namespace vesk::test {
+namespace {
+
+/// A game that has vesk.hpp and nothing else of the SDK's C++.
+class Wrapper : public ::testing::Test {
+protected:
+    const GameFolder game;
+    BackendControl backend{environment("VESK_TEST_CONTROL_URL")};
+};
+
+TEST_F(Wrapper, CarriesAWholeVisit) {
+    backend.next({"auth/login",
+                  R"({"ret":0,"openid":"o","uid":"u","token":"t","msg":"m","first":1,"gender":2,)"
+                  R"("token_expire_time":4102444800,"reg_channel_dis":"r","user_name":"n",)"
+                  R"("birthdate":"b","picture_url":"p","pf":"f","pf_key":"k"})"});
+    std::promise<LoginRet> loggedIn;
+    std::promise<BaseRet> loggedOut;
+    const Observer observer({[&](const LoginRet& ret) { loggedIn.set_value(ret); },
+                             [&](const BaseRet& ret) { loggedOut.set_value(ret); },
+                             {}});
+    login("Steam");
+    const LoginRet ret = loggedIn.get_future().get();
+    EXPECT_EQ(ret.retCode, VESK_SUCCESS);
+    EXPECT_EQ(ret.retMsg + ret.thirdMsg + ret.channel, "SuccessmSteam");
+    EXPECT_EQ(ret.openid + ret.token + ret.regChannelDis + ret.userName, "otrn");
+    EXPECT_EQ(ret.birthdate + ret.pictureUrl + ret.pf + ret.pfKey, "bpfk");
+    EXPECT_EQ(ret.firstLogin * 100 + ret.gender * 10000 + ret.channelID, 20121);
+    EXPECT_EQ(ret.tokenExpire, 4102444800);
+    LoginRet held;
+    EXPECT_TRUE(getLoginRet(held));
+    EXPECT_EQ(held.openid, "o");
+    logout();
+    EXPECT_EQ(loggedOut.get_future().get().methodNameID, 117);
+    EXPECT_FALSE(getLoginRet(held));
+    EXPECT_EQ(held.retCode, VESK_NO_STORED_LOGIN);
+}
+
+TEST_F(Wrapper, ShowsTheMessengersCode) {
+    const Messenger ferno(game, "ferno", "frlogin.dll");
+    ferno.script("on_qrcode=10:qr:https://qr/1,10:success");
+    std::promise<QrCodeRet> shown;
+    std::promise<void> loggedIn;
+    const Observer observer({[&](const LoginRet&) { loggedIn.set_value(); },
+                             {},
+                             [&](const QrCodeRet& ret) { shown.set_value(ret); }});
+    login("Ferno");
+    const QrCodeRet code = shown.get_future().get();
+    EXPECT_EQ(code.qrCodeUrl + code.channel, "https://qr/1Ferno");
+    EXPECT_EQ(code.channelID * 1000 + code.methodNameID, 1122);
+    loggedIn.get_future().get();
+}
+
+TEST_F(Wrapper, EndOfAnObserverWaitsForItsCallback) {
+    static std::atomic<int> stage{0};
+    Callbacks callbacks;
+    callbacks.onLogin = [](const LoginRet&) {
+        stage = 1;
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        stage = 2;
+    };
+    auto observer = std::make_unique<Observer>(callbacks);
+    login("Steam");
+    waitUntil("the callback", [] { return stage == 1; });
+    observer.reset();
+    EXPECT_EQ(stage, 2);
+}
+
+TEST_F(Wrapper, CallbackMayThrowAndMayEndItsObserver) {
+    static int calls = 0;
+    static std::unique_ptr<Observer> observer;
+    Callbacks callbacks;
+    callbacks.onBase = [](const BaseRet&) {
+        if (++calls == 2) {
+            observer.reset();
+        }
+        throw std::runtime_error("of the game");
+    };
+    observer = std::make_unique<Observer>(callbacks);
+    for (int i = 0; i < 3; ++i) {
+        logout(); // nothing is held: answered inside the call
+    }
+    EXPECT_EQ(calls, 2);
+    uninstall();
+}
+
+} // namespace
+} // namespace vesk::test
