@@ -40,7 +40,7 @@ public:
 
 private:
     static void Release() {
-        // The instance is a T and nothing derived from it, whether its destructor is virtual or not.
+        // A T and nothing derived from it, whether its destructor is virtual or not.
         T* instance = sInstance.load();
         instance->T::~T();
         ::operator delete(instance);
