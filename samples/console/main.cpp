@@ -1,4 +1,5 @@
-// A game's use of the SDK in one page: set an observer, log in, look at the login, log out, end.
+// A game's use of the SDK in one page: set an observer, log in, look at the login, see its token
+// change, log out, end.
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -46,15 +47,42 @@ bool showStatus() {
     return held && ret.retCode == VESKError::SUCCESS;
 }
 
+/// Waits until the SDK has a new token for the login that is held. Nothing calls back for that: a
+/// game asks for the login whenever it needs the token.
+bool watchToken(const Options& options) {
+    VESKLoginRet ret;
+    bool held = VESKLogin::GetLoginRet(ret);
+    const std::string token = ret.token;
+    const auto deadline = std::chrono::steady_clock::now() + options.timeout;
+    while (held && ret.token == token && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        held = VESKLogin::GetLoginRet(ret);
+    }
+    if (held && ret.token == token) {
+        JsonLine("timeout").add("word", "watch").print();
+        return false;
+    }
+    // The token of a failed refresh is empty, and then no login is held any more.
+    JsonLine("refreshed")
+        .add("held", held)
+        .addMasked("token", ret.token)
+        .add("tokenExpire", ret.tokenExpire)
+        .print();
+    return held;
+}
+
 bool runWord(const std::string& word, const Options& options, ResultQueue& results) {
     if (word == "status") {
         return showStatus();
+    }
+    if (word == "watch") {
+        return watchToken(options);
     }
     if (word == "logout") {
         VESKLogin::Logout(options.channel.c_str(), "", options.channelOnly);
         const bool succeeded = waitForSuccess<VESKBaseRet>(results, options, word);
         // The backend is told in the background, and the end of the process would cut that off.
-        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        std::this_thread::sleep_for(options.linger);
         return succeeded;
     }
     if (word == "login") {

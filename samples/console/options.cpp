@@ -13,6 +13,8 @@ words
   login       log in through the channel
   autologin   log in the player that this device remembers
   status      show the login that is held now
+  watch       wait until the SDK has got a new token for the login that is held; it
+              looks for one after four minutes, so give a --timeout of 400
   logout      log out of the channel and of the backend
 
 options
@@ -21,6 +23,8 @@ options
   --channel-only      logout keeps the stored login and does not tell the backend
   --extra-json JSON   extra data of the login, a JSON object
   --timeout SECONDS   how long to wait for each result, 60 unless given
+  --linger SECONDS    how long to stay after a logout, which the backend is told in
+                      the background; 1 unless given
 
 exit status: 0 every word succeeded, 1 one did not, 2 the command line is wrong
 )";
@@ -28,7 +32,8 @@ exit status: 0 every word succeeded, 1 one did not, 2 the command line is wrong
 namespace {
 
 bool isWord(const std::string& text) {
-    return text == "login" || text == "autologin" || text == "status" || text == "logout";
+    return text == "login" || text == "autologin" || text == "status" || text == "watch" ||
+           text == "logout";
 }
 
 /// Stores the value of an option that takes one.
@@ -40,6 +45,9 @@ bool setValue(Options& options, const std::string& name, const char* value) {
     } else if (name == "--timeout") {
         options.timeout = std::chrono::seconds(std::atoi(value));
         return options.timeout.count() > 0;
+    } else if (name == "--linger") {
+        options.linger = std::chrono::seconds(std::atoi(value));
+        return options.linger.count() >= 0;
     } else {
         return false;
     }

@@ -75,7 +75,7 @@ TEST_F(CInterface, TextsAreTheBackendsUtf8AndACopyOutlivesTheLogin) {
     backend.next(loginAnswer("A", R"(,"user_name":"Zo\u00eb 玩家 🎮","pf_key":"key-A")"));
     vesk_set_login_observer(&cObserver);
     vesk_login("Steam", nullptr, nullptr, nullptr);
-    waitUntil("the login", [this] { return counter.logins == 1; });
+    waitUntil("the login", [] { return counter.logins == 1; });
     EXPECT_EQ(counter.userName, "Zo\xC3\xAB \xE7\x8E\xA9\xE5\xAE\xB6 \xF0\x9F\x8E\xAE");
     vesk_login_ret* held = nullptr;
     EXPECT_EQ(vesk_get_login_ret(&held), 1);

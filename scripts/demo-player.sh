@@ -1,0 +1,79 @@
+# shellcheck shell=bash
+# Usage: source scripts/demo-player.sh, set $channel and $folder, then describeChannel, playerArrives ...
+# The channels as the demo knows them, and the player in front of the screen: what the stand-in of
+# the channel's client is told to do.
+
+channel=
+folder=
+firstToken=
+secondToken=
+
+# Sets what is different from channel to channel.
+# shellcheck disable=SC2034
+describeChannel() {
+    refreshes=yes
+    words=(login status watch status logout)
+    firstToken="first-$channel-token"
+    secondToken="second-$channel-token"
+    # Just more than the four minutes after which the SDK's next tick looks.
+    jump=241
+    case "$channel" in
+        KZ)
+            componentSource=kz_full/KZOpenSDK.dll
+            componentWords="a stand-in for the KZ messenger; kz_sim.ini says what its player does"
+            # At most 540 seconds may be left when the SDK looks.
+            tokenLifetime=600
+            ;;
+        Ferno)
+            componentSource=ferno_full/frlogin.dll
+            componentWords="a stand-in for the Ferno messenger; ferno_sim.ini says what its player does"
+            # At most 60 seconds may be left when the SDK looks.
+            tokenLifetime=300
+            ;;
+        Steam)
+            componentSource=steam_api64.dll
+            componentWords="a stand-in for the Steam client; steam_sim.ini says who is signed in"
+            refreshes=no
+            words=(login status logout)
+            ;;
+    esac
+}
+
+# Tells the messenger's stand-in which token it has now.
+writePlayer() {
+    case "$channel" in
+        KZ) printf '%s\n' \
+            on_qrcode=20:info:1:https://kz.example/qr/demo,700:result:0:2,300:result:0:3 \
+            openid=kz-player "ctk=$1" >"$folder/kz_sim.ini.new" ;;
+        Ferno) printf '%s\n' \
+            on_qrcode=20:qr:https://ferno.example/qr/demo,400:scanned,200:success \
+            openid=ferno-player "ctt=$1" >"$folder/ferno_sim.ini.new" ;;
+    esac
+    # In one step: the stand-in may be reading.
+    mv "$folder/${channel,,}_sim.ini.new" "$folder/${channel,,}_sim.ini"
+}
+
+playerArrives() {
+    if [[ "$channel" == Steam ]]; then
+        printf '%s\n' running=1 init=1 steamid=76561198000000001 ticket=0AFF \
+            >"$folder/steam_sim.ini"
+    else
+        writePlayer "$firstToken"
+    fi
+}
+
+playerGetsNewToken() {
+    writePlayer "$secondToken"
+}
+
+# Draws the code that the player scans. Blocks of text do, where they can be shown.
+showQrCode() {
+    local url="$1"
+    [[ -n "$url" ]] || giveUp "the QR code has no address"
+    say "   qrcode: the game shows it, and the simulated player scans it and confirms: $url"
+    if [[ "$(locale charmap)" == UTF-8 ]]; then
+        qrencode -t UTF8 -m 1 "$url" | sed 's/^/       /'
+    else
+        say "       (no drawing: this terminal has no UTF-8)"
+    fi
+}
