@@ -1,0 +1,38 @@
+/// @file
+/// A record in clear text.
+#ifndef VESK_DEVKIT_LOGREAD_LOGRECORD_H
+#define VESK_DEVKIT_LOGREAD_LOGRECORD_H
+
+#include <string_view>
+
+namespace vesk::logread {
+
+/// The parts of a record. A part that the format has cut off is empty; without a usable header
+/// everything is the message.
+struct LogRecord {
+    /// All that stands before the message, in one piece.
+    std::string_view head;
+    /// 'D', 'I', 'W' or 'E'; 0 when it is not known.
+    char level = 0;
+    /// "2026-11-24 13:53:09.383"
+    std::string_view time;
+    std::string_view file;
+    std::string_view method;
+    /// 0 when it is not known.
+    int line = 0;
+    std::string_view message;
+    /// The end is missing for certain. A cut that leaves no trace is not seen.
+    bool cut = false;
+};
+
+/// Something that is handed the records of a log in their order.
+class RecordConsumer {
+public:
+    virtual ~RecordConsumer() = default;
+    /// The record's texts are valid during the call only.
+    virtual void take(const LogRecord& record) = 0;
+};
+
+} // namespace vesk::logread
+
+#endif // VESK_DEVKIT_LOGREAD_LOGRECORD_H

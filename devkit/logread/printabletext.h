@@ -1,0 +1,20 @@
+/// @file
+/// Text for a terminal.
+#ifndef VESK_DEVKIT_LOGREAD_PRINTABLETEXT_H
+#define VESK_DEVKIT_LOGREAD_PRINTABLETEXT_H
+
+#include <string>
+#include <string_view>
+
+namespace vesk::logread {
+
+/// Appends text with its control characters as "\x1b", so that a log cannot steer the terminal.
+/// Line feeds and tabs stay; a carriage return before a line feed is left out.
+void appendPrintable(std::string& out, std::string_view text);
+
+/// Appends text as a JSON string, with quotes. What is not UTF-8 becomes U+FFFD.
+void appendJsonText(std::string& out, std::string_view text);
+
+} // namespace vesk::logread
+
+#endif // VESK_DEVKIT_LOGREAD_PRINTABLETEXT_H

@@ -1,0 +1,131 @@
+#include "recorddecoder.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+
+namespace vesk::logread {
+
+namespace {
+
+constexpr char kKey = 0x3C;
+constexpr size_t kLevelAt = 8; // after "VESK [W."
+constexpr size_t kTimeAt = 11;
+constexpr size_t kLongestTime = 32;
+
+// The labels before what comes from outside and may begin with "<".
+constexpr std::array<std::string_view, 6> kLabels = {
+    "Body:", "body:", "msg:", "Message:", "Content:\n", "Json:"};
+
+bool isLevel(char c) {
+    return c == 'D' || c == 'I' || c == 'W' || c == 'E';
+}
+
+/// Most characters become one of these by scrambling, and none ends a whole record.
+bool isControl(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 0x20 && c != '\n' && c != '\r' && c != '\t') || byte == 0x7F;
+}
+
+bool endsWithLabel(std::string_view text) {
+    return std::any_of(kLabels.begin(), kLabels.end(), [&](std::string_view label) {
+        return text.size() >= label.size() && text.substr(text.size() - label.size()) == label;
+    });
+}
+
+} // namespace
+
+LogRecord RecordDecoder::decode(const RawRecord& raw) {
+    undoTextMode(raw);
+    const size_t length = mText.size();
+    LogRecord record;
+    if (!raw.ended) {
+        // Where the whole record ended is not known; its last two bytes are most likely not here.
+        unscramble(length);
+        parseRecord(mText, record);
+        record.cut = true;
+        return record;
+    }
+    unscramble(length - std::min<size_t>(length, 2));
+    const bool whole = parseRecord(mText, record);
+    record.cut = !whole;
+    // The format cuts at even lengths only, and then the last byte but one is scrambled too.
+    if (length % 2 == 0 && length >= 2) {
+        const bool endIsControl = isControl(mText[length - 2]);
+        flip(length - 2);
+        record.cut |= endIsControl || endsWithLabel(mText);
+        if (!record.cut) {
+            flip(length - 2);
+        }
+    }
+    return record;
+}
+
+void RecordDecoder::undoTextMode(const RawRecord& raw) {
+    if (!raw.textMode) {
+        mText.assign(raw.bytes);
+        return;
+    }
+    mText.clear();
+    std::string_view rest = raw.bytes;
+    for (size_t at = rest.find("\r\n"); at != std::string_view::npos; at = rest.find("\r\n")) {
+        mText.append(rest.substr(0, at)).push_back('\n');
+        rest.remove_prefix(at + 2);
+    }
+    mText.append(rest);
+}
+
+/// The bytes at the even indexes below end, eight at a time.
+void RecordDecoder::unscramble(size_t end) {
+    constexpr char kPattern[8] = {kKey, 0, kKey, 0, kKey, 0, kKey, 0};
+    uint64_t pattern = 0;
+    std::memcpy(&pattern, kPattern, sizeof pattern);
+    size_t i = 0;
+    for (; i + sizeof pattern <= end; i += sizeof pattern) {
+        uint64_t word = 0;
+        std::memcpy(&word, &mText[i], sizeof word);
+        word ^= pattern;
+        std::memcpy(&mText[i], &word, sizeof word);
+    }
+    for (; i < end; i += 2) {
+        flip(i);
+    }
+}
+
+void RecordDecoder::flip(size_t at) {
+    mText[at] = static_cast<char>(mText[at] ^ kKey);
+}
+
+bool parseRecord(std::string_view text, LogRecord& record) {
+    record.message = text;
+    if (text.size() < kTimeAt || !isLevel(text[kLevelAt])) {
+        return false;
+    }
+    const size_t timeEnd = text.substr(0, kTimeAt + kLongestTime).find("][", kTimeAt);
+    if (timeEnd == std::string_view::npos) {
+        return false;
+    }
+    record.level = text[kLevelAt];
+    record.time = text.substr(kTimeAt, timeEnd - kTimeAt);
+    const size_t fileAt = timeEnd + 2;
+    const size_t close = text.find(']', fileAt);
+    const std::string_view place = text.substr(fileAt, close - fileAt);
+    record.file = place.substr(0, place.find(','));
+    const std::string_view rest = place.substr(std::min(place.size(), record.file.size() + 1));
+    const size_t comma = rest.rfind(',');
+    record.method = rest.substr(0, comma);
+    if (close == std::string_view::npos || comma == std::string_view::npos) {
+        record.head = text;
+        record.message = {};
+        return false;
+    }
+    const std::string_view number = rest.substr(comma + 1);
+    std::from_chars(number.data(), number.data() + number.size(), record.line);
+    record.head = text.substr(0, close + 1);
+    record.message = text.substr(close + 1);
+    return true;
+}
+
+} // namespace vesk::logread

@@ -1,0 +1,122 @@
+#include "recordsplitter.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vesk::logread {
+
+namespace {
+
+constexpr std::string_view kPrefix = "jEoK\x1c[k."; // "VESK [W." scrambled
+// The prefix, the level, "][" and the first digit of the year.
+constexpr size_t kStartLength = 12;
+// Twice the longest message with its header: in text mode each byte may have got a second one.
+constexpr size_t kLongestRecord = 2 * (0xA000 + 1024);
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool endsWith(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+} // namespace
+
+RecordSplitter::RecordSplitter(Sink sink) : mSink(std::move(sink)) {}
+
+/// More than the prefix is looked at, so that a message which quotes one does not start a record.
+size_t RecordSplitter::findStart(size_t from) const {
+    for (size_t at = mBuffer.find(kPrefix, from); at != std::string::npos;
+         at = mBuffer.find(kPrefix, at + 1)) {
+        if (mBuffer.size() - at < kStartLength) {
+            return std::string::npos;
+        }
+        if (mBuffer[at + 9] == ']' && mBuffer[at + 10] == ('[' ^ 0x3C) &&
+            isDigit(mBuffer[at + 11])) {
+            return at;
+        }
+    }
+    return std::string::npos;
+}
+
+void RecordSplitter::feed(std::string_view bytes) {
+    mBuffer.append(bytes);
+    split();
+    dropConsumed();
+}
+
+void RecordSplitter::split() {
+    while (mInRecord || skipForeign()) {
+        const size_t next = findStart(mSearch);
+        if (next == std::string::npos && mBuffer.size() - mBegin <= kLongestRecord) {
+            mSearch = std::max(mSearch, mBuffer.size() - std::min(mBuffer.size(), kStartLength));
+            return;
+        }
+        emit(std::min(next, mBegin + kLongestRecord));
+    }
+}
+
+/// False when no record begins in what is there.
+bool RecordSplitter::skipForeign() {
+    const size_t start = findStart(mBegin);
+    const size_t kept = std::min(mBuffer.size() - mBegin, kStartLength - 1);
+    const size_t end = start == std::string::npos ? mBuffer.size() - kept : start;
+    mForeign += end - mBegin;
+    mBegin = end;
+    mInRecord = start != std::string::npos;
+    mSearch = mBegin + (mInRecord ? kStartLength : 0);
+    return mInRecord;
+}
+
+void RecordSplitter::emit(size_t end) {
+    RawRecord record;
+    record.bytes = std::string_view(mBuffer).substr(mBegin, end - mBegin);
+    const bool textModeEnd = endsWith(record.bytes, "\r\n");
+    record.ended = endsWith(record.bytes, "\n");
+    mTextModeEnds += textModeEnd ? 1 : 0;
+    mPlainEnds += record.ended && !textModeEnd ? 1 : 0;
+    // By the majority: a single record may end in a carriage return of its own, and foreign bytes
+    // may bring a bare line feed into a file from Windows.
+    record.textMode = mTextModeEnds > mPlainEnds;
+    const size_t lineEnd = record.textMode && textModeEnd ? 2 : 1;
+    record.bytes.remove_suffix(record.ended ? lineEnd : 0);
+    mSink(record);
+    mBegin = end;
+    mInRecord = false;
+    mSearch = mBegin;
+}
+
+void RecordSplitter::flush() {
+    if (mInRecord) {
+        // The tail may break off inside the next record's first bytes.
+        const size_t tail = mBuffer.rfind(kPrefix);
+        const bool brokenOff =
+            tail != std::string::npos && tail > mBegin && mBuffer.size() - tail < kStartLength;
+        emit(brokenOff ? tail : mBuffer.size());
+    }
+    mForeign += mBuffer.size() - mBegin;
+    mBegin = mBuffer.size();
+    dropConsumed();
+}
+
+void RecordSplitter::reset() {
+    mBuffer.clear();
+    mBegin = 0;
+    mSearch = 0;
+    mInRecord = false;
+    mTextModeEnds = 0;
+    mPlainEnds = 0;
+}
+
+bool RecordSplitter::waitsWithLineEnd() const {
+    return mInRecord && endsWith(mBuffer, "\n");
+}
+
+void RecordSplitter::dropConsumed() {
+    mBuffer.erase(0, mBegin);
+    mSearch -= std::min(mSearch, mBegin);
+    mBegin = 0;
+}
+
+} // namespace vesk::logread

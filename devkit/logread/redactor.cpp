@@ -1,0 +1,207 @@
+#include "redactor.h"
+
+#include "secretnames.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vesk::logread {
+
+namespace {
+
+// What follows these is a secret to its end. The text that a game passes to a login may hold
+// anything, and so may the piece of an answer at which the reading of JSON gave up.
+constexpr std::array<std::string_view, 8> kSecretRest = {"with data:",
+                                                         "Read file success! Content:\n",
+                                                         "User Info:",
+                                                         "Get Steam ID:",
+                                                         "Get Steam ID from SDK:",
+                                                         "Get generate serial number:",
+                                                         "extraJson:",
+                                                         "] fail. "};
+
+// The labels that may follow a secret in a sentence. Anything else belongs to the secret.
+constexpr std::array<std::string_view, 11> kLabels = {
+    "openid:", "token:", "ticket:", "sessionkey:", "ctt_timeout:",   "ctk:",
+    "id:",     "state:", "size:",   "preCode:",    "result message:"};
+
+// What follows a member that the JSON writer logs.
+constexpr std::string_view kTypeOfMember = ", type";
+
+bool isNameCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+size_t skip(std::string_view text, size_t at, char c) {
+    while (at < text.size() && text[at] == c) {
+        ++at;
+    }
+    return at;
+}
+
+size_t endOfName(std::string_view text, size_t at) {
+    while (at < text.size() && isNameCharacter(text[at])) {
+        ++at;
+    }
+    return at;
+}
+
+/// Behind a quote, escaped as often as may be, that stands at `at`; `at` itself when none does.
+size_t behindQuote(std::string_view text, size_t at) {
+    const size_t quote = skip(text, at, '\\');
+    return quote < text.size() && text[quote] == '"' ? quote + 1 : at;
+}
+
+/// Where the quote stands that closes a text begun by a quote with this many backslashes. They
+/// count as the quote's own.
+size_t closingQuote(std::string_view text, size_t at, size_t backslashes) {
+    for (size_t quote = text.find('"', at); quote != std::string_view::npos;
+         quote = text.find('"', quote + 1)) {
+        size_t begin = quote;
+        while (begin > at && text[begin - 1] == '\\') {
+            --begin;
+        }
+        const size_t run = quote - begin;
+        if (run <= backslashes) {
+            return begin;
+        }
+        if (backslashes == 0 && run % 2 == 0) {
+            return quote;
+        }
+    }
+    return text.size();
+}
+
+bool startsWithLabel(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(", "), text.size()));
+    return std::any_of(kLabels.begin(), kLabels.end(), [&](std::string_view label) {
+        return text.substr(0, label.size()) == label;
+    });
+}
+
+size_t findControl(std::string_view text) {
+    const auto found = std::find_if(text.begin(), text.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\r' && c != '\t';
+    });
+    return static_cast<size_t>(found - text.begin());
+}
+
+bool isSettingName(std::string_view name) {
+    return std::none_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+} // namespace
+
+std::string Redactor::redact(std::string_view message) {
+    mText = message;
+    mOut.clear();
+    const auto holds = [&](std::string_view part) {
+        return message.find(part) != std::string_view::npos;
+    };
+    mQrCode = holds("qrcode") || holds("Qrcode") || holds("QRCode") || holds("qrCode");
+    // Text that is damaged, and so still scrambled in part, shows by its control characters. No
+    // name would be found in it, but anybody could undo the rest.
+    size_t rest = std::min(findControl(message), message.size());
+    for (const std::string_view label : kSecretRest) {
+        const size_t at = message.find(label);
+        rest = at == std::string_view::npos ? rest : std::min(rest, at + label.size());
+    }
+    mText = message.substr(0, rest);
+    for (size_t at = 0; at < mText.size();) {
+        const bool isName =
+            isNameCharacter(mText[at]) && (at == 0 || !isNameCharacter(mText[at - 1]));
+        if (isName) {
+            at = redactName(at);
+        } else {
+            mOut.push_back(mText[at++]);
+        }
+    }
+    mText = message;
+    mask(rest, message.size());
+    return mKnown.mask(mOut);
+}
+
+bool Redactor::isSecret(std::string_view name) const {
+    // A code that is on the screen lets in whoever scans it.
+    return isSecretName(name) || (mQrCode && (name == "url" || name == "id"));
+}
+
+/// Copies the name that begins at `at` and, when it is a secret's, masks its value.
+/// @return behind what is done
+size_t Redactor::redactName(size_t at) {
+    const size_t end = endOfName(mText, at);
+    const std::string_view name = mText.substr(at, end - at);
+    const size_t quote = behindQuote(mText, end);
+    const size_t sign = skip(mText, quote, ' ');
+    const bool hasValue = sign < mText.size() && (mText[sign] == ':' || mText[sign] == '=');
+    if (!hasValue || (name != "key" && !isSecret(name))) {
+        mOut.append(name);
+        return end;
+    }
+    const size_t value = skip(mText, sign + 1, ' ');
+    mOut.append(mText.substr(at, value - at));
+    if (quote != end && mText[sign] == ':') {
+        return name == "key" ? value : maskJsonValue(value);
+    }
+    if (name == "key") {
+        return maskValueOfKey(value);
+    }
+    if (mText[sign] == ':') {
+        return maskLabelled(value);
+    }
+    return maskAddressValue(value, isSettingName(name));
+}
+
+size_t Redactor::maskJsonValue(size_t at) {
+    const size_t begin = behindQuote(mText, at);
+    if (begin != at) {
+        mOut.append(mText.substr(at, begin - at));
+        return mask(begin, closingQuote(mText, begin, begin - at - 1));
+    }
+    const bool isNested = at < mText.size() && (mText[at] == '{' || mText[at] == '[');
+    const size_t end = mText.find_first_of(",}] \n\\\"", at);
+    return mask(at, isNested ? mText.size() : std::min(end, mText.size()));
+}
+
+/// A setting's value reaches to the end of its line, that in an address to the next parameter.
+size_t Redactor::maskAddressValue(size_t at, bool isSetting) {
+    size_t end = mText.find_first_of(isSetting ? "\n" : "& \n\"", at);
+    end = std::min(end, mText.size());
+    if (!isSetting && end > at && mText[end - 1] == ',') {
+        --end;
+    }
+    return mask(at, end);
+}
+
+/// A value in a sentence: to the next label, or to the end.
+size_t Redactor::maskLabelled(size_t at) {
+    size_t end = mText.find_first_of(", ", at);
+    while (end < mText.size() && !startsWithLabel(mText.substr(end))) {
+        end = mText.find_first_of(", ", end + 1);
+    }
+    return mask(at, std::min(end, mText.size()));
+}
+
+/// "key:NAME value:...": the name is the value of another name.
+size_t Redactor::maskValueOfKey(size_t at) {
+    const size_t end = endOfName(mText, at);
+    const size_t sign = mText.find_first_of(":=", end);
+    mOut.append(mText.substr(at, end - at));
+    if (sign == std::string_view::npos || !isSecret(mText.substr(at, end - at))) {
+        return end;
+    }
+    const size_t value = skip(mText, sign + 1, ' ');
+    mOut.append(mText.substr(end, value - end));
+    const bool isEmpty = mText.substr(value, kTypeOfMember.size()) == kTypeOfMember;
+    return isEmpty ? value : mask(value, mText.size());
+}
+
+size_t Redactor::mask(size_t begin, size_t end) {
+    if (begin < end) {
+        mKnown.learn(mText.substr(begin, end - begin));
+        mOut.append(kMask);
+    }
+    return end;
+}
+
+} // namespace vesk::logread

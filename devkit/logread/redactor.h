@@ -1,0 +1,38 @@
+/// @file
+/// Takes the secrets out of a log.
+#ifndef VESK_DEVKIT_LOGREAD_REDACTOR_H
+#define VESK_DEVKIT_LOGREAD_REDACTOR_H
+
+#include "knownsecrets.h"
+
+#include <string>
+#include <string_view>
+
+namespace vesk::logread {
+
+/// Masks the values of secret names in every notation that the product logs: JSON, also as text
+/// inside JSON; addresses; settings; "name:value" in a sentence. Works on texts that break off
+/// anywhere, so nothing is parsed. In doubt it masks more. Empty values stay empty.
+class Redactor {
+public:
+    /// The message with "***" in place of each secret.
+    std::string redact(std::string_view message);
+
+private:
+    size_t redactName(size_t at);
+    size_t maskJsonValue(size_t at);
+    size_t maskAddressValue(size_t at, bool isSetting);
+    size_t maskLabelled(size_t at);
+    size_t maskValueOfKey(size_t at);
+    size_t mask(size_t begin, size_t end);
+    bool isSecret(std::string_view name) const;
+
+    KnownSecrets mKnown;
+    std::string_view mText;
+    std::string mOut;
+    bool mQrCode = false;
+};
+
+} // namespace vesk::logread
+
+#endif // VESK_DEVKIT_LOGREAD_REDACTOR_H

@@ -1,0 +1,69 @@
+#include "logread/productlogtest.h"
+
+namespace vesk::test {
+namespace {
+
+struct ProductLog : ProductLogTest {
+    ProductLog() : ProductLogTest("Ferno", "ferno", "frlogin.dll") {
+        game.simulate("steamid=76561198012345678\nticket=C0FFEE17");
+        script("ctt=ctt-1\nopenid=fr-1\nsessionkey=session-1\n");
+    }
+};
+
+TEST_F(ProductLog, RedactedHoldsNoSecretOfSteamAndFerno) {
+    backend.next({"auth/login", R"({"ret":0,"openid":"o-A","uid":"u-A","token":"t\"-A",)"
+                                R"("user_name":"Ann Other","pf_key":"pfk-A"})"});
+    login(R"({"password":"swordfish","other":"mackerel"})");
+    logout();
+    backend.next({"auth/login", R"({"ret":0,"token":"broken-token)"});
+    startLogin();
+    observer.nextLogin();
+    const VESKLoginRet ret = scanAndLogin();
+    expectRedacted({"dev-key", "k-key", "76561198012345678", "C0FFEE17", "o-A", "u-A", "t\\\"-A",
+                    "Ann Other", "pfk-A", "swordfish", "mackerel", "broken-token", "ctt-1", "fr-1",
+                    "session-1", "https://ferno.example/qr/1", ret.openid.c_str(),
+                    ret.token.c_str()});
+}
+
+TEST_F(ProductLog, TellsTheLoginsOfSteamAndFerno) {
+    login();
+    scanAndLogin();
+    const std::string story = tellLogins(log());
+    const std::string steps = "plugin answer\nbackend asked\nbackend answer: ret 0\ndelivery\n";
+    EXPECT_NE(story.find(", Steam, "), std::string::npos) << story;
+    EXPECT_NE(story.find("\nrequest\nchannel starts\n" + steps + "\n"), std::string::npos) << story;
+    EXPECT_NE(story.find(", Ferno, "), std::string::npos) << story;
+    EXPECT_NE(story.find("\nrequest\npre-code asked for\npre-code answer: ret 0\nchannel starts\n"
+                         "QR code shown\nQR code scanned\n" +
+                         steps),
+              std::string::npos)
+        << story;
+}
+
+TEST_F(ProductLog, ProgramPrintsWhatItsOptionsAskFor) {
+    login();
+    const auto name = [&](const char* file) {
+        return (game.path() / file).make_preferred().string();
+    };
+    const std::string program = name("vesk-logread");
+    const auto run = [&](const std::string& arguments) {
+        const std::string out = name("printed");
+        const std::string command = program + " " + arguments + " >" + out + " 2>" + out + ".err";
+        const int status = std::system(command.c_str()); // NOLINT
+        return (status == 0 ? "" : "failed\n") + readFile(out);
+    };
+    const std::string file = name("veskrecord.log");
+    EXPECT_NE(run(file).find("convert InnerLoginRet to VESKLoginRet finish"), std::string::npos);
+    EXPECT_NE(run("--login " + file).find("delivery"), std::string::npos);
+    EXPECT_EQ(run("--json --level E " + file).find("{\"time\":\"20"), 0u);
+    EXPECT_EQ(run("--since \"2199-01-01 00:00\" " + file), "");
+    EXPECT_EQ(run("--since 00:00 " + file), run(file));
+    EXPECT_NE(run("--redact " + file).find("VESK_SDK_KEY = ***"), std::string::npos);
+    for (const std::string wrong : {"--since noon ", "--level X ", "--login --json ", "nowhere "}) {
+        EXPECT_EQ(run(wrong + file), "failed\n") << wrong;
+    }
+    EXPECT_EQ(run("nowhere"), "failed\n");
+}
+
+} // namespace
+} // namespace vesk::test

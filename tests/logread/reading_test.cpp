@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+#include <rapidjson/document.h>
+
+#include "logread/logbytes.h"
+
+namespace vesk::test {
+namespace {
+
+using namespace logread;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+
+// '6' becomes a line feed, '1' a carriage return, '&' the end of a text file of old.
+const std::vector<std::string> kTexts = {kHead + "6161&6", kHead + "\n66\n16\n", kHead,
+                                         kHead + "a",      kHead + "66666661",   kHead + "1\n6\n"};
+
+std::string logOfTexts() {
+    std::string bytes;
+    for (const std::string& text : kTexts) {
+        bytes += scrambled(text);
+    }
+    return bytes;
+}
+
+TEST(Reading, RecordsAreWholeInPiecesOfAnySize) {
+    for (const size_t piece : {1U, 2U, 7U, 63U, 4096U}) {
+        EXPECT_THAT(readLog(logOfTexts(), piece), ElementsAreArray(kTexts)) << piece;
+    }
+}
+
+TEST(Reading, TextModeOfWindowsIsUndone) {
+    for (const size_t piece : {1U, 7U, 4096U}) {
+        EXPECT_THAT(readLog(inTextMode(logOfTexts()), piece), ElementsAreArray(kTexts)) << piece;
+    }
+    // A bare line feed between records does not make it a file of Linux.
+    auto lines = readLog(inTextMode(logOfTexts()) + "note\n" + inTextMode(logOfTexts()));
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(kTexts.size()));
+    EXPECT_THAT(lines, ElementsAreArray(kTexts));
+}
+
+TEST(Reading, CutRecordsAreShownAsCut) {
+    const std::string holder = "VESK [W.D][2026-11-24 13:53:09.383][veskdefine.h,Braxel::VESK::"
+                               "VESKInnerObserverHolder";
+    const std::string bytes = scrambled(kHead + "answer: <html>") +
+                              scrambled(holder + "<class InnerLoginRet>::Commit,55]lost") +
+                              scrambled(kHead + "x, respBody:<html>") + scrambled(kHead + "after");
+    EXPECT_THAT(readLog(bytes), ElementsAre(kHead + "answer:  [cut]", holder + " [cut]",
+                                            kHead + "x, respBody: [cut]", kHead + "after"));
+}
+
+TEST(Reading, LessThanSignAtAnOddIndexCutsNothing) {
+    EXPECT_THAT(readLog(scrambled(kHead + "odd: <b>")), ElementsAre(kHead + "odd: <b>"));
+}
+
+TEST(Reading, TruncatedTailIsShownAsCut) {
+    const std::string bytes = scrambled(kHead + "first") + scrambled(kHead + "the second one");
+    EXPECT_THAT(readLog(bytes.substr(0, bytes.size() - 5)),
+                ElementsAre(kHead + "first", kHead + "the second [cut]"));
+    // Broken off inside the prefix, or just behind it: no record, and the one before stays whole.
+    for (const size_t length : {8U, 11U}) {
+        EXPECT_THAT(readLog((scrambled(kHead + "first") + bytes).substr(0, 70 + length)),
+                    ElementsAre(kHead + "first"));
+    }
+}
+
+TEST(Reading, ForeignBytesCostAtMostTheRecordBeforeThem) {
+    const std::string foreign("\0\xFFjEoK\x1c[k.nonsense\n\r\n6", 22);
+    const auto lines =
+        readLog(foreign + scrambled(kHead + "abc") + foreign + scrambled(kHead + "b"), 5);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].substr(0, kHead.size() + 2), kHead + "ab");
+    EXPECT_EQ(lines[1], kHead + "b");
+}
+
+TEST(Reading, QuotedPrefixDoesNotBeginARecord) {
+    const std::string text = kHead + "log VESK [W.D]  VESK [W.D][x  VESK [W.";
+    EXPECT_THAT(readLog(scrambled(text)), ElementsAre(text));
+}
+
+TEST(Reading, ControlCharactersDoNotReachTheTerminal) {
+    EXPECT_THAT(readLog(scrambled(kHead + "a\x1b[2J\rb\x7f\tc\r\nd")),
+                ElementsAre(kHead + "a\\x1b[2J\\x0db\\x7f\tc\nd"));
+}
+
+TEST(Reading, JsonHasEachPartAndIsValidWhateverTheBytes) {
+    const std::string out = printLog(scrambled(kHead + "\xC3\xA9 \xFF \"q\"\n\x01\xED\xA0\x80\\") +
+                                         scrambled(kHead + "x: <"),
+                                     JsonFormat());
+    EXPECT_EQ(out.substr(0, out.find('\n')),
+              R"({"time":"2026-11-24 13:53:09.383","level":"D","file":"f.cpp",)"
+              R"("method":"Braxel::VESK::X::f","line":76,"message":")"
+              "\xC3\xA9"
+              R"( \ufffd \"q\"\n\u0001\ufffd\ufffd\ufffd\\","cut":false})");
+    rapidjson::Document last;
+    last.Parse<rapidjson::kParseValidateEncodingFlag>(out.substr(out.find('\n') + 1).c_str());
+    ASSERT_FALSE(last.HasParseError());
+}
+
+TEST(Reading, FiltersByLevelIdAndTime) {
+    const std::string bytes =
+        logLine("A", 1000, "[ 1106-AB-17-1 ] one") + logLine("B", 2000, "[ 1106-AB-17-12 ]", 'E') +
+        logLine("C", 3000, "[ 1106-AB-17-1 ] two", 'I') + scrambled("VESK [W.D][2026-11");
+    RecordFilter level, id, since;
+    level.setLevel('W');
+    id.setSequenceId("1106-AB-17-1");
+    since.setSince("2026-11-24 13:53:03");
+    const std::string graver = printLog(bytes, TextFormat(), level);
+    EXPECT_EQ(graver.find("[ 1106-AB-17-12 ]"), graver.size() - 18);
+    const std::string ofId = printLog(bytes, TextFormat(), id);
+    EXPECT_NE(ofId.find("one\n"), std::string::npos);
+    EXPECT_NE(ofId.find("two\n"), std::string::npos);
+    EXPECT_EQ(ofId.find("17-12"), std::string::npos);
+    const std::string late = printLog(bytes, TextFormat(), since);
+    EXPECT_EQ(late.find("one"), std::string::npos);
+    EXPECT_NE(late.find("two"), std::string::npos);
+    EXPECT_NE(late.find("[2026-11"), std::string::npos) << "no time of its own: as the one before";
+}
+
+} // namespace
+} // namespace vesk::test
