@@ -10,7 +10,9 @@
 #include "foundation/http/veskhttpmanager.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/lifecycle/veskcallgate.h"
+#include "foundation/log/vesklogger.h"
 #include "foundation/tools/md5.h"
+#include "login/veskguarded.h"
 #include "login/veskloginmanager.h"
 #include "module/veskmodule.h"
 
@@ -24,17 +26,6 @@ std::atomic<VESKLoginObserver*> gObserver{nullptr};
 /// Closed by UnInstall: from then on nothing reaches the game, whatever is still under way.
 VESKCallGate& DeliveryGate() {
     return *VESKSingleton<VESKCallGate>::GetInstance();
-}
-
-/// Runs the body of an exported operation: nothing may be thrown into the game.
-template <typename Body>
-void Guarded(const Body& body) noexcept {
-    const VESKModule::Use use;
-    try {
-        body();
-    } catch (...) {
-        VESK_LOG_ERROR("VESKLogin", "exception inside the SDK, the operation ends here");
-    }
 }
 
 /// Calls the game: its exceptions must not reach the thread that delivers.

@@ -3,12 +3,13 @@
 #include <cstdint>
 
 #include "common/veskversion.h"
-#include "foundation/log/vesklogger.h"
+#include "login/veskguarded.h"
 #include "login/vesklogin_c_observer.h"
 #include "login/vesklogin_c_records.h"
 #include "module/veskmodule.h"
 #include "vesk/vesklogin.h"
 
+using Braxel::VESK::Guarded;
 using Braxel::VESK::kSdkVersion;
 using Braxel::VESK::VESKCObserver;
 using Braxel::VESK::VESKHeldLoginRet;
@@ -33,17 +34,6 @@ constexpr uint32_t VersionNumber() {
     return number << 8 | part;
 }
 static_assert(VersionNumber() >= 0x05000005, "a part of the version is missing");
-
-/// Runs what this file does besides calling the facade: nothing may be thrown into the game.
-template <typename Body>
-void Guarded(const Body& body) noexcept {
-    const VESKModule::Use use;
-    try {
-        body();
-    } catch (...) {
-        VESK_LOG_ERROR("VESKLogin", "exception inside the plain C interface");
-    }
-}
 
 } // namespace
 

@@ -1,0 +1,25 @@
+#ifndef VESK_LOGIN_VESKGUARDED_H
+#define VESK_LOGIN_VESKGUARDED_H
+
+#include "foundation/log/vesklogger.h"
+#include "module/veskmodule.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// Runs the body of an exported operation: nothing may be thrown into the game, and the library
+/// stays until it has returned.
+template <typename Body>
+void Guarded(const Body& body) noexcept {
+    const VESKModule::Use use;
+    try {
+        body();
+    } catch (...) {
+        VESK_LOG_ERROR("VESKLogin", "exception inside the SDK, the operation ends here");
+    }
+}
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif
