@@ -8,7 +8,7 @@ folder=
 firstToken=
 secondToken=
 
-# Sets what is different from channel to channel.
+# Sets what is different from channel to channel. Nobody who confirms by hand waits for a refresh.
 # shellcheck disable=SC2034
 describeChannel() {
     refreshes=yes
@@ -37,6 +37,10 @@ describeChannel() {
             words=(login status logout)
             ;;
     esac
+    if [[ "$interactive" == yes ]]; then
+        refreshes=no
+        words=(login status logout)
+    fi
 }
 
 # Tells the messenger's stand-in which token it has now.
@@ -53,8 +57,15 @@ writePlayer() {
     mv "$folder/${channel,,}_sim.ini.new" "$folder/${channel,,}_sim.ini"
 }
 
+# The stand-in asks the scan console what the player does.
+playerSitsAtTheConsole() {
+    printf 'interactive=%s\n' "$controlUrl" >"$folder/${channel,,}_sim.ini"
+}
+
 playerArrives() {
-    if [[ "$channel" == Steam ]]; then
+    if [[ "$interactive" == yes ]]; then
+        playerSitsAtTheConsole
+    elif [[ "$channel" == Steam ]]; then
         printf '%s\n' running=1 init=1 steamid=76561198000000001 ticket=0AFF \
             >"$folder/steam_sim.ini"
     else
@@ -70,7 +81,7 @@ playerGetsNewToken() {
 showQrCode() {
     local url="$1"
     [[ -n "$url" ]] || giveUp "the QR code has no address"
-    say "   qrcode: the game shows it, and the simulated player scans it and confirms: $url"
+    say "   qrcode: the game shows it, and $2: $url"
     if [[ "$(locale charmap)" == UTF-8 ]]; then
         qrencode -t UTF8 -m 1 "$url" | sed 's/^/       /'
     else

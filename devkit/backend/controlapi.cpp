@@ -1,26 +1,10 @@
 #include "controlapi.h"
 
 #include "httpserver.h"
-#include "jsontext.h"
+#include "jsonanswer.h"
 #include "scriptedanswer.h"
 
 namespace vesk::backend {
-
-namespace {
-
-constexpr const char* kJsonType = "application/json";
-
-void answerError(httplib::Response& response, int status, const std::string& error) {
-    rapidjson::StringBuffer buffer;
-    JsonWriter writer(buffer);
-    writer.StartObject();
-    writeMember(writer, "error", error);
-    writer.EndObject();
-    response.status = status;
-    response.set_content(buffer.GetString(), buffer.GetSize(), kJsonType);
-}
-
-} // namespace
 
 ControlApi::ControlApi(ScriptStore& scripts, RequestLog& log) : mScripts(scripts), mLog(log) {}
 

@@ -8,7 +8,6 @@ namespace vesk::backend {
 namespace {
 
 constexpr long long kTokenSeconds = 7200;
-constexpr size_t kPreCodeBytes = 8;
 constexpr size_t kNameDigits = 6;
 
 void beginAnswer(JsonWriter& writer, int ret, const std::string& msg) {
@@ -39,11 +38,11 @@ std::string problemAnswer(const Problem& problem) {
     return endAnswer(writer, buffer);
 }
 
-std::string preCodeAnswer() {
+std::string preCodeAnswer(const std::string& preCode) {
     rapidjson::StringBuffer buffer;
     JsonWriter writer(buffer);
     beginAnswer(writer, 0, "");
-    writeMember(writer, "precode", "pre-" + randomHex(kPreCodeBytes));
+    writeMember(writer, "precode", preCode);
     return endAnswer(writer, buffer);
 }
 

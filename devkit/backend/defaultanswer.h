@@ -17,8 +17,8 @@ std::string plainAnswer();
 /// {"ret":<code>,"msg":"<what is wrong>"}
 std::string problemAnswer(const Problem& problem);
 
-/// A pre-code that nobody has seen before.
-std::string preCodeAnswer();
+/// {"ret":0,"msg":"","precode":"<the pre-code>"}
+std::string preCodeAnswer(const std::string& preCode);
 
 /// A whole account record; "channel_info" and "seq" go back as they came.
 /// @param now the backend's clock in Unix seconds; the token is good for two hours

@@ -3,6 +3,7 @@
 #include "connection.h"
 #include "defaultanswer.h"
 #include "httpserver.h"
+#include "jsonanswer.h"
 #include "jsonmembers.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@ namespace vesk::backend {
 
 namespace {
 
-constexpr const char* kJsonType = "application/json";
 constexpr auto kHangPoll = std::chrono::milliseconds(20);
 
 long long now() {
@@ -48,8 +48,8 @@ void sendCut(const std::string& body, httplib::Response& response) {
 } // namespace
 
 Endpoints::Endpoints(const CheckSettings& settings, ScriptStore& scripts, RequestLog& log,
-                     ShutdownGate& gate)
-    : mSettings(settings), mScripts(scripts), mLog(log), mGate(gate) {}
+                     IssuedPreCodes& preCodes, ShutdownGate& gate)
+    : mSettings(settings), mScripts(scripts), mLog(log), mPreCodes(preCodes), mGate(gate) {}
 
 void Endpoints::install(httplib::Server& server) {
     // Every path comes here, known or not: a request to a wrong one is recorded as well.
@@ -81,6 +81,7 @@ void Endpoints::handle(const httplib::Request& request, const std::string& body,
     entry.request = received(request, body);
     const CheckedRequest checked = check(entry.request);
     entry.verdict = checked.problem ? checked.problem->msg : "ok";
+    entry.ret = checked.problem ? static_cast<int>(checked.problem->ret) : 0;
 
     const auto script = mScripts.take(scriptPath(entry.request.path()));
     const Answer answer = script ? scriptedAnswer(*script, entry.request, checked)
@@ -121,7 +122,7 @@ Endpoints::Answer Endpoints::defaultAnswer(const ReceivedRequest& request,
     }
     switch (*endpointOf(request.path())) {
     case Endpoint::PreCode:
-        answer.body = preCodeAnswer();
+        answer.body = preCodeAnswer(mPreCodes.issue(checked.query.seq));
         break;
     case Endpoint::Login:
         answer.body = loginAnswer(

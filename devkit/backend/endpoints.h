@@ -6,6 +6,7 @@
 #include "checksettings.h"
 #include "httplib.h"
 #include "issuedlogins.h"
+#include "issuedprecodes.h"
 #include "requestcheck.h"
 #include "requestlog.h"
 #include "scriptstore.h"
@@ -20,7 +21,7 @@ class Endpoints {
 public:
     /// All references must outlive the server.
     Endpoints(const CheckSettings& settings, ScriptStore& scripts, RequestLog& log,
-              ShutdownGate& gate);
+              IssuedPreCodes& preCodes, ShutdownGate& gate);
 
     /// Sets the routes of the server.
     void install(httplib::Server& server);
@@ -48,6 +49,7 @@ private:
     const CheckSettings& mSettings;
     ScriptStore& mScripts;
     RequestLog& mLog;
+    IssuedPreCodes& mPreCodes;
     ShutdownGate& mGate;
     IssuedLogins mLogins;
     int mPort = 0;

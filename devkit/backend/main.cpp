@@ -1,8 +1,12 @@
 #include "certificatemaker.h"
+#include "consolefeed.h"
+#include "consolepage.h"
 #include "controlapi.h"
 #include "endpoints.h"
 #include "httpserver.h"
 #include "options.h"
+#include "originguard.h"
+#include "sessionapi.h"
 
 #include <signal.h>
 
@@ -59,16 +63,25 @@ void serve(const Options& options) {
     const sigset_t signals = blockEndSignals();
     const CheckSettings settings{options.gameId, options.key, options.maxSkew};
     ScriptStore scripts;
-    RequestLog log;
+    Changes changes;
+    RequestLog log(changes);
+    IssuedPreCodes preCodes;
+    ScanSessions sessions(changes);
     ShutdownGate gate;
-    Endpoints endpoints(settings, scripts, log, gate);
+    Endpoints endpoints(settings, scripts, log, preCodes, gate);
     ControlApi control(scripts, log);
+    SessionApi sessionApi(sessions, preCodes);
+    ConsoleFeed feed(sessions, log, changes);
 
     HttpServer backendServer(options.tls ? makeTlsServer(options)
                                          : std::make_unique<httplib::Server>());
     HttpServer controlServer(std::make_unique<httplib::Server>());
     endpoints.install(backendServer.routes());
+    guardOrigins(controlServer.routes());
     control.install(controlServer.routes());
+    sessionApi.install(controlServer.routes());
+    feed.install(controlServer.routes());
+    installConsolePage(controlServer.routes());
     bindOrThrow(backendServer, options.port);
     bindOrThrow(controlServer, options.controlPort);
     endpoints.setPort(backendServer.port());
@@ -81,6 +94,8 @@ void serve(const Options& options) {
 
     waitForEnd(signals);
     gate.close();
+    sessions.close();
+    changes.close();
     backendServer.stop();
     controlServer.stop();
 }

@@ -3,6 +3,7 @@
 #include "digest.h"
 #include "jsontext.h"
 
+#include <algorithm>
 #include <map>
 
 namespace vesk::backend {
@@ -46,8 +47,13 @@ void writeEntry(JsonWriter& writer, const LoggedRequest& entry) {
 } // namespace
 
 void RequestLog::add(const LoggedRequest& entry) {
-    const std::lock_guard<std::mutex> lock(mMutex);
-    mEntries.push_back(entry);
+    {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mEntries.push_back(entry);
+        mEntries.back().number = ++mLastNumber;
+        ++mLastChange;
+    }
+    mChanges.note();
 }
 
 std::string RequestLog::toJson() const {
@@ -62,9 +68,25 @@ std::string RequestLog::toJson() const {
     return std::string(buffer.GetString(), buffer.GetSize());
 }
 
-void RequestLog::clear() {
+std::vector<LoggedRequest> RequestLog::latest(size_t count) const {
     const std::lock_guard<std::mutex> lock(mMutex);
-    mEntries.clear();
+    const size_t shown = std::min(count, mEntries.size());
+    return std::vector<LoggedRequest>(mEntries.end() - static_cast<std::ptrdiff_t>(shown),
+                                      mEntries.end());
+}
+
+uint64_t RequestLog::lastChange() const {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return mLastChange;
+}
+
+void RequestLog::clear() {
+    {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mEntries.clear();
+        ++mLastChange;
+    }
+    mChanges.note();
 }
 
 } // namespace vesk::backend

@@ -56,6 +56,7 @@ Component::Component(const CallbackTable& table) : mState(std::make_shared<State
 }
 
 Component::~Component() {
+    leaveConsole();
     {
         const std::lock_guard<std::mutex> lock(mState->mutex);
         mState->ended = true;
@@ -69,11 +70,25 @@ Component::~Component() {
 }
 
 void Component::play(const char* key, const char* otherwise) {
-    const std::lock_guard<std::mutex> lock(mState->mutex);
-    for (const std::string& step : split(setting(key, otherwise), ',')) {
-        mState->steps.push_back(step);
+    queue(*mState, setting(key, otherwise));
+}
+
+void Component::playInteractively(const std::string& controlUrl, const std::string& preCode) {
+    leaveConsole();
+    mDesk = std::make_unique<PlayerDesk>(
+        controlUrl, preCode, [state = mState](const std::string& steps) { queue(*state, steps); });
+}
+
+void Component::leaveConsole() {
+    mDesk.reset();
+}
+
+void Component::queue(State& state, const std::string& steps) {
+    const std::lock_guard<std::mutex> lock(state.mutex);
+    for (const std::string& step : split(steps, ',')) {
+        state.steps.push_back(step);
     }
-    mState->changed.notify_all();
+    state.changed.notify_all();
 }
 
 void Component::run(const std::shared_ptr<State>& state) {

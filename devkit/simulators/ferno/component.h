@@ -10,6 +10,8 @@
 #include <string>
 #include <thread>
 
+#include "player_desk.h"
+
 namespace vesk::fernosim {
 
 /// The table that frlogin_init takes. Lengths go out as 64 bits: hosts must cope with either width.
@@ -42,6 +44,12 @@ public:
     /// Queues the steps of the setting @p key, "<delay ms>:<event>[:<argument>...],...".
     void play(const char* key, const char* otherwise);
 
+    /// Lets the player at the scan console decide about a code; he leaves one that came before.
+    void playInteractively(const std::string& controlUrl, const std::string& preCode);
+
+    /// The player leaves the console.
+    void leaveConsole();
+
     /// A setting of ferno_sim.ini as it is now.
     static std::string setting(const std::string& key, const std::string& otherwise);
     static void writeDown(const std::string& line);
@@ -56,11 +64,13 @@ private:
         bool ended = false;
     };
 
+    static void queue(State& state, const std::string& steps);
     static void run(const std::shared_ptr<State>& state);
     static void send(const CallbackTable& table, const std::string& event);
 
     std::shared_ptr<State> mState;
     std::thread mThread;
+    std::unique_ptr<PlayerDesk> mDesk;
 };
 
 } // namespace vesk::fernosim

@@ -31,6 +31,14 @@ extern "C" FERNO_SIM_EXPORT int frlogin_req_qrcode(const char* appId, size_t app
                          std::string(appId, appIdLength) + R"(","pre_code":")" +
                          std::string(preCode, preCodeLength) + R"(","scope":")" +
                          std::string(scope, scopeLength) + "\"}");
+    const std::string console = Component::setting("interactive", "");
+    if (!console.empty()) {
+        const int result = request("req_qrcode", nullptr, nullptr);
+        if (result == 0 && theComponent()) {
+            theComponent()->playInteractively(console, std::string(preCode, preCodeLength));
+        }
+        return result;
+    }
     return request("req_qrcode", "on_qrcode",
                    "20:qr:https://ferno.example/qr/1,50:scanned,50:success");
 }
@@ -42,5 +50,8 @@ extern "C" FERNO_SIM_EXPORT int frlogin_req_client_tmp_token() {
 
 extern "C" FERNO_SIM_EXPORT int frlogin_req_logout() {
     Component::writeDown(R"({"call":"frlogin_req_logout"})");
+    if (theComponent()) {
+        theComponent()->leaveConsole();
+    }
     return request("req_logout", nullptr, nullptr);
 }

@@ -28,6 +28,16 @@ HRESULT logCallWith(const char* name, IKZProperties* parameters) {
     return S_OK;
 }
 
+std::string textOf(IKZProperties* properties, const wchar_t* name) {
+    BSTR text = nullptr;
+    if (FAILED(properties->GetText(name, &text))) {
+        return {};
+    }
+    const std::string utf8 = toUtf8(std::wstring(text, SysStringLen(text)));
+    SysFreeString(text);
+    return utf8;
+}
+
 HRESULT giveOut(const PropertyBag::Pointer& bag, IKZProperties** receiver) {
     bag->AddRef();
     *receiver = bag.Get();
@@ -113,7 +123,13 @@ HRESULT OpenSDK::GetGenerateSerialNumber(IKZProperties** answer) {
 
 HRESULT OpenSDK::LoginByQRCode(IKZProperties* parameters) {
     const HRESULT logged = logCallWith("LoginByQRCode", parameters);
-    return FAILED(logged) ? logged : answer("login_by_qrcode", "on_qrcode");
+    if (FAILED(logged)) {
+        return logged;
+    }
+    const Settings settings;
+    const std::string console = settings.text("interactive", "");
+    return console.empty() ? answer("login_by_qrcode", "on_qrcode")
+                           : answerInteractively(settings, console, textOf(parameters, L"PreCode"));
 }
 
 HRESULT OpenSDK::GetLocalLoginList() {
@@ -134,6 +150,7 @@ HRESULT OpenSDK::RefreshClientTempKey() {
 
 HRESULT OpenSDK::Logout() {
     logCall("Logout");
+    leaveConsole();
     return answer("logout", "on_logout");
 }
 
@@ -191,6 +208,22 @@ HRESULT OpenSDK::answer(const char* resultKey, const char* scriptKey) {
     return result;
 }
 
+HRESULT OpenSDK::answerInteractively(const Settings& settings, const std::string& controlUrl,
+                                     const std::string& preCode) {
+    leaveConsole(); // the code that came before is void
+    const HRESULT result = settings.result("login_by_qrcode");
+    const std::lock_guard<Lock> guard(mLock);
+    if (!mIsInitialized) {
+        return E_UNEXPECTED;
+    }
+    if (SUCCEEDED(result)) {
+        const auto thread = startedThread();
+        mDesk = thread ? PlayerDesk::start(controlUrl, preCode, thread) : nullptr;
+        return mDesk ? result : E_OUTOFMEMORY;
+    }
+    return result;
+}
+
 bool OpenSDK::isInitialized() {
     const std::lock_guard<Lock> guard(mLock);
     return mIsInitialized;
@@ -203,13 +236,22 @@ std::shared_ptr<EventThread> OpenSDK::startedThread() {
     return mThread;
 }
 
+void OpenSDK::leaveConsole() {
+    std::unique_ptr<PlayerDesk> desk;
+    const std::lock_guard<Lock> guard(mLock);
+    desk.swap(mDesk);
+}
+
 void OpenSDK::endWork() {
+    std::unique_ptr<PlayerDesk> desk;
     std::shared_ptr<EventThread> thread;
     {
         const std::lock_guard<Lock> guard(mLock);
         mIsInitialized = false;
         thread.swap(mThread);
+        desk.swap(mDesk);
     }
+    desk.reset(); // while the event thread still takes its events
     if (thread) {
         thread->stop();
     }

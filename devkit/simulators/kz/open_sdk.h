@@ -8,6 +8,7 @@
 #include "connection_point.h"
 #include "event_thread.h"
 #include "kzopensdk.h"
+#include "player_desk.h"
 #include "server.h"
 #include "settings.h"
 
@@ -48,10 +49,14 @@ private:
 
     /// Answers with the setting @p resultKey, and after a success plays the script @p scriptKey.
     HRESULT answer(const char* resultKey, const char* scriptKey);
+    /// As answer() for a QR code, but the player at the scan console decides what follows.
+    HRESULT answerInteractively(const Settings& settings, const std::string& controlUrl,
+                                const std::string& preCode);
     bool isInitialized();
     /// Called with the lock held.
     std::shared_ptr<EventThread> startedThread();
     void endWork();
+    void leaveConsole();
     void sendLateEvent(const Settings& settings);
 
     const LiveObject mLive;
@@ -61,6 +66,7 @@ private:
     Lock mLock; // guards what follows
     bool mIsInitialized = false;
     std::shared_ptr<EventThread> mThread;
+    std::unique_ptr<PlayerDesk> mDesk;
 };
 
 } // namespace vesk::kzsim

@@ -34,7 +34,10 @@ const char* defaultOf(const char* key) {
 } // namespace
 
 Script readScript(const Settings& settings, const char* key) {
-    const std::string steps = settings.text(key, defaultOf(key));
+    return readSteps(settings, key, settings.text(key, defaultOf(key)));
+}
+
+Script readSteps(const Settings& settings, const char* key, const std::string& steps) {
     Script script;
     ULONGLONG lost = 0;
     for (size_t at = 0; at < steps.size();) {

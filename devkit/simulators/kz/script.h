@@ -10,6 +10,9 @@ namespace vesk::kzsim {
 /// written down as a problem and left out; its delay counts all the same.
 Script readScript(const Settings& settings, const char* key);
 
+/// The same for steps that come from elsewhere; problems are written down under the name @p key.
+Script readSteps(const Settings& settings, const char* key, const std::string& steps);
+
 } // namespace vesk::kzsim
 
 #endif

@@ -1,0 +1,17 @@
+/// @file
+/// The files of console/, which embed-console.cmake puts into the program.
+#ifndef VESK_DEVKIT_BACKEND_CONSOLEFILES_H
+#define VESK_DEVKIT_BACKEND_CONSOLEFILES_H
+
+#include <string_view>
+
+namespace vesk::backend {
+
+extern const std::string_view kConsoleHtml;
+extern const std::string_view kConsoleCss;
+extern const std::string_view kConsoleJs;
+extern const std::string_view kConsoleIcon;
+
+} // namespace vesk::backend
+
+#endif // VESK_DEVKIT_BACKEND_CONSOLEFILES_H
