@@ -5,6 +5,8 @@
 
 channel=
 folder=
+controlUrl=
+interactive=no
 firstToken=
 secondToken=
 

@@ -11,7 +11,7 @@ constexpr size_t kPreCodeBytes = 8;
 } // namespace
 
 std::string IssuedPreCodes::issue(const std::string& seq) {
-    const std::string preCode = "pre-" + randomHex(kPreCodeBytes);
+    std::string preCode = "pre-" + randomHex(kPreCodeBytes);
     const std::lock_guard<std::mutex> lock(mMutex);
     mSeqs[preCode] = seq;
     return preCode;
