@@ -1,0 +1,90 @@
+// The log reader on bytes that no product has written. The first byte of an input says how the rest
+// is to be taken, the second in how large pieces it arrives.
+#include <cstdint>
+#include <rapidjson/document.h>
+#include <sstream>
+#include <string>
+
+#include "expect.h"
+#include "loginstory.h"
+#include "logreader.h"
+#include "recordprinter.h"
+
+namespace {
+
+using namespace vesk::logread;
+using vesk::fuzz::expect;
+
+enum : unsigned { kClearText = 1, kTextMode = 2, kRedact = 4 };
+
+/// Clear text becomes records, one a line, so that mutations reach what stands behind the
+/// scrambling.
+std::string scrambledLines(const std::string& text) {
+    std::istringstream lines(text);
+    std::string bytes;
+    for (std::string line; std::getline(lines, line);) {
+        for (size_t at = 0; at + 2 < line.size(); at += 2) {
+            line[at] = static_cast<char>(line[at] ^ 0x3C);
+        }
+        bytes += line.substr(0, line.find('\0')) + '\n';
+    }
+    return bytes;
+}
+
+std::string inTextMode(const std::string& bytes) {
+    std::string out;
+    for (const char byte : bytes) {
+        out += byte == '\n' ? "\r\n" : std::string(1, byte);
+    }
+    return out;
+}
+
+std::string read(const std::string& bytes, const RecordFormat& format, size_t piece, bool redact) {
+    std::string out;
+    RecordPrinter printer(format, [&](std::string_view text) { out += text; });
+    LogReader reader(printer, {}, redact);
+    for (size_t at = 0; at < bytes.size(); at += piece) {
+        reader.feed(std::string_view(bytes).substr(at, piece));
+    }
+    reader.flush();
+    printer.flush();
+    expect(reader.foreignBytes() <= bytes.size(), "no more bytes are foreign than there are");
+    return out;
+}
+
+void expectJson(const std::string& text) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        rapidjson::Document json;
+        json.Parse<rapidjson::kParseValidateEncodingFlag>(line.data(), line.size());
+        expect(!json.HasParseError() && json.IsObject(), "each line is a JSON object");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    if (size < 2) {
+        return 0;
+    }
+    const unsigned mode = data[0];
+    const size_t piece = data[1] + 1U;
+    std::string bytes(reinterpret_cast<const char*>(data) + 2, size - 2);
+    if ((mode & kClearText) != 0) {
+        bytes = scrambledLines(bytes);
+    }
+    if ((mode & kTextMode) != 0) {
+        bytes = inTextMode(bytes);
+    }
+    const bool redact = (mode & kRedact) != 0;
+    expect(read(bytes, TextFormat(), piece, redact) ==
+               read(bytes, TextFormat(), bytes.size() + 1, redact),
+           "pieces are read as the whole is");
+    expectJson(read(bytes, JsonFormat(), piece, redact));
+    LoginStory story;
+    LogReader reader(story, {}, true);
+    reader.feed(bytes);
+    reader.flush();
+    static_cast<void>(story.text());
+    return 0;
+}
