@@ -1,6 +1,6 @@
 /// @file
-/// The SDK for C++17 programs of any compiler: a header over vesk_c.h that needs nothing of the
-/// library's C++, neither its headers nor its records. Throws nothing but std::bad_alloc.
+/// The SDK for C++17 programs of any compiler: a header over vesk_c.h alone, without the library's
+/// C++ headers and records. Throws nothing but std::bad_alloc.
 #ifndef VESK_VESK_HPP
 #define VESK_VESK_HPP
 
@@ -14,16 +14,19 @@
 namespace vesk {
 /// What every result carries. Records are copies, yours to keep; vesk_c.h explains the members.
 struct BaseRet {
+    /// As in vesk_base_ret; any record of vesk_c.h has them. @{
     int32_t methodNameID = 0, retCode = -1, thirdCode = -1;
     std::string retMsg, thirdMsg, extraJson;
     BaseRet() = default;
     template <typename Record, typename = decltype(Record::struct_size)>
     explicit BaseRet(const Record& r)
         : methodNameID(r.method_name_id), retCode(r.ret_code), thirdCode(r.third_code),
-          retMsg(r.ret_msg), thirdMsg(r.third_msg), extraJson(r.extra_json) {}
+          retMsg(r.ret_msg), thirdMsg(r.third_msg), extraJson(r.extra_json) {} ///@}
 };
 
+/// The result of a login.
 struct LoginRet : BaseRet {
+    /// As in vesk_login_ret. @{
     int64_t tokenExpire = 0;
     int32_t firstLogin = 0, gender = 0, channelID = 0;
     bool realNameAuth = false;
@@ -35,24 +38,24 @@ struct LoginRet : BaseRet {
           channelID(r.channel_id), realNameAuth(r.real_name_auth != 0), channel(r.channel),
           channelInfo(r.channel_info), openid(r.openid), token(r.token),
           regChannelDis(r.reg_channel_dis), userName(r.user_name), birthdate(r.birthdate),
-          pictureUrl(r.picture_url), pf(r.pf), pfKey(r.pf_key) {}
+          pictureUrl(r.picture_url), pf(r.pf), pfKey(r.pf_key) {} ///@}
 };
-
+/// A QR code that the player is to scan.
 struct QrCodeRet : BaseRet {
+    /// As in vesk_qr_code_ret. @{
     int32_t channelID = 0;
     std::string channel, qrCodeUrl;
     QrCodeRet() = default;
     explicit QrCodeRet(const vesk_qr_code_ret& r)
-        : BaseRet(r), channelID(r.channel_id), channel(r.channel), qrCodeUrl(r.qr_code_url) {}
+        : BaseRet(r), channelID(r.channel_id), channel(r.channel), qrCodeUrl(r.qr_code_url) {} ///@}
 };
 
 /// The game's functions for results; an empty one is not called, an exception out of one is lost.
-/// @thread As for vesk_login_observer, but one at a time. Do not wait in one for a thread that ends
-///         the Observer.
+/// @thread As for vesk_login_observer, but one at a time. None may wait for the Observer's end.
 struct Callbacks {
-    std::function<void(const LoginRet&)> onLogin;
-    std::function<void(const BaseRet&)> onBase;
-    std::function<void(const QrCodeRet&)> onQrCode;
+    std::function<void(const LoginRet&)> onLogin;   ///< a login ended
+    std::function<void(const BaseRet&)> onBase;     ///< a logout ended (117)
+    std::function<void(const QrCodeRet&)> onQrCode; ///< show it; may come again
 };
 
 namespace detail { // not for games
@@ -69,7 +72,6 @@ struct Slot {
     std::shared_ptr<Registration> current;
 };
 inline Slot& slot = *new Slot;
-
 template <typename Ret, auto Function, typename Record>
 void deliver(const Record* record, void*) noexcept try {
     std::unique_lock<std::mutex> slotLock(slot.mutex);
@@ -84,11 +86,11 @@ void deliver(const Record* record, void*) noexcept try {
 } catch (...) { // there is nobody to tell: the caller is the library
 }
 } // namespace detail
-
 /// Sets callbacks as the one observer of the process for as long as it lives; a newer one replaces
 /// them. Its end waits for a callback that another thread is in: none runs afterwards.
 class Observer {
 public:
+    /// Registers a copy of the callbacks.
     explicit Observer(const Callbacks& callbacks)
         : mRegistration(new detail::Registration{callbacks, {}, false}) {
         const vesk_login_observer observer = {
@@ -116,7 +118,7 @@ private:
     const std::shared_ptr<detail::Registration> mRegistration;
 };
 
-/// This and the rest: the operations of vesk_c.h.
+/// The operation of this name in vesk_c.h. @{
 inline void login(const std::string& channel, const std::string& permissions = "",
                   const std::string& subChannel = "", const std::string& extraJson = "") {
     vesk_login(channel.c_str(), permissions.c_str(), subChannel.c_str(), extraJson.c_str());
@@ -135,15 +137,13 @@ inline bool getLoginRet(LoginRet& ret) {
 inline void logout(const std::string& channel = "", const std::string& subChannel = "",
                    bool channelOnly = false) {
     vesk_logout(channel.c_str(), subChannel.c_str(), channelOnly ? 1 : 0);
-}
-/// Ends the SDK. An Observer that is still there hears nothing more, and may end later.
+} ///@}
+/// As vesk_uninstall. An Observer that is still there hears nothing more, and may end later.
 inline void uninstall() {
     std::unique_lock<std::mutex> lock(detail::slot.mutex);
     detail::slot.current.reset();
     lock.unlock();
     vesk_uninstall();
 }
-
 } // namespace vesk
-
 #endif

@@ -26,7 +26,7 @@ enum { VESK_CHANNEL_LOGIN_FAILED = 9999 };
 
 /// What every result carries; the other records begin with the same members.
 typedef struct vesk_base_ret {
-    uint32_t struct_size;
+    uint32_t struct_size;   ///< size of the whole record, in bytes
     int32_t method_name_id; ///< 112 login, 114 vesk_get_login_ret, 117 logout, 122 QR code
     int32_t ret_code;       ///< VESK_SUCCESS or an error; -1 not set
     int32_t third_code;     ///< a code from outside; -1 when there is none
@@ -37,9 +37,11 @@ typedef struct vesk_base_ret {
 
 /// The result of a login.
 typedef struct vesk_login_ret {
+    /// As in vesk_base_ret. @{
     uint32_t struct_size;
     int32_t method_name_id, ret_code, third_code;
     const char *ret_msg, *third_msg, *extra_json;
+    /// @}
     int64_t token_expire;        ///< absolute expiry in Unix seconds; 0 = unknown
     int32_t first_login;         ///< 1 when this account logged in for the first time
     int32_t gender;              ///< as the backend states it; 0 = unknown
@@ -53,15 +55,19 @@ typedef struct vesk_login_ret {
     const char* user_name;       ///< the player's display name
     const char* birthdate;       ///< as the backend states it
     const char* picture_url;     ///< address of the player's picture
-    const char *pf, *pf_key;     ///< platform tag for payment and statistics, and its key
+    /// Platform tag for payment and statistics, and its key. @{
+    const char *pf, *pf_key; ///@}
 } vesk_login_ret;
 
 /// A QR code that the player is to scan.
 typedef struct vesk_qr_code_ret {
+    /// As in vesk_base_ret. @{
     uint32_t struct_size;
     int32_t method_name_id, ret_code, third_code;
     const char *ret_msg, *third_msg, *extra_json;
-    int32_t channel_id, reserved; ///< Ferno 1, KZ 2; and 0
+    /// @}
+    /// Ferno 1, KZ 2; reserved is 0. @{
+    int32_t channel_id, reserved; ///@}
     const char* channel;          ///< "Ferno" or "KZ"
     const char* qr_code_url;      ///< address of the QR code image
 } vesk_qr_code_ret;
@@ -80,9 +86,9 @@ typedef struct vesk_login_observer {
     void (*on_qr_code)(const vesk_qr_code_ret* ret, void* user); ///< show it; may come again
 } vesk_login_observer;
 
-/// The library's version, for example "5.0.000.0005", and as a number to compare: each part a byte.
-/// @lifetime The text stays valid as long as the library is loaded.
+/// @return the library's version, for example "5.0.000.0005"; valid as long as it is loaded.
 VESK_API const char* vesk_version(void);
+/// @return the version as a number to compare, each part a byte: 0x05000005.
 VESK_API uint32_t vesk_version_number(void);
 
 /// Sets the one observer of the process, be it of C or C++: the last one wins.
@@ -128,18 +134,16 @@ VESK_API void vesk_logout(const char* channel, const char* sub_channel, int32_t 
 /// seconds at most. Do not call the SDK again.
 VESK_API void vesk_uninstall(void);
 
-/// Not available on this platform: 0, or no result.
+/// Not available on this platform: returns at once, 0 or without a result. @{
 VESK_API int32_t vesk_switch_user(int32_t use_launch_user);
 VESK_API void vesk_bind(const char* channel, const char* permissions, const char* sub_channel,
                         const char* extra_json);
 VESK_API void vesk_login_with_confirm_code(int32_t action_type, const char* confirm_code,
                                            const char* extra_json);
 VESK_API void vesk_query_user_info(void);
-VESK_API void vesk_reset_guest(void);
-
+VESK_API void vesk_reset_guest(void); ///@}
 // NOLINTEND(modernize-use-using)
 #ifdef __cplusplus
 }
 #endif
-
 #endif

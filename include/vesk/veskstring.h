@@ -33,11 +33,13 @@ public:
     /// @param length in bytes.
     String(const char* text, uint32_t length);
 
+    /// Copies; the two share nothing.
     String(const String& other);
     ~String();
 
+    /// Replaces the text by a copy of the other one. @{
     String& operator=(const String& other);
-    String& operator=(const char* text);
+    String& operator=(const char* text); ///@}
 
     /// As the constructor of the same arguments.
     String& assign(const char* text, uint32_t length);
