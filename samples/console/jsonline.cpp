@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "masked.h"
+
 namespace {
 
 std::string quoted(const std::string& text) {
@@ -40,7 +42,7 @@ JsonLine& JsonLine::add(const char* name, bool value) {
 }
 
 JsonLine& JsonLine::addMasked(const char* name, const std::string& secret) {
-    return add(name, secret.substr(0, 4) + "...(" + std::to_string(secret.size()) + ")");
+    return add(name, masked(secret));
 }
 
 JsonLine& JsonLine::addRet(const Braxel::VESK::VESKBaseRet& ret) {

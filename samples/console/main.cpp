@@ -2,54 +2,61 @@
 // change, log out, end.
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <thread>
 
-#include "jsonline.h"
+#include "doctorword.h"
+#include "helptexts.h"
+#include "jsonreport.h"
 #include "options.h"
 #include "resultqueue.h"
+#include "terminal.h"
+#include "textreport.h"
+#include "vesk/vesk_c.h"
 #include "vesk/vesklogin.h"
 
 using namespace Braxel::VESK;
 
 namespace {
 
-void printResult(const Result& result) {
+void tell(Report& report, const Result& result) {
     if (const auto* login = std::get_if<VESKLoginRet>(&result)) {
-        JsonLine("login").addRet(*login).print();
+        report.login(*login);
     } else if (const auto* qrCode = std::get_if<VESKQrCodeRet>(&result)) {
-        JsonLine("qrcode").addRet(*qrCode).print(); // a game shows the image at qrCodeUrl
+        report.qrCode(*qrCode); // a game shows the image at qrCodeUrl
     } else {
-        JsonLine("logout").addRet(std::get<VESKBaseRet>(result)).print();
+        report.logout(std::get<VESKBaseRet>(result));
     }
 }
 
 /// Prints results as they come until one of type @p Ret is there; that one decides. A login may be
 /// preceded by QR codes, and by the logout of the login that it replaces.
 template <typename Ret>
-bool waitForSuccess(ResultQueue& results, const Options& options, const std::string& word) {
+bool waitForSuccess(ResultQueue& results, const Options& options, Report& report,
+                    const std::string& word) {
     const auto deadline = std::chrono::steady_clock::now() + options.timeout;
     while (const auto result = results.waitFor(deadline)) {
-        printResult(*result);
+        tell(report, *result);
         if (const auto* ret = std::get_if<Ret>(&*result)) {
             return ret->retCode == VESKError::SUCCESS;
         }
     }
-    JsonLine("timeout").add("word", word).print();
+    report.timeout(word);
     return false;
 }
 
 /// Shows the login that is held. An expired one is still found, so the code decides as well.
-bool showStatus() {
+bool showStatus(Report& report) {
     VESKLoginRet ret;
     const bool held = VESKLogin::GetLoginRet(ret);
-    JsonLine("status").add("held", held).addRet(ret).print();
+    report.status(held, ret);
     return held && ret.retCode == VESKError::SUCCESS;
 }
 
 /// Waits until the SDK has a new token for the login that is held. Nothing calls back for that: a
 /// game asks for the login whenever it needs the token.
-bool watchToken(const Options& options) {
+bool watchToken(const Options& options, Report& report) {
     VESKLoginRet ret;
     bool held = VESKLogin::GetLoginRet(ret);
     const std::string token = ret.token;
@@ -59,28 +66,25 @@ bool watchToken(const Options& options) {
         held = VESKLogin::GetLoginRet(ret);
     }
     if (held && ret.token == token) {
-        JsonLine("timeout").add("word", "watch").print();
+        report.timeout("watch");
         return false;
     }
     // The token of a failed refresh is empty, and then no login is held any more.
-    JsonLine("refreshed")
-        .add("held", held)
-        .addMasked("token", ret.token)
-        .add("tokenExpire", ret.tokenExpire)
-        .print();
+    report.refreshed(held, ret);
     return held;
 }
 
-bool runWord(const std::string& word, const Options& options, ResultQueue& results) {
+bool runWord(const std::string& word, const Options& options, Report& report,
+             ResultQueue& results) {
     if (word == "status") {
-        return showStatus();
+        return showStatus(report);
     }
     if (word == "watch") {
-        return watchToken(options);
+        return watchToken(options, report);
     }
     if (word == "logout") {
         VESKLogin::Logout(options.channel.c_str(), "", options.channelOnly);
-        const bool succeeded = waitForSuccess<VESKBaseRet>(results, options, word);
+        const bool succeeded = waitForSuccess<VESKBaseRet>(results, options, report, word);
         // The backend is told in the background, and the end of the process would cut that off.
         std::this_thread::sleep_for(options.linger);
         return succeeded;
@@ -90,28 +94,54 @@ bool runWord(const std::string& word, const Options& options, ResultQueue& resul
     } else {
         VESKLogin::AutoLogin();
     }
-    return waitForSuccess<VESKLoginRet>(results, options, word);
+    return waitForSuccess<VESKLoginRet>(results, options, report, word);
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    const auto options = parseOptions(argc, argv);
-    if (!options) {
-        std::fputs(kUsage, stderr);
-        return 2;
-    }
-
+bool runWords(const Options& options, Report& report) {
     // Never deleted: a network thread may still be inside the observer when main() returns.
     static ResultQueue* const results = new ResultQueue;
     VESKLogin::SetLoginObserver(results);
 
     bool allSucceeded = true;
-    for (const std::string& word : options->words) {
-        allSucceeded = runWord(word, *options, *results) && allSucceeded;
+    for (const std::string& word : options.words) {
+        allSucceeded = runWord(word, options, report, *results) && allSucceeded;
     }
 
     VESKLogin::SetLoginObserver(nullptr);
     VESKLogin::UnInstall();
-    return allSucceeded ? 0 : 1;
+    return allSucceeded;
+}
+
+std::unique_ptr<Report> makeReport(const Options& options, const Terminal& terminal) {
+    if (options.json) {
+        return std::make_unique<JsonReport>();
+    }
+    const bool draw = options.qr == QrChoice::Always ||
+                      (options.qr == QrChoice::OnTerminals && terminal.isTerminal());
+    return std::make_unique<TextReport>(draw, terminal.hasColours());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Options options = parseOptions(argc, argv);
+    if (!options.complaint.empty()) {
+        std::fprintf(stderr, "vesk-console: %s. See vesk-console --help\n",
+                     options.complaint.c_str());
+        return 2;
+    }
+    if (options.help) {
+        const Word* word = findWord(options.helpOn);
+        std::fputs(word == nullptr ? generalHelp().c_str() : word->help, stdout);
+        return 0;
+    }
+    if (options.version) {
+        std::printf("vesk-console with VESKCore %s\n", vesk_version());
+        return 0;
+    }
+    const Terminal terminal;
+    if (options.words.front() == "doctor") {
+        return runDoctorWord(options.json, options.offline);
+    }
+    return runWords(options, *makeReport(options, terminal)) ? 0 : 1;
 }

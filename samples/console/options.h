@@ -2,24 +2,30 @@
 #define VESK_SAMPLES_CONSOLE_OPTIONS_H
 
 #include <chrono>
-#include <optional>
 #include <string>
 #include <vector>
 
+enum class QrChoice { OnTerminals, Always, Never };
+
 /// What the command line asks for.
 struct Options {
-    std::vector<std::string> words; ///< login, autologin, status, watch, logout; run in this order
+    std::string complaint; ///< what is wrong with the command line, one sentence; or empty
+
+    std::vector<std::string> words; ///< see helptexts.h; run in this order
+    std::string helpOn;             ///< the word that help is wanted on
+    bool help = false;
+    bool version = false;
+
     std::string channel;
     std::string extraJson;
     bool channelOnly = false;
     std::chrono::seconds timeout{60}; ///< how long to wait for each result
     std::chrono::seconds linger{1};   ///< how long to stay after a logout
+    bool json = false;
+    QrChoice qr = QrChoice::OnTerminals;
+    bool offline = false; ///< the doctor leaves the backend alone
 };
 
-/// Says how the program is used; shown for a command line that cannot be understood.
-extern const char* const kUsage;
-
-/// @return nothing when the command line cannot be understood.
-std::optional<Options> parseOptions(int argc, char** argv);
+Options parseOptions(int argc, char** argv);
 
 #endif

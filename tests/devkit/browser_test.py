@@ -45,7 +45,7 @@ class Game:
     def login(self):
         return subprocess.Popen(
             [os.path.join(self.folder, "vesk-console"), "login", "status", "--channel", "Ferno",
-             "--timeout", "40"], cwd=self.folder, stdin=subprocess.DEVNULL,
+             "--timeout", "40", "--json"], cwd=self.folder, stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
 
 

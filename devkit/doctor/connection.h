@@ -1,0 +1,41 @@
+#ifndef VESK_DEVKIT_DOCTOR_CONNECTION_H
+#define VESK_DEVKIT_DOCTOR_CONNECTION_H
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "certificate.h"
+
+namespace vesk::doctor {
+
+/// How far a request to the backend has come, and what was seen on the way.
+struct Connection {
+    enum class Step { Name, Connect, Secure, Answer, Done };
+
+    Step reached = Step::Done; ///< Done, or the step that has failed
+    bool proxyName = false;    ///< it was the proxy's name that is unknown
+    bool untrusted = false;    ///< the backend's certificate was refused
+    bool noTrust = false;      ///< cacert.pem cannot be read
+    int code = 0;              ///< libcurl's; the game sees it as thirdCode
+    std::string error;         ///< libcurl's words
+
+    std::string address; ///< the numeric one
+    long milliseconds = 0;
+    long status = 0;
+    std::string location;
+    std::vector<Certificate> certificates; ///< the backend's, its own first
+    std::optional<int64_t> backendTime;    ///< what the backend's clock says, Unix seconds
+    int64_t ownTime = 0;                   ///< what this computer's said then
+};
+
+/// Goes to the backend as the SDK does, with the same certificates, and asks for the head of its
+/// first page: nothing of the player or the game is sent.
+/// @param certificates the file of what is trusted.
+Connection tryConnection(const std::string& url, const std::filesystem::path& certificates);
+
+} // namespace vesk::doctor
+
+#endif

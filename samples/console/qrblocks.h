@@ -1,0 +1,14 @@
+#ifndef VESK_SAMPLES_CONSOLE_QRBLOCKS_H
+#define VESK_SAMPLES_CONSOLE_QRBLOCKS_H
+
+#include <string>
+
+#include "qrcode.h"
+
+/// The code for a terminal, in UTF-8: two rows of modules a line, with the quiet zone of four
+/// modules around it. Light modules are drawn, dark ones are the background.
+/// @param colours sets white and black, so that the code is right on any terminal. Without, it is
+///        right on a dark one and inverted on a light one, which most scanners also read.
+std::string qrBlocks(const QrModules& modules, bool colours);
+
+#endif

@@ -1,0 +1,136 @@
+#include <gmock/gmock.h>
+#include <rapidjson/document.h>
+#include <sstream>
+
+#include "console/codepicture.h"
+#include "console/doctortest.h"
+#include "console/programrun.h"
+#include "support/backendcontrol.h"
+
+namespace vesk::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+/// The console sample in a folder where logins succeed.
+class ConsoleTest : public DoctorTest {
+protected:
+    ConsoleTest() { setLine("VESK_SDK_KEY", "VESK_SDK_KEY = dev-key"); }
+
+    ProgramRun console(const std::string& arguments) const {
+        return runProgram(mFolder, "vesk-console", arguments);
+    }
+};
+
+std::vector<std::string> events(const std::string& text) {
+    std::vector<std::string> found;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        rapidjson::Document json;
+        json.Parse<rapidjson::kParseValidateEncodingFlag>(line.c_str());
+        found.emplace_back(json.HasParseError() ? "no JSON: " + line : json["event"].GetString());
+    }
+    return found;
+}
+
+TEST_F(ConsoleTest, WrongCommandLineIsExplainedInOneSentence) {
+    const struct {
+        const char* arguments;
+        const char* words;
+    } rows[] = {
+        {"", "no word"},
+        {"logni", "\"logni\" is neither a word nor an option"},
+        {"login", "login needs --channel"},
+        {"login --channel steam", "\"steam\" is no channel; there are KZ, Ferno and Steam"},
+        {"login --channel", "--channel needs a value"},
+        {"status --timeout soon", "not \"soon\""},
+        {"status --timeout 0", "from 1 on"},
+        {"doctor login --channel KZ", "doctor stands alone"},
+        {"status --offline", "--offline goes with doctor"},
+        {"status --json --qr", "exclude each other"},
+        {"help nix", "\"nix\" is no word"},
+    };
+    for (const auto& row : rows) {
+        const ProgramRun run = console(row.arguments);
+        EXPECT_EQ(run.status, 2) << row.arguments;
+        EXPECT_THAT(run.err, HasSubstr(row.words));
+        EXPECT_THAT(run.err, HasSubstr("See vesk-console --help"));
+        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+    }
+}
+
+TEST_F(ConsoleTest, HelpExplainsEachWordThatItNames) {
+    const std::string general = console("--help").out;
+    for (const char* word : {"login", "autologin", "status", "watch", "logout", "doctor", "help"}) {
+        EXPECT_THAT(general, HasSubstr("\n  " + std::string(word) + " "));
+        const ProgramRun run = console("help " + std::string(word));
+        EXPECT_EQ(run.status, 0);
+        EXPECT_THAT(run.out, HasSubstr("usage: vesk-console "));
+        EXPECT_THAT(run.out, HasSubstr(word));
+    }
+    EXPECT_THAT(console("--version").out, HasSubstr("VESKCore 5.0.000.0005"));
+}
+
+TEST_F(ConsoleTest, VisitAsJsonIsOneObjectALine) {
+    const ProgramRun run = console("login status logout --channel Ferno --json");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(events(run.err), ElementsAre("qrcode", "login", "status", "logout"));
+}
+
+TEST_F(ConsoleTest, VisitForAPersonShowsNoToken) {
+    const ProgramRun run = console("login status logout --channel Steam");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.err, HasSubstr("login: logged in by Steam, player \"Player "));
+    EXPECT_THAT(run.err, HasSubstr("status: held is the login by Steam"));
+    EXPECT_THAT(run.err, HasSubstr("logout: logged out"));
+    BackendControl backend(environment("VESK_TEST_CONTROL_URL"));
+    rapidjson::Document sent;
+    sent.Parse(backend.waitForRequest("auth/logout").body.c_str());
+    EXPECT_THAT(run.err, Not(HasSubstr(sent["token"].GetString())));
+    EXPECT_THAT(console("status").err, HasSubstr("status: no login is held"));
+}
+
+TEST_F(ConsoleTest, FailureSaysWhatTheBackendHasSaid) {
+    setLine("VESK_SDK_KEY", "VESK_SDK_KEY = another");
+    const ProgramRun run = console("login --channel Steam");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("login: failed with code 5"));
+    EXPECT_THAT(run.err, HasSubstr("4009"));
+}
+
+TEST_F(ConsoleTest, CodeIsDrawnWhenItIsAskedFor) {
+    const ProgramRun drawn = console("login --channel Ferno --qr");
+    const std::string marker = "its address: ";
+    const std::string rest = drawn.err.substr(drawn.err.find(marker) + marker.size());
+    const std::string address = rest.substr(0, rest.find_first_of("\r\n"));
+    if (fs::exists(mFolder / "VESKCore.dll")) {
+        EXPECT_THAT(drawn.err, HasSubstr("not drawn: "));
+        EXPECT_THAT(drawn.err, HasSubstr("Open the address in a browser"));
+    } else {
+        EXPECT_EQ(textOfPicture(drawn.err), address);
+    }
+    for (const char* quiet : {"", " --no-qr"}) {
+        const ProgramRun run = console("login --channel Ferno" + std::string(quiet));
+        EXPECT_THAT(run.err, HasSubstr(marker));
+        EXPECT_THAT(run.err, Not(HasSubstr("█")));
+    }
+}
+
+TEST_F(ConsoleTest, DoctorSaysTheSameAsTheProgramOfThatName) {
+    const ProgramRun word = console("doctor --offline");
+    const ProgramRun program = runProgram(mFolder, "vesk-doctor", "--offline");
+    EXPECT_EQ(word.status, 0) << word.err;
+    EXPECT_EQ(word.err, program.out);
+    fs::remove(mFolder / "cacert.pem");
+    EXPECT_EQ(runProgram(mFolder, "vesk-doctor", "--offline").status, 1);
+    const ProgramRun json = console("doctor --json");
+    EXPECT_EQ(json.status, 1);
+    EXPECT_GT(parseLines(json.err).size(), 20u);
+    EXPECT_EQ(events(json.err).back(), "sum");
+    EXPECT_EQ(runProgram(mFolder, "vesk-doctor", "--ofline").status, 2);
+}
+
+} // namespace
+} // namespace vesk::test

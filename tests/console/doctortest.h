@@ -1,0 +1,67 @@
+#ifndef VESK_TESTS_CONSOLE_DOCTORTEST_H
+#define VESK_TESTS_CONSOLE_DOCTORTEST_H
+
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/files.h"
+
+namespace vesk::test {
+
+namespace fs = std::filesystem;
+
+/// What the doctor has said.
+struct Diagnosis {
+    struct Line {
+        std::string check;
+        std::string verdict;
+        std::string found;
+        std::string remedy;
+    };
+
+    int status = -1;
+    std::string text;
+    std::vector<Line> lines; ///< without the sum
+};
+
+/// Parses the JSON lines of a doctor; a line that is none fails the test.
+std::vector<Diagnosis::Line> parseLines(const std::string& text);
+
+/// A way to spoil the folder, and words that the doctor has to say about it.
+struct Defect {
+    std::function<void()> spoil;
+    const char* verdict;
+    const char* check;
+    const char* found;
+    const char* remedy;
+};
+
+/// A game's folder without a fault, for the case's dev backend, and the doctor inside this process.
+class DoctorTest : public ::testing::Test {
+protected:
+    DoctorTest();
+
+    /// Puts back everything that a test may have spoiled.
+    void heal() const;
+    /// Replaces the key's line in VESKConfig.ini; an empty line removes it.
+    void setLine(const std::string& key, const std::string& line) const;
+    void write(const char* name, const std::string& bytes) const;
+    void copy(const char* from, const char* to) const;
+
+    Diagnosis diagnose(bool offline = true) const;
+    /// Spoils, lets the doctor look and heals, one defect after the other.
+    void expectEach(const std::vector<Defect>& defects, bool offline = true) const;
+
+    const fs::path mFolder = environment("VESK_TEST_FOLDER");
+    const std::string mUrl = environment("VESK_TEST_BACKEND_URL");
+
+private:
+    std::string mTrust;
+};
+
+} // namespace vesk::test
+
+#endif
