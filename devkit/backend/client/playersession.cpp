@@ -39,6 +39,34 @@ std::string registration(const std::string& channel, const std::string& preCode)
 
 } // namespace
 
+void PlayerSession::serve(const PlayerScript& script, const std::string& preCode,
+                          const Play& play) {
+    const auto qrCode = begin(script.channel, preCode);
+    if (!qrCode) {
+        play(script.noConsole);
+        return;
+    }
+    play(script.showCode + *qrCode);
+    // A confirmed player can still be kicked out, so only a failure counts before that.
+    bool isDecided = false;
+    auto word = next();
+    while (word) {
+        const std::string step = script.stepOf(*word);
+        if (!step.empty()) {
+            isDecided = isDecided || word->button != "scanned";
+            play(step);
+        }
+        if (word->over) {
+            break;
+        }
+        word = next();
+    }
+    if (!isDecided && !mStopped) {
+        play(script.consoleGone);
+    }
+    end();
+}
+
 std::optional<std::string> PlayerSession::begin(const std::string& channel,
                                                 const std::string& preCode) {
     const auto answer =

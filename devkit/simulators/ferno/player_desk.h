@@ -1,7 +1,6 @@
 #ifndef VESK_SIMULATORS_FERNO_PLAYER_DESK_H
 #define VESK_SIMULATORS_FERNO_PLAYER_DESK_H
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -16,16 +15,13 @@ namespace vesk::fernosim {
 class PlayerDesk {
 public:
     /// Takes steps as ferno_sim.ini has them. Called on the desk's thread.
-    using Play = std::function<void(const std::string& steps)>;
+    using Play = scanclient::PlayerSession::Play;
 
     PlayerDesk(const std::string& controlUrl, const std::string& preCode, Play play);
     /// Ends the session and the thread, within about a quarter of a second.
     ~PlayerDesk();
 
 private:
-    static void run(scanclient::PlayerSession& session, const std::string& preCode,
-                    const Play& play);
-
     scanclient::PlayerSession mSession;
     std::thread mThread;
 };

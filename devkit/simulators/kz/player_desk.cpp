@@ -48,35 +48,14 @@ DWORD WINAPI PlayerDesk::run(void* desk) {
 }
 
 void PlayerDesk::serve() {
-    const auto qrCode = mSession.begin("KZ", mPreCode);
-    if (!qrCode) {
-        logProblem("interactive: the dev backend does not answer");
-        play("0:result:1:6:1:no console");
-        return;
-    }
-    play("0:info:1:" + *qrCode);
-    bool isDecided = false;
-    auto word = mSession.next();
-    while (word) {
-        const std::string step = stepOf(*word);
-        if (!step.empty()) {
-            isDecided = isDecided || word->button != "scanned";
-            play(step);
+    const scanclient::PlayerScript script{"KZ", "0:info:1:", "0:result:1:6:1:no console",
+                                          "0:result:1:6:1:the console has gone", stepOf};
+    mSession.serve(script, mPreCode, [&](const std::string& steps) {
+        if (steps == script.noConsole) {
+            logProblem("interactive: the dev backend does not answer");
         }
-        if (word->over) {
-            break;
-        }
-        word = mSession.next();
-    }
-    if (!isDecided && !mSession.isStopped()) {
-        // Nobody can decide any more: the session has ended, or the backend.
-        play("0:result:1:6:1:the console has gone");
-    }
-    mSession.end();
-}
-
-void PlayerDesk::play(const std::string& steps) const {
-    mEvents->play(readSteps(Settings(), "interactive", steps));
+        mEvents->play(readSteps(Settings(), "interactive", steps));
+    });
 }
 
 } // namespace vesk::kzsim

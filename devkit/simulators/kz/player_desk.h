@@ -32,7 +32,6 @@ private:
 
     static DWORD WINAPI run(void* desk);
     void serve();
-    void play(const std::string& steps) const;
 
     scanclient::PlayerSession mSession;
     const std::string mPreCode;
