@@ -4,12 +4,17 @@ find_package(Threads REQUIRED)
 add_library(vesk_options INTERFACE)
 target_link_libraries(vesk_options INTERFACE Threads::Threads)
 if(MSVC)
-    target_compile_options(vesk_options INTERFACE /W4 /WX /utf-8)
+    target_compile_options(vesk_options INTERFACE /W4 /utf-8 /Zc:__cplusplus)
+    target_compile_definitions(vesk_options INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
 else()
     target_compile_options(vesk_options INTERFACE
-        -Wall -Wextra -Wpedantic -Werror -fvisibility=hidden -fvisibility-inlines-hidden
+        -Wall -Wextra -Wpedantic -fvisibility=hidden -fvisibility-inlines-hidden
         # Log lines know their source file; where it was built is nobody's business.
         "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+endif()
+
+if(VESK_WARNINGS_ARE_ERRORS)
+    target_compile_options(vesk_options INTERFACE $<IF:$<BOOL:${MSVC}>,/WX,-Werror>)
 endif()
 
 # Programs find the library beside themselves, so that they can be copied together.

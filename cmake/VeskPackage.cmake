@@ -13,7 +13,7 @@ install(TARGETS VESKCore EXPORT VESKCoreTargets
     ARCHIVE DESTINATION lib)
 install(DIRECTORY include/vesk DESTINATION include)
 if(WIN32)
-    install(FILES "${VESK_DEF_FILE}" DESTINATION lib)
+    install(FILES "${VESK_DEF_FILE}" ${VESK_MSVC_IMPORT_LIBRARY} DESTINATION lib)
 endif()
 install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
     DESTINATION ${beside_library})
@@ -25,4 +25,14 @@ write_basic_package_version_file(VESKCoreConfigVersion.cmake COMPATIBILITY SameM
 install(FILES
     "${PROJECT_BINARY_DIR}/VESKCoreConfig.cmake"
     "${PROJECT_BINARY_DIR}/VESKCoreConfigVersion.cmake"
+    cmake/VESKCoreCopyLibrary.cmake
+    cmake/VESKCoreCopyOnce.cmake
     DESTINATION ${package_dir})
+
+set(vesk_link_flag -lVESKCore)
+if(MINGW)
+    # A linker that is told -static would pass by this one and take VESKCore.lib.
+    set(vesk_link_flag -l:libVESKCore.dll.a)
+endif()
+configure_file(cmake/VESKCore.pc.in VESKCore.pc @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/VESKCore.pc" DESTINATION lib/pkgconfig)

@@ -1,0 +1,36 @@
+# What an archive of scripts/package holds besides the installed tree, and how CPack makes it. The
+# dev kit's programs and the samples add their own rules where they are built. None of this is part
+# of a plain `cmake --install`.
+set(archive COMPONENT archive EXCLUDE_FROM_ALL)
+
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION . ${archive})
+install(DIRECTORY docs DESTINATION . ${archive})
+install(DIRECTORY bindings/csharp DESTINATION bindings ${archive})
+# packaging/licences.sh writes them.
+install(DIRECTORY "${PROJECT_BINARY_DIR}/licences" DESTINATION . ${archive})
+
+if(VESK_BUILD_DEVKIT)
+    install(FILES packaging/devkit.md DESTINATION devkit RENAME README.md ${archive})
+    install(FILES devkit/backend/README.md DESTINATION devkit/backend ${archive})
+    install(DIRECTORY samples/console samples/config DESTINATION samples ${archive})
+    # A folder as a game has it: the program, the library and the files of both.
+    install(TARGETS vesk-console RUNTIME DESTINATION devkit/console ${archive})
+    install(TARGETS VESKCore
+        RUNTIME DESTINATION devkit/console ${archive}
+        LIBRARY DESTINATION devkit/console ${archive})
+    install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
+        DESTINATION devkit/console ${archive})
+endif()
+
+set(system linux)
+set(CPACK_GENERATOR TGZ)
+if(WIN32)
+    set(system windows)
+    set(CPACK_GENERATOR ZIP)
+endif()
+set(CPACK_PACKAGE_FILE_NAME "VESKCore-${PROJECT_VERSION}-${system}-x64")
+set(CPACK_INSTALL_CMAKE_PROJECTS
+    "${PROJECT_BINARY_DIR};VESKCore;ALL;/" "${PROJECT_BINARY_DIR};VESKCore;archive;/")
+set(CPACK_PACKAGING_INSTALL_PREFIX /)
+set(CPACK_STRIP_FILES ON)
+include(CPack)

@@ -1,0 +1,155 @@
+# shellcheck shell=bash disable=SC2016,SC2034,SC2154
+# One function, one case; tools.sh has what they are said with.
+
+everywhere=(
+    HoldsTheExpectedEntries HoldsTheLicences NamesNothingOfTheBuildingMachine PagesLinkToFilesInside
+    LibraryExportsAndImportsTheList FindPackageGivesARunningGame CopyLibraryKeepsAGamesConfig
+    OtherMajorVersionIsRefused PkgConfigLinksIt PlainFlagsLinkItFromC SampleBuildsAndLogsIn
+    ConsoleOfTheDevKitLogsIn
+)
+windows=(MsvcAbiLinksByFindPackage)
+once=(PageNamesTheOldestGlibc PortHasTheVersion PortConfiguresWithoutDevKit)
+
+HoldsTheExpectedEntries() {
+    local wanted="CHANGELOG.md CONTRIBUTING.md README.md bindings devkit docs include lib licences samples"
+    [[ "$platform" == linux ]] || wanted="${wanted/bindings/bin bindings}"
+    diff <(tr ' ' '\n' <<<"$wanted") <(LC_ALL=C ls "$package")
+    local libraries=(libVESKCore.so) programs=(vesk-devbackend vesk-doctor vesk-logread)
+    if [[ "$platform" == windows ]]; then
+        libraries=(libVESKCore.dll.a VESKCore.lib VESKCore.def)
+        programs=(vesk-doctor.exe vesk-logread.exe ../simulators/kz/KZOpenSDK.dll)
+    fi
+    (cd "$package/lib" && ls "${libraries[@]}" cmake/VESKCore pkgconfig/VESKCore.pc)
+    (cd "$package/devkit/bin" && ls "${programs[@]}" ../simulators/{steam/steam_api64,ferno/frlogin}.dll)
+}
+
+HoldsTheLicences() {
+    local name names=(curl rapidjson CLI11 cpp-httplib libqrencode LGPL-2.1)
+    [[ "$platform" == linux ]] || names+=(gcc-runtime GPL-3 mingw-w64-and-winpthreads)
+    for name in "${names[@]}"; do
+        [[ "$(wc -c <"$package/licences/$name.txt")" -gt 1000 ]] || complain "$name"
+    done
+}
+
+NamesNothingOfTheBuildingMachine() {
+    local path
+    for path in "$root" "$VESK_CACHE" "$HOME/" /tmp/; do
+        ! grep -raoF -- "$path" "$package" || complain "a file names $path"
+    done
+}
+
+PagesLinkToFilesInside() {
+    local page target count=0
+    while IFS=: read -r page target; do
+        [[ -e "$(dirname "$page")/$target" ]] || complain "$page links to $target"
+        count=$((count + 1))
+    done < <(grep -roE --include='*.md' '\]\([A-Za-z./_-]+(#[a-z-]+)?\)' "$package" |
+        sed -E 's/:\]\(([^)#]*).*/:\1/')
+    [[ "$count" -gt 10 ]] || complain "only $count links"
+}
+
+LibraryExportsAndImportsTheList() {
+    "$root/scripts/check-binary" "$platform" "$(ls "$package"/{bin,lib}/"$shared" 2>/dev/null)"
+}
+
+FindPackageGivesARunningGame() {
+    build "$tests/game" -DPAGES="$pages" "${compilers[@]}"
+    run build/game
+    expectAnswers
+    run build/c/game_c
+    expectAnswers "messages of a game"
+    expect "version: $version"
+}
+
+CopyLibraryKeepsAGamesConfig() {
+    cp -r "$tests/game" game
+    build game -DPAGES="$pages" "${compilers[@]}"
+    cmp build/VESKConfig.ini "$package"/*/VESKConfig.ini
+    echo '# mine' | tee build/VESKConfig.ini game/game.ini
+    rm build/VESKRetMsg.json
+    cmake --build build
+    grep -qx '# mine' build/VESKConfig.ini || complain "the game's own settings are gone"
+    cmp build/c/VESKConfig.ini game/game.ini
+    cmp build/VESKRetMsg.json "$package"/*/VESKRetMsg.json
+}
+
+OtherMajorVersionIsRefused() {
+    local other
+    for other in 4.0 6.0; do
+        sed "s/VESKCore 5/VESKCore $other/" "$tests/game/CMakeLists.txt" >CMakeLists.txt
+        ! cmake -B "build$other" -DCMAKE_PREFIX_PATH="$package" "${compilers[@]}" >out 2>&1
+        expect "requested version \"$other\""
+    done
+}
+
+PkgConfigLinksIt() {
+    local flags
+    export PKG_CONFIG_PATH="$package/lib/pkgconfig"
+    [[ "$(pkg-config --modversion VESKCore)" == "$version" ]] || complain "another version"
+    read -ra flags < <(pkg-config --cflags --libs VESKCore)
+    compile c++ -std=c++11 "$tests/game/main.cpp" "$pages/README.cpp" -o "game$suffix" \
+        "${flags[@]}" -Wl,-rpath,'$ORIGIN'
+    layFiles .
+    run game
+    expectAnswers
+}
+
+PlainFlagsLinkItFromC() {
+    compile cc -std=c11 "$tests/game/main.c" "$pages/c-interface.c" -o "game$suffix" \
+        -I"$package/include" -L"$package/lib" "$link" -Wl,-rpath,'$ORIGIN'
+    layFiles .
+    run game
+    expectAnswers
+}
+
+logInWithConsole() {
+    startBackend "$1"
+    run "$1/vesk-console" login status logout --channel Steam --json
+    expect '"held":true'
+    "$devkit/devkit/bin/vesk-logread" "$1/veskrecord.log" >out
+    expect steamid
+}
+
+SampleBuildsAndLogsIn() {
+    cp -r "$package/samples/console" sample
+    build sample "${compilers[@]}"
+    logInWithConsole build
+}
+
+ConsoleOfTheDevKitLogsIn() {
+    cp -r "$package/devkit/console" console
+    logInWithConsole console
+}
+
+MsvcAbiLinksByFindPackage() {
+    mkdir build
+    llvm-dlltool -m i386:x86-64 -d "$root/tests/cinterface/kernel32.def" -l build/kernel32.lib
+    build "$tests/msvc" -DSOURCES="$root/tests/cinterface" -DCMAKE_SYSTEM_NAME=Windows \
+        -DCMAKE_C_COMPILER=clang -DCMAKE_C_COMPILER_TARGET=x86_64-pc-windows-msvc \
+        -DCMAKE_TRY_COMPILE_TARGET_TYPE=STATIC_LIBRARY -DCMAKE_MSVC_RUNTIME_LIBRARY= \
+        -DCMAKE_C_STANDARD_LIBRARIES=
+    startBackend build
+    run build/visit
+    expect "logged in, looked, logged out"
+}
+
+PageNamesTheOldestGlibc() {
+    local needed
+    needed="$(objdump -T "$package/lib/$shared" | grep -oE '\bGLIBC_[0-9.]+' | sort -Vu | tail -n 1)"
+    grep -F "glibc ${needed#GLIBC_}," "$package/docs/compatibility.md"
+}
+
+PortHasTheVersion() {
+    [[ "$(jq -er .version "$root/packaging/vcpkg/vesk-core/vcpkg.json")" == "$version" ]] ||
+        complain "vcpkg.json has another version than the archive"
+}
+
+PortConfiguresWithoutDevKit() {
+    local options
+    mapfile -t options < <(grep -oE -- '-DVESK_[A-Z_]+=[A-Z]+' "$root/packaging/vcpkg/vesk-core/portfile.cmake")
+    [[ ${#options[@]} -gt 2 ]] || complain "the port passes no options"
+    cmake -S "$root" -B build -G Ninja "${options[@]}"
+    ninja -C build -t targets all >out
+    expect libVESKCore.so
+    ! grep -E 'devkit|samples|tests/' out
+}
