@@ -1,23 +1,29 @@
 #!/bin/sh
 # Runs one test case in a process and a folder of its own.
 #
-# usage: run-case.sh [--plain] [--launcher wine] [--backend PROGRAM] [--after PROGRAM]
+# usage: run-case.sh [--plain] [--copies] [--launcher wine] [--backend PROGRAM] [--after PROGRAM]
 #                    PROGRAM CASE [FILE[=NAME]]...
 #
 # PROGRAM is a GoogleTest program, CASE is Suite.Case. With --plain it is any other program: it finds
 # the SDK configured for the backend, has to end with 0 and to print CASE as a line. The FILEs lie
 # beside the program, under NAME when one is given. With --backend a dev backend runs over HTTPS for
 # the length of the case, and its cacert.pem lies there too. With --after another program gets the
-# folder of a case that has passed, and has to end with 0. The program finds in its environment
-# VESK_TEST_FOLDER, VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL. VESK_KEEP=1 keeps the folder,
-# VESK_CASE_SECONDS is how long the case may take.
+# folder of a case that has passed, and has to end with 0. With --copies the case may change or remove
+# its FILEs: Windows holds on to a library that another case runs, under whatever name. The program
+# finds in its environment VESK_TEST_FOLDER, VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL.
+# VESK_KEEP=1 keeps the folder, VESK_CASE_SECONDS is how long the case may take.
 set -eu
 
-launcher='' backend='' backend_pid='' plain='' after=''
+launcher='' backend='' backend_pid='' plain='' after='' copies=''
 while :; do
     case $1 in
         --plain)
             plain=1
+            shift
+            continue
+            ;;
+        --copies)
+            copies=1
             shift
             continue
             ;;
@@ -50,7 +56,7 @@ mkdir "$work/game" "$work/elsewhere"
 put() {
     mkdir -p "$(dirname "$2")"
     # Programs and libraries are large and never written to; anything else gets a copy of its own.
-    { [ -x "$1" ] && ln "$1" "$2" 2>/dev/null; } || cp "$1" "$2"
+    { [ -z "$copies" ] && [ -x "$1" ] && ln "$1" "$2" 2>/dev/null; } || cp "$1" "$2"
 }
 put "$program" "$work/game/$(basename "$program")"
 for file in "$@"; do
