@@ -10,6 +10,10 @@ struct FernoConsole : MessengerTest {
         script("interactive=" + console.url() + "\nopenid=fr-1\n");
     }
 
+    /// As a game does at its end. The component waits for the thread that serves the player then,
+    /// and at no other end of a login that has failed.
+    void TearDown() override { VESKLogin::UnInstall(); }
+
     /// Starts a login and waits until its code is at the console.
     Session showCode(size_t count = 1) {
         startLogin();
