@@ -4,14 +4,8 @@
 
 #include "expect.h"
 #include "foundation/ini/iniparser.h"
-#include "nolog.h"
 
 using vesk::fuzz::expect;
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    vesk::fuzz::logNothing();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string content(reinterpret_cast<const char*>(data), size);

@@ -8,7 +8,6 @@
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/json/veskjsonreader.h"
 #include "foundation/json/veskjsonwriter.h"
-#include "nolog.h"
 
 using namespace Braxel::VESK;
 using vesk::fuzz::expect;
@@ -69,11 +68,6 @@ void putInto(std::string text) {
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    vesk::fuzz::logNothing();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0) {

@@ -4,16 +4,10 @@
 
 #include "common/veskdefine.h"
 #include "expect.h"
-#include "nolog.h"
 #include "vesk/veskerror.h"
 
 using namespace Braxel::VESK;
 using vesk::fuzz::expect;
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    vesk::fuzz::logNothing();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0) {

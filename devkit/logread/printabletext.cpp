@@ -1,5 +1,7 @@
 #include "printabletext.h"
 
+#include "utf8.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -34,29 +36,6 @@ void appendByte(std::string& out, std::string_view text, size_t at) {
     out.append(escape);
 }
 
-/// How many bytes the UTF-8 character has that begins here; 0 when none does.
-size_t utf8Length(std::string_view text) {
-    const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned first = byte(0);
-    const size_t length = first < 0x80   ? 1
-                          : first < 0xC2 ? 0
-                          : first < 0xE0 ? 2
-                          : first < 0xF0 ? 3
-                                         : 4;
-    if (length == 0 || first > 0xF4 || length > text.size()) {
-        return 0;
-    }
-    for (size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80) {
-            return 0;
-        }
-    }
-    // Overlong forms, surrogates, and what lies beyond the last character.
-    const bool wrong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xED && byte(1) > 0x9F) ||
-                       (first == 0xF0 && byte(1) < 0x90) || (first == 0xF4 && byte(1) > 0x8F);
-    return wrong ? 0 : length;
-}
-
 } // namespace
 
 void appendPrintable(std::string& out, std::string_view text) {
@@ -80,7 +59,7 @@ void appendPrintable(std::string& out, std::string_view text) {
 void appendJsonText(std::string& out, std::string_view text) {
     out.push_back('"');
     while (!text.empty()) {
-        const size_t length = utf8Length(text);
+        const size_t length = vesk::text::utf8Length(text);
         const char c = text[0];
         if (length == 0) {
             out.append("\\ufffd");

@@ -4,13 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace vesk::test {
+#include "support/controlport.h"
 
-/// An answer of the control port.
-struct ControlAnswer {
-    long status = 0;
-    std::string body;
-};
+namespace vesk::test {
 
 /// A QR code as the control API lists it.
 struct Session {
@@ -49,9 +45,6 @@ public:
     const std::string& url() const { return mUrl; }
 
 private:
-    ControlAnswer call(const std::string& path, const std::string* body,
-                       const std::vector<std::string>& headers) const;
-
     std::string mUrl;
 };
 

@@ -1,27 +1,11 @@
-#include "devkit/consolecontrol.h"
-#include "flow/messengertest.h"
+#include "devkit/consoletest.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {
 namespace {
 
-struct FernoConsole : MessengerTest {
-    FernoConsole() : MessengerTest("Ferno", "ferno", "frlogin.dll") {
-        script("interactive=" + console.url() + "\nopenid=fr-1\n");
-    }
-
-    /// As a game does at its end. The component waits for the thread that serves the player then,
-    /// and at no other end of a login that has failed.
-    void TearDown() override { VESKLogin::UnInstall(); }
-
-    /// Starts a login and waits until its code is at the console.
-    Session showCode(size_t count = 1) {
-        startLogin();
-        observer.nextQrCode();
-        return console.waitForSession(count);
-    }
-
-    const ConsoleControl console{environment("VESK_TEST_CONTROL_URL")};
+struct FernoConsole : ConsoleTest {
+    FernoConsole() : ConsoleTest("Ferno", "ferno", "frlogin.dll") {}
 };
 
 TEST_F(FernoConsole, ConfirmedCodeLogsIn) {

@@ -1,21 +1,10 @@
-#include "devkit/consolecontrol.h"
-#include "flow/messengertest.h"
+#include "devkit/consoletest.h"
 
 namespace vesk::test {
 namespace {
 
-struct KZConsole : MessengerTest {
-    KZConsole() : MessengerTest("KZ", "kz", "KZOpenSDK.dll") {
-        script("interactive=" + console.url() + "\n");
-    }
-
-    Session showCode(size_t count = 1) {
-        startLogin();
-        observer.nextQrCode();
-        return console.waitForSession(count);
-    }
-
-    const ConsoleControl console{environment("VESK_TEST_CONTROL_URL")};
+struct KZConsole : ConsoleTest {
+    KZConsole() : ConsoleTest("KZ", "kz", "KZOpenSDK.dll") {}
 };
 
 TEST_F(KZConsole, ConfirmedCodeLogsIn) {

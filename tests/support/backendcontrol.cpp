@@ -1,23 +1,14 @@
 #include "backendcontrol.h"
 
-#include <curl/curl.h>
-#include <memory>
 #include <rapidjson/document.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 #include <stdexcept>
 
+#include "controlport.h"
 #include "waituntil.h"
 
 namespace vesk::test {
-namespace {
-
-size_t append(char* data, size_t size, size_t count, void* text) {
-    static_cast<std::string*>(text)->append(data, size * count);
-    return size * count;
-}
-
-} // namespace
 
 void BackendControl::next(const Answer& answer) {
     rapidjson::StringBuffer json;
@@ -66,19 +57,11 @@ Request BackendControl::waitForRequest(const std::string& path, size_t count) {
 }
 
 std::string BackendControl::call(const std::string& path, const std::string* postBody) {
-    std::string answer;
-    const std::unique_ptr<CURL, void (*)(CURL*)> curl(curl_easy_init(), curl_easy_cleanup);
-    curl_easy_setopt(curl.get(), CURLOPT_URL, (mUrl + path).c_str());
-    curl_easy_setopt(curl.get(), CURLOPT_WRITEFUNCTION, append);
-    curl_easy_setopt(curl.get(), CURLOPT_WRITEDATA, &answer);
-    curl_easy_setopt(curl.get(), CURLOPT_FAILONERROR, 1L);
-    if (postBody != nullptr) {
-        curl_easy_setopt(curl.get(), CURLOPT_POSTFIELDS, postBody->c_str());
+    const ControlAnswer answer = callControlPort(mUrl + path, postBody);
+    if (answer.status >= 400) {
+        throw std::runtime_error("the dev backend's control port refuses: " + answer.body);
     }
-    if (curl_easy_perform(curl.get()) != CURLE_OK) {
-        throw std::runtime_error("the dev backend's control port failed: " + path);
-    }
-    return answer;
+    return answer.body;
 }
 
 } // namespace vesk::test
