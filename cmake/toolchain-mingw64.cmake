@@ -6,7 +6,7 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# The libcurl that scripts/bootstrap has built, outside the build folder.
+# The libraries that scripts/bootstrap has built, outside the build folder.
 if(DEFINED ENV{VESK_CACHE})
     set(vesk_cache "$ENV{VESK_CACHE}")
 elseif(DEFINED ENV{XDG_CACHE_HOME})
@@ -16,7 +16,8 @@ else()
 endif()
 
 # Headers and libraries of the building machine stay out of sight.
-set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32 "${vesk_cache}/curl-windows")
+set(CMAKE_FIND_ROOT_PATH
+    /usr/x86_64-w64-mingw32 "${vesk_cache}/curl-windows" "${vesk_cache}/devkit-windows")
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -1,5 +1,6 @@
 #include "controlapi.h"
 
+#include "connection.h"
 #include "httpserver.h"
 #include "jsonanswer.h"
 #include "scriptedanswer.h"
@@ -46,6 +47,10 @@ void ControlApi::queueAnswer(const httplib::Request& request, const httplib::Con
     const std::string problem = parseScript(body, answer);
     if (!problem.empty()) {
         answerError(response, 400, problem);
+        return;
+    }
+    if (answer.action == Action::Reset && !Connection::canReset()) {
+        answerError(response, 400, "'reset' is not possible on Windows; 'hang' and 'cut' are");
         return;
     }
     response.set_content("{\"queued\":" + std::to_string(mScripts.push(answer)) + "}", kJsonType);

@@ -1,5 +1,5 @@
 /// @file
-/// Digests and random text, from OpenSSL.
+/// Digests and random text, from OpenSSL or, on Windows, the system (BCrypt).
 #ifndef VESK_DEVKIT_BACKEND_DIGEST_H
 #define VESK_DEVKIT_BACKEND_DIGEST_H
 
@@ -12,13 +12,13 @@ namespace vesk::backend {
 /// The bytes as lower-case hexadecimal digits.
 std::string toHex(std::string_view bytes);
 
-/// MD5 as 32 lower-case hexadecimal digits. Throws std::runtime_error when OpenSSL refuses.
+/// MD5 as 32 lower-case hexadecimal digits. Throws std::runtime_error when that refuses.
 std::string md5Hex(std::string_view data);
 
-/// SHA-256 as 64 lower-case hexadecimal digits. Throws std::runtime_error when OpenSSL refuses.
+/// SHA-256 as 64 lower-case hexadecimal digits. Throws std::runtime_error when that refuses.
 std::string sha256Hex(std::string_view data);
 
-/// Fresh random bytes as hexadecimal digits. Throws std::runtime_error when OpenSSL has none.
+/// Fresh random bytes as hexadecimal digits. Throws std::runtime_error when there are none.
 std::string randomHex(size_t byteCount);
 
 } // namespace vesk::backend

@@ -2,8 +2,6 @@
 
 #include "connection.h"
 
-#include <sys/socket.h>
-
 #include <chrono>
 #include <ctime>
 
@@ -41,9 +39,8 @@ HttpServer::HttpServer(std::unique_ptr<httplib::Server> server) : mServer(std::m
     });
     // The library's own options let two servers share a port without a word.
     mServer->set_socket_options([this](socket_t fd) {
-        const int on = 1;
-        ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
-        mListenFd = fd;
+        Connection::claimPort(static_cast<std::intptr_t>(fd));
+        mListener = fd;
     });
 }
 
@@ -58,7 +55,7 @@ bool HttpServer::bind(int port) {
         mPort = mServer->bind_to_port(kHost, port) ? port : -1;
     }
     // The library's backlog of 5 makes the clients of a burst wait a second for their retry.
-    return mPort > 0 && ::listen(mListenFd, kBacklog) == 0;
+    return mPort > 0 && ::listen(mListener, kBacklog) == 0;
 }
 
 void HttpServer::start() {

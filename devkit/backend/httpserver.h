@@ -42,7 +42,7 @@ private:
     std::unique_ptr<httplib::Server> mServer;
     std::thread mThread;
     std::atomic<bool> mEnded{false};
-    int mListenFd = -1;
+    socket_t mListener = INVALID_SOCKET;
     int mPort = 0;
 };
 

@@ -1,18 +1,16 @@
-#include "certificatemaker.h"
 #include "consolefeed.h"
 #include "consolepage.h"
 #include "controlapi.h"
 #include "endpoints.h"
+#include "endsignal.h"
 #include "httpserver.h"
 #include "options.h"
 #include "originguard.h"
 #include "sessionapi.h"
-
-#include <signal.h>
+#include "tlsserver.h"
 
 #include <cstdio>
 #include <exception>
-#include <fstream>
 #include <stdexcept>
 
 namespace {
@@ -21,38 +19,6 @@ using namespace vesk::backend;
 
 constexpr int kUsageError = 2;
 
-/// Blocked before any thread starts, so that only waitForEnd() sees them.
-sigset_t blockEndSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return signals;
-}
-
-void waitForEnd(const sigset_t& signals) {
-    int received = 0;
-    sigwait(&signals, &received);
-}
-
-std::unique_ptr<httplib::Server> makeTlsServer(const Options& options) {
-    const CertificateMaker certificates;
-    auto server = std::make_unique<httplib::SSLServer>(certificates.serverCertificate(),
-                                                       certificates.serverKey());
-    if (!server->is_valid()) {
-        throw std::runtime_error("the TLS server does not take its certificate");
-    }
-    if (!options.caOut.empty()) {
-        std::ofstream file(options.caOut, std::ios::binary | std::ios::trunc);
-        file << certificates.caPem() << std::flush;
-        if (!file) {
-            throw std::runtime_error("cannot write " + options.caOut);
-        }
-    }
-    return server;
-}
-
 void bindOrThrow(HttpServer& server, int port) {
     if (!server.bind(port)) {
         throw std::runtime_error("cannot listen on 127.0.0.1 port " + std::to_string(port));
@@ -60,7 +26,7 @@ void bindOrThrow(HttpServer& server, int port) {
 }
 
 void serve(const Options& options) {
-    const sigset_t signals = blockEndSignals();
+    EndSignal endSignal;
     const CheckSettings settings{options.gameId, options.key, options.maxSkew};
     ScriptStore scripts;
     Changes changes;
@@ -73,7 +39,7 @@ void serve(const Options& options) {
     SessionApi sessionApi(sessions, preCodes);
     ConsoleFeed feed(sessions, log, changes);
 
-    HttpServer backendServer(options.tls ? makeTlsServer(options)
+    HttpServer backendServer(options.tls ? makeTlsServer(options.caOut)
                                          : std::make_unique<httplib::Server>());
     HttpServer controlServer(std::make_unique<httplib::Server>());
     endpoints.install(backendServer.routes());
@@ -92,7 +58,7 @@ void serve(const Options& options) {
                 options.tls ? "https" : "http", backendServer.port(), controlServer.port());
     std::fflush(stdout);
 
-    waitForEnd(signals);
+    endSignal.wait();
     gate.close();
     sessions.close();
     changes.close();
@@ -112,6 +78,12 @@ int main(int argc, char** argv) {
     if (options.help) {
         std::fputs(usageText(), stdout);
         return 0;
+    }
+    if (options.tls && !hasTls()) {
+        std::fputs("vesk-devbackend: this build has no TLS, so leave out --tls and give the SDK "
+                   "VESK_URL = http://localhost:PORT\n",
+                   stderr);
+        return kUsageError;
     }
     try {
         serve(options);

@@ -17,7 +17,7 @@ HoldsTheExpectedEntries() {
     local libraries=(libVESKCore.so) programs=(vesk-devbackend vesk-doctor vesk-logread)
     if [[ "$platform" == windows ]]; then
         libraries=(libVESKCore.dll.a VESKCore.lib VESKCore.def)
-        programs=(vesk-doctor.exe vesk-logread.exe ../simulators/kz/KZOpenSDK.dll)
+        programs=(vesk-devbackend.exe vesk-doctor.exe vesk-logread.exe ../simulators/kz/KZOpenSDK.dll)
     fi
     (cd "$package/lib" && ls "${libraries[@]}" cmake/VESKCore pkgconfig/VESKCore.pc)
     (cd "$package/devkit/bin" && ls "${programs[@]}" ../simulators/{steam/steam_api64,ferno/frlogin}.dll)

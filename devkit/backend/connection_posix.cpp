@@ -56,6 +56,11 @@ std::optional<Connection> Connection::find(int localPort, int peerPort) {
     return std::nullopt;
 }
 
+void Connection::claimPort(std::intptr_t listener) {
+    const int on = 1;
+    ::setsockopt(static_cast<int>(listener), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+}
+
 void Connection::shutdownAll(int localPort) {
     for (const int fd : openFiles()) {
         if (portOf(fd, ::getsockname) == localPort && portOf(fd, ::getpeername) != 0) {
@@ -64,17 +69,21 @@ void Connection::shutdownAll(int localPort) {
     }
 }
 
+bool Connection::canReset() {
+    return true;
+}
+
 void Connection::reset() const {
     // Linux: dissolving the association of a connected socket sends a reset. Closing it would not
     // do, as the HTTP library still owns the descriptor.
     sockaddr none{};
     none.sa_family = AF_UNSPEC;
-    static_cast<void>(::connect(mFd, &none, sizeof(none)));
+    static_cast<void>(::connect(static_cast<int>(mSocket), &none, sizeof(none)));
 }
 
 bool Connection::peerGone() const {
     pollfd state{};
-    state.fd = mFd;
+    state.fd = static_cast<int>(mSocket);
     state.events = POLLRDHUP;
     return ::poll(&state, 1, 0) > 0;
 }

@@ -1,0 +1,22 @@
+/// @file
+/// The HTTPS server, where the build has one.
+#ifndef VESK_DEVKIT_BACKEND_TLSSERVER_H
+#define VESK_DEVKIT_BACKEND_TLSSERVER_H
+
+#include "httplib.h"
+
+#include <memory>
+#include <string>
+
+namespace vesk::backend {
+
+/// Whether this build has TLS; that for Windows has none.
+bool hasTls();
+
+/// A server with a fresh certificate, whose CA goes to the file `caOut` unless that is empty.
+/// Throws std::runtime_error when that fails, or the build has no TLS.
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string& caOut);
+
+} // namespace vesk::backend
+
+#endif // VESK_DEVKIT_BACKEND_TLSSERVER_H

@@ -1,0 +1,15 @@
+#include "tlsserver.h"
+
+#include <stdexcept>
+
+namespace vesk::backend {
+
+bool hasTls() {
+    return false;
+}
+
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string&) {
+    throw std::runtime_error("this build has no TLS");
+}
+
+} // namespace vesk::backend
