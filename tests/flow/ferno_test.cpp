@@ -192,7 +192,7 @@ TEST_F(Ferno, UnInstallInsideACallbackLetsItReturnFirst) {
     static ActingObserver& acting = *new ActingObserver;
     acting.onQrCode = [](const VESKQrCodeRet&) { VESKLogin::UnInstall(); };
     VESKLogin::SetLoginObserver(&acting);
-    script("on_qrcode=10:qr:u,10:success");
+    script("linger_ms=700\non_qrcode=10:qr:u,10:success");
     VESKLogin::Login("Ferno", "", "", "");
     waitForLogLine("UnInstall vesk dll");
     waitUntil("the callback to return",

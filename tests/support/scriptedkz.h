@@ -74,6 +74,7 @@ struct ScriptedKZ : Braxel::VESK::KZComponent {
         script.callback = nullptr;
         return true;
     }
+    void StayLoaded() override {}
     std::string GetGenerateSerialNumber() override { return "SN-1"; }
     bool LoginByQRCode(const std::string& preCode) override {
         script.calls.push_back("LoginByQRCode " + preCode);

@@ -134,6 +134,7 @@ void Component::send(const CallbackTable& table, const std::string& event) {
     } else if (name == "exception") {
         table.stateException();
     }
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(setting("linger_ms", "0"))));
     writeDown("{\"callback\":\"" + name + "\"}");
 }
 

@@ -5,7 +5,6 @@
 
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
-#include "platformimpl/foundation/os/deferredrelease.h"
 #include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskferno/veskfrcallbacks.h"
 
@@ -101,6 +100,7 @@ void VESKFRWrapper::UnInitializeOpenSDK() {
 }
 
 void VESKFRWrapper::ReleaseLibrary() {
+    const bool busy = VESKFRCallbacks::Active() != 0;
     os::DynamicLibrary library;
     FrCallbackTable* table = nullptr;
     {
@@ -108,12 +108,13 @@ void VESKFRWrapper::ReleaseLibrary() {
         const std::lock_guard<os::Mutex> lock(mMutex);
         std::swap(library, mLibrary);
         std::swap(table, mCallbacks);
+        if (busy) {
+            mLeftBehind.push_back(table);
+            return;
+        }
     }
-    os::ReleaseWhenIdle([] { return VESKFRCallbacks::Active() == 0; },
-                        [library, table]() mutable {
-                            library.Close();
-                            std::free(table);
-                        });
+    library.Close();
+    std::free(table);
 }
 
 void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <string>
+#include <vector>
 
 #include "common/vesksingleton.h"
 #include "platformimpl/foundation/os/dynamiclibrary.h"
@@ -22,7 +23,8 @@ public:
     /// @return false when it cannot be loaded, and when it is initialised already.
     bool InitializeOpenSDK();
 
-    /// Unloads the library, at once or as soon as no callback of it is on a stack any more.
+    /// Unloads the library. It stays loaded when a callback of it is on a stack: nobody can tell
+    /// how long its thread stays in the library's code after the callback.
     void UnInitializeOpenSDK();
 
     /// Who hears the answers; not owned.
@@ -44,6 +46,7 @@ private:
     os::Mutex mMutex; // guards the library and the table that it has
     os::DynamicLibrary mLibrary;
     FrCallbackTable* mCallbacks = nullptr;
+    std::vector<FrCallbackTable*> mLeftBehind; // of libraries that have stayed loaded
     std::atomic<bool> mInitialised{false};
     std::atomic<VESKChannelNotify*> mNotify{nullptr};
 };

@@ -22,7 +22,7 @@ protected:
 
 /// The KZ messenger's desktop component as the wrapper sees it. Requests answer whether the
 /// component took them; what comes of it arrives as an event. Destroying the object unloads the
-/// component, so no code of it may be on a stack then.
+/// component unless it is to stay, so no code of it may be on a stack then.
 class KZComponent {
 public:
     virtual ~KZComponent() = default;
@@ -38,6 +38,9 @@ public:
 
     /// Ends the component's work and cuts the callback off: later events reach nobody.
     virtual bool ShutDown() = 0;
+
+    /// From now on the component's file stays loaded until the process ends.
+    virtual void StayLoaded() = 0;
 
     /// The serial number; empty on a failure.
     virtual std::string GetGenerateSerialNumber() = 0;

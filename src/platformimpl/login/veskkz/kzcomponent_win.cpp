@@ -71,6 +71,8 @@ public:
         return SUCCEEDED(result);
     }
 
+    void StayLoaded() override { mModule = nullptr; }
+
     std::string GetGenerateSerialNumber() override {
         ComPtr<IKZProperties> answer;
         if (FAILED(mObject->GetGenerateSerialNumber(answer.Receive())) || !answer) {

@@ -74,6 +74,10 @@ bool VESKKZWrapper::Publish(const std::shared_ptr<KZComponent>& component, unsig
 }
 
 void VESKKZWrapper::Release(std::shared_ptr<KZComponent> component) {
+    // Nobody can tell how long the event's thread stays in the component's code after the event.
+    if (mActiveEvents != 0) {
+        component->StayLoaded();
+    }
     os::ReleaseWhenIdle([this] { return mActiveEvents == 0; },
                         [component = std::move(component)]() mutable { component.reset(); });
 }
