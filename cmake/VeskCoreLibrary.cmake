@@ -10,6 +10,18 @@ target_compile_definitions(vesk_objects PUBLIC VESK_BUILDING_LIBRARY)
 target_link_libraries(vesk_objects PUBLIC
     vesk_options CURL::libcurl vesk_rapidjson ${CMAKE_DL_LIBS})
 set_target_properties(vesk_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
+if(NOT MSVC)
+    # No format string may come from data.
+    target_compile_options(vesk_objects PRIVATE -Wformat=2)
+endif()
+# A stray write ends the process instead of being used.
+if(MSVC)
+    target_compile_options(vesk_objects PRIVATE /guard:cf)
+elseif(NOT MINGW AND NOT VESK_SANITIZE)
+    # MinGW-w64's stack protector asks Windows for a random number while the loader holds its lock.
+    target_compile_options(vesk_objects PRIVATE -fstack-protector-strong
+        -U_FORTIFY_SOURCE $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+endif()
 if(WIN32)
     target_link_libraries(vesk_objects PUBLIC ole32 oleaut32 uuid)
 else()
@@ -42,10 +54,13 @@ if(WIN32)
     file(CONFIGURE OUTPUT VESKCore.def
         CONTENT "LIBRARY VESKCore.dll\nEXPORTS\n    ${names}\n" @ONLY)
     set(VESK_DEF_FILE "${CMAKE_CURRENT_BINARY_DIR}/VESKCore.def" PARENT_SCOPE)
-    if(MINGW)
+    if(MSVC)
+        target_link_options(VESKCore PRIVATE /guard:cf /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT)
+    elseif(MINGW)
         # Nothing may be needed beside the DLL but Windows itself; and of the static libraries
         # inside, nothing may be exported.
-        target_link_options(VESKCore PRIVATE -static -Wl,--exclude-all-symbols)
+        target_link_options(VESKCore PRIVATE -static -Wl,--exclude-all-symbols
+            -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
     endif()
 else()
     set(map "${PROJECT_SOURCE_DIR}/cmake/VESKCore.map")
@@ -57,7 +72,8 @@ else()
     file(CONFIGURE OUTPUT VESKCore.map CONTENT "${text}" @ONLY)
     # nodelete: detached threads of the library may still run when a game closes it.
     target_link_options(VESKCore PRIVATE
-        "-Wl,--version-script=${vesk_exports}" -Wl,-z,nodelete -Wl,-z,relro -Wl,-z,now)
+        "-Wl,--version-script=${vesk_exports}" -Wl,-z,nodelete -Wl,-z,relro -Wl,-z,now
+        -Wl,-z,noexecstack)
     set_target_properties(VESKCore PROPERTIES LINK_DEPENDS "${vesk_exports}")
     if(NOT VESK_SANITIZE)
         # A sanitizer's runtime is in the program, not in the library.

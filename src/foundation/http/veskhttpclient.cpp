@@ -19,6 +19,10 @@ namespace {
 
 constexpr uint32_t kDefaultTimeoutSeconds = 15;
 
+/// Of a body, and of the headers. No answer of the backend comes near; a server that never stops
+/// sending must not eat the game's memory.
+constexpr size_t kMaxAnswerBytes = size_t{4} << 20;
+
 struct HandleDeleter {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
 };
@@ -136,11 +140,13 @@ void VESKHTTPClient::CreateRequestThreadCallBack(void* context) {
 size_t VESKHTTPClient::Receive(std::string& buffer, const char* data, size_t length) {
     try {
         const std::lock_guard<os::Mutex> lock(mMutex);
-        buffer.append(data, length);
-        return length;
-    } catch (...) {
-        return 0; // libcurl ends the transfer with a write error.
+        if (length <= kMaxAnswerBytes - buffer.size()) {
+            buffer.append(data, length);
+            return length;
+        }
+    } catch (...) { // NOLINT(bugprone-empty-catch): reported below
     }
+    return 0; // libcurl ends the transfer with a write error.
 }
 
 size_t VESKHTTPClient::OnBody(char* data, size_t size, size_t count, void* context) {

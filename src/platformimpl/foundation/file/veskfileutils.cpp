@@ -5,6 +5,7 @@
 
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/vesklibrarydirectory.h"
+#include "platformimpl/foundation/os/file.h"
 
 namespace Braxel {
 namespace VESK {
@@ -18,7 +19,7 @@ using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
 
 FilePtr Open(const std::string& directory, const std::string& path, const char* mode) {
     // Without a directory the name alone would lie in the working directory.
-    return FilePtr(directory.empty() ? nullptr : std::fopen(path.c_str(), mode));
+    return FilePtr(directory.empty() ? nullptr : os::OpenPlainFile(path, mode));
 }
 
 std::string ReadAll(std::FILE* file) {

@@ -18,9 +18,33 @@ int32_t FileSize(const std::string& path) {
     return static_cast<int32_t>(status.st_size);
 }
 
+namespace {
+
+// What the files hold is secret: the log and the login cache have tokens in them.
+constexpr mode_t kUserOnly = 0600;
+
+} // namespace
+
+std::FILE* OpenPlainFile(const std::string& path, const char* mode) {
+    const int access = *mode == 'w' ? O_WRONLY | O_CREAT | O_TRUNC : O_RDONLY;
+    const int file = open(path.c_str(), access | O_NONBLOCK | O_CLOEXEC, kUserOnly);
+    if (file < 0) {
+        return nullptr;
+    }
+    struct stat status = {};
+    std::FILE* stream = nullptr;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+        stream = fdopen(file, mode);
+    }
+    if (stream == nullptr) {
+        close(file);
+    }
+    return stream;
+}
+
 bool AppendLine(const std::string& path, const std::string& line) {
     const int file =
-        open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_CLOEXEC, 0666);
+        open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_CLOEXEC, kUserOnly);
     if (file < 0) {
         return false;
     }

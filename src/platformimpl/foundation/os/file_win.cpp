@@ -16,6 +16,10 @@ int32_t FileSize(const std::string& path) {
     return static_cast<int32_t>(status.st_size);
 }
 
+std::FILE* OpenPlainFile(const std::string& path, const char* mode) {
+    return std::fopen(path.c_str(), mode); // which fails for folders
+}
+
 bool AppendLine(const std::string& path, const std::string& line) {
     const int file = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_APPEND | _O_TEXT | _O_NOINHERIT,
                            _S_IREAD | _S_IWRITE);
