@@ -79,7 +79,9 @@ void VESKLogger::AppendLine(int level, const char* fileName, const char* methodN
                             const char* format, va_list arguments) {
     // Zeroed, because a failing format call leaves what it wrote so far without an end.
     char message[kMessageBufferSize] = {};
-    std::vsnprintf(message, sizeof message, TextOrEmpty(format), arguments);
+    if (format != nullptr) {
+        std::vsnprintf(message, sizeof message, format, arguments);
+    }
 
     const std::string stamp = TimeStamp();
     std::string text = "VESK [W.";

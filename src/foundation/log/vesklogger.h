@@ -55,7 +55,7 @@ private:
     VESKLogger();
 
     void AppendLine(int level, const char* fileName, const char* methodName, int line,
-                    const char* format, va_list arguments);
+                    const char* format, va_list arguments) VESK_PRINTF_FORMAT(6, 0);
 
     std::string mPath;
     os::Mutex mMutex;
