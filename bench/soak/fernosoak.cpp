@@ -53,12 +53,13 @@ void FernoSoak::stay(std::chrono::steady_clock::time_point end) {
     if (!visit("")) {
         return;
     }
+    std::string token;
     for (int i = 0; i < 2 && std::chrono::steady_clock::now() + kLook < end; ++i) {
-        const std::string token = "token-" + std::to_string(++mTokens);
+        token = "token-" + std::to_string(++mTokens);
         mComponent.script("ctt_timeout=" + std::to_string(kLifetime) + "\nctt=" + token + "\n");
         waitForToken(token, std::chrono::steady_clock::now() + kLook + seconds(40));
     }
-    logout();
+    logout(token);
     const std::string none;
     test::callControlPort(test::environment("VESK_TEST_CONTROL_URL") + "/clear", &none);
 }

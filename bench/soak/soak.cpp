@@ -15,14 +15,16 @@ VESKLoginRet Soak::login(const char* channel) {
     return ret;
 }
 
-void Soak::logout() {
+void Soak::logout(const std::string& token) {
     const long before = observer.bases();
     VESKLogin::Logout("", "", false);
     ledger.add("logouts asked for");
     ledger.expect(observer.waitForBase(before + 1).retCode == VESKError::SUCCESS,
                   "a logout succeeds");
-    ledger.expect(backend.waitForRequest("auth/logout").verdict == "ok",
-                  "the backend takes a logout");
+    const test::Request request = backend.waitForRequest("auth/logout");
+    ledger.expect(token.empty() ? request.verdict == "ok"
+                                : request.body.find('"' + token + '"') != std::string::npos,
+                  "the backend is told of a logout: " + request.verdict + ", " + request.body);
     VESKLoginRet held;
     ledger.expect(!VESKLogin::GetLoginRet(held), "nothing is held after a logout");
     ledger.expect(observer.bases() == before + 1, "a logout has one result");

@@ -31,7 +31,9 @@ protected:
     Braxel::VESK::VESKLoginRet login(const char* channel);
 
     /// Logs out; the game is told, the backend is told, and nothing is held afterwards.
-    void logout();
+    /// @param token what the backend is told when a refresh has put the messenger's token in its
+    ///        place, which the backend does not know
+    void logout(const std::string& token = "");
 
     const test::GameFolder game;
     test::BackendControl backend{test::environment("VESK_TEST_CONTROL_URL")};

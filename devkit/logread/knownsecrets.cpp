@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "digit.h"
+
 namespace vesk::logread {
 
 namespace {
@@ -14,10 +16,6 @@ constexpr auto kDashesOfSequenceId = 7;
 bool isWordCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
            c == '_';
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
 }
 
 /// Calls take(word) and pass(what stands between words) in their order.
@@ -40,7 +38,7 @@ void KnownSecrets::learn(std::string_view secret) {
     const auto take = [this](std::string_view word) {
         // A word without a digit may be a word of the language.
         if (word.size() >= kShortestWord && mWords.size() < kMostWords &&
-            std::any_of(word.begin(), word.end(), isDigit) &&
+            std::any_of(word.begin(), word.end(), text::isDigit) &&
             std::count(word.begin(), word.end(), '-') != kDashesOfSequenceId) {
             mWords.emplace(word);
         }

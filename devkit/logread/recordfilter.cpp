@@ -1,20 +1,19 @@
 #include "recordfilter.h"
 
+#include "digit.h"
+
 namespace vesk::logread {
 
 namespace {
 
 constexpr std::string_view kLevels = "DIWE";
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// Ids end in a counter: "...-1" is not in "...-12".
 bool holdsId(std::string_view text, std::string_view id) {
     for (size_t at = text.find(id); at != std::string_view::npos; at = text.find(id, at + 1)) {
         const size_t end = at + id.size();
-        if ((at == 0 || !isDigit(text[at - 1])) && (end == text.size() || !isDigit(text[end]))) {
+        if ((at == 0 || !text::isDigit(text[at - 1])) &&
+            (end == text.size() || !text::isDigit(text[end]))) {
             return true;
         }
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "digit.h"
+
 namespace vesk::logread {
 
 namespace {
@@ -12,10 +14,6 @@ constexpr std::string_view kPrefix = "jEoK\x1c[k."; // "VESK [W." scrambled
 constexpr size_t kStartLength = 12;
 // Twice the longest message with its header: in text mode each byte may have got a second one.
 constexpr size_t kLongestRecord = 2 * (0xA000 + 1024);
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 bool endsWith(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
@@ -33,7 +31,7 @@ size_t RecordSplitter::findStart(size_t from) const {
             return std::string::npos;
         }
         if (mBuffer[at + 9] == ']' && mBuffer[at + 10] == ('[' ^ 0x3C) &&
-            isDigit(mBuffer[at + 11])) {
+            text::isDigit(mBuffer[at + 11])) {
             return at;
         }
     }

@@ -9,7 +9,7 @@ namespace {
 
 constexpr long kLongestWait = 86400;
 
-std::string quoted(const std::string& text) {
+std::string inQuotes(const std::string& text) {
     return '"' + text + '"';
 }
 
@@ -24,7 +24,7 @@ std::chrono::seconds seconds(Options& options, const std::string& name, const st
     const long value = std::strtol(text.c_str(), &end, 10);
     if (text.empty() || *end != '\0' || value < least || value > kLongestWait) {
         options.complaint = name + " needs a number of seconds from " + std::to_string(least) +
-                            " on, not " + quoted(text);
+                            " on, not " + inQuotes(text);
     }
     return std::chrono::seconds(value);
 }
@@ -61,7 +61,7 @@ void setValue(Options& options, const std::string& name, const std::string& valu
         // The SDK never answers a login through a channel that it does not know.
         if (value != "KZ" && value != "Ferno" && value != "Steam") {
             options.complaint =
-                quoted(value) + " is no channel; there are KZ, Ferno and Steam, exactly so";
+                inQuotes(value) + " is no channel; there are KZ, Ferno and Steam, exactly so";
         }
     } else if (name == "--extra-json") {
         options.extraJson = value;
@@ -102,7 +102,7 @@ Options parseOptions(int argc, char** argv) {
         options.help = true;
         options.helpOn = arguments.size() > 1 ? arguments[1] : "";
         if (!options.helpOn.empty() && findWord(options.helpOn) == nullptr) {
-            options.complaint = quoted(options.helpOn) + " is no word of this program";
+            options.complaint = inQuotes(options.helpOn) + " is no word of this program";
         }
         return options;
     }
@@ -117,7 +117,7 @@ Options parseOptions(int argc, char** argv) {
                 setValue(options, argument, arguments[++i]);
             }
         } else if (!isFlag(options, argument)) {
-            options.complaint = quoted(argument) + " is neither a word nor an option";
+            options.complaint = inQuotes(argument) + " is neither a word nor an option";
         }
     }
     if (options.complaint.empty() && !options.help && !options.version) {

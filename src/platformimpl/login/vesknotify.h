@@ -26,6 +26,15 @@ struct LoginNotifyRecord {
     int64_t tokenExpire = 0; ///< Unix seconds
 };
 
+/// What a component answers when it has failed.
+inline LoginNotifyRecord NotifyFailure(const char* channel, const std::string& message) {
+    LoginNotifyRecord record;
+    record.status = kNotifyFailure;
+    record.message = message;
+    record.channel = channel;
+    return record;
+}
+
 /// What a messenger's wrapper tells its channel. Calls come on the component's own threads.
 class VESKChannelNotify {
 public:

@@ -29,14 +29,6 @@ std::string WithCodes(const char* message, uint32_t errType, int32_t errCode) {
            " Error code:" + std::to_string(errCode);
 }
 
-LoginNotifyRecord Failure(const std::string& message) {
-    LoginNotifyRecord record;
-    record.status = kNotifyFailure;
-    record.message = message;
-    record.channel = "Ferno";
-    return record;
-}
-
 LoginNotifyRecord Success(const char* message, const std::string& openid, const std::string& token,
                           uint32_t tokenTimeout) {
     LoginNotifyRecord record;
@@ -93,7 +85,7 @@ void VESKFRCallbacks::qrcode_resp(uint32_t errType, int32_t errCode, const char*
         if (errType != 0) {
             const std::string message = WithCodes("Ferno get qrcode failed!", errType, errCode);
             VESK_LOG_ERROR("VESKFRWrapper::qrcode_resp", "%s", message.c_str());
-            notify.OnInnerLoginNotify(Failure(message));
+            notify.OnInnerLoginNotify(NotifyFailure("Ferno", message));
             return;
         }
         QrNotifyRecord record;
@@ -123,7 +115,7 @@ void VESKFRCallbacks::login_resp(uint32_t errType, int32_t errCode, const char* 
         if (errType != 0) {
             const std::string message = WithCodes("Ferno login failed!", errType, errCode);
             VESK_LOG_ERROR("VESKFRWrapper::login_resp", "%s", message.c_str());
-            notify.OnInnerLoginNotify(Failure(message));
+            notify.OnInnerLoginNotify(NotifyFailure("Ferno", message));
             return;
         }
         const std::string token = Text(ctt, cttLength);
@@ -149,7 +141,7 @@ void VESKFRCallbacks::client_tmp_token_resp(uint32_t errType, int32_t errCode, c
             const std::string message =
                 WithCodes("Get Ferno login record failed!", errType, errCode);
             VESK_LOG_ERROR("VESKFRWrapper::client_tmp_token_resp", "%s", message.c_str());
-            notify.OnInnerGetLoginRecordNotify(Failure(message));
+            notify.OnInnerGetLoginRecordNotify(NotifyFailure("Ferno", message));
             return;
         }
         const std::string token = Text(ctt, cttLength);
@@ -169,7 +161,7 @@ void VESKFRCallbacks::on_kickout(int32_t errCode) {
         const std::string message =
             "Account had been kicked out! Error code:" + std::to_string(errCode);
         VESK_LOG_ERROR("VESKFRWrapper::on_kickout", "%s", message.c_str());
-        notify.OnInnerLoginNotify(Failure(message));
+        notify.OnInnerLoginNotify(NotifyFailure("Ferno", message));
     });
 }
 
@@ -177,7 +169,7 @@ void VESKFRCallbacks::on_user_state_exception() {
     Guarded([&](VESKChannelNotify& notify) {
         const std::string message = "Account state exception, need to login again";
         VESK_LOG_ERROR("VESKFRWrapper::on_user_state_exception", "%s", message.c_str());
-        notify.OnInnerLoginNotify(Failure(message));
+        notify.OnInnerLoginNotify(NotifyFailure("Ferno", message));
     });
 }
 

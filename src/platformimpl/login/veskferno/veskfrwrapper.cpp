@@ -13,15 +13,7 @@ namespace VESK {
 
 namespace {
 
-constexpr const char* kLibraryName = "frlogin.dll";
-
-LoginNotifyRecord Failure(const char* message, int result) {
-    LoginNotifyRecord record;
-    record.status = kNotifyFailure;
-    record.message = message + std::to_string(result);
-    record.channel = "Ferno";
-    return record;
-}
+constexpr const char* kFernoFile = "frlogin.dll";
 
 } // namespace
 
@@ -36,7 +28,7 @@ bool VESKFRWrapper::InitializeOpenSDK() {
         return false;
     }
     const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
-    const std::string path = directory + kLibraryName;
+    const std::string path = directory + kFernoFile;
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Init OpenSDK from path:%s", path.c_str());
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Start load FROpenSDK from path:%s",
                   path.c_str());
@@ -136,7 +128,8 @@ void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,
     VESK_LOG_INFO("VESKFRWrapper::Login", "Do \"frlogin_req_qrcode\" done, ret:%d", result);
     if (result != 0) {
         LoginNotifyRecord record =
-            Failure("Get Ferno qrcode failed! Call \"frlogin_req_qrcode\" result:", result);
+            NotifyFailure("Ferno", "Get Ferno qrcode failed! Call \"frlogin_req_qrcode\" result:" +
+                                       std::to_string(result));
         VESK_LOG_ERROR("VESKFRWrapper::Login", "%s", record.message.c_str());
         VESKChannelNotify* notify = mNotify;
         if (notify != nullptr) {
@@ -163,8 +156,10 @@ void VESKFRWrapper::GetLoginRecord() {
     VESK_LOG_INFO("VESKFRWrapper::GetLoginRecord",
                   "Do \"frlogin_req_client_tmp_token\" done, ret:%d", result);
     if (result != 0) {
-        LoginNotifyRecord record = Failure(
-            "Get Ferno login record failed! Call \"frlogin_req_client_tmp_token\" result:", result);
+        LoginNotifyRecord record = NotifyFailure(
+            "Ferno",
+            "Get Ferno login record failed! Call \"frlogin_req_client_tmp_token\" result:" +
+                std::to_string(result));
         VESK_LOG_ERROR("VESKFRWrapper::GetLoginRecord", "%s", record.message.c_str());
         VESKChannelNotify* notify = mNotify;
         if (notify != nullptr) {

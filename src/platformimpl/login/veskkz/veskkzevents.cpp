@@ -46,14 +46,6 @@ public:
     }
 };
 
-LoginNotifyRecord Failure(const std::string& message) {
-    LoginNotifyRecord record;
-    record.status = kNotifyFailure;
-    record.message = message;
-    record.channel = "KZ";
-    return record;
-}
-
 /// The login that an event carries.
 LoginNotifyRecord Success(const KZResult& result, const char* message) {
     LoginNotifyRecord record;
@@ -267,13 +259,13 @@ void VESKKZEvents::ReportLogin(const KZResult& result) {
 
 void VESKKZEvents::ReportLoginFailure(const std::string& message) {
     if (mNotify != nullptr) {
-        mNotify->OnInnerLoginNotify(Failure(message));
+        mNotify->OnInnerLoginNotify(NotifyFailure("KZ", message));
     }
 }
 
 void VESKKZEvents::ReportLoginRecordFailure(const std::string& message) {
     if (mNotify != nullptr) {
-        mNotify->OnInnerGetLoginRecordNotify(Failure(message));
+        mNotify->OnInnerGetLoginRecordNotify(NotifyFailure("KZ", message));
     }
 }
 

@@ -12,7 +12,7 @@ namespace VESK {
 
 namespace {
 
-constexpr const char* kLibraryName = "KZOpenSDK.dll";
+constexpr const char* kKZFile = "KZOpenSDK.dll";
 } // namespace
 
 std::shared_ptr<KZComponent> VESKKZWrapper::Component() {
@@ -27,7 +27,7 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
         return false;
     }
     const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
-    const std::string path = directory + kLibraryName;
+    const std::string path = directory + kKZFile;
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK from path:%s", path.c_str());
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Start load KZOpenSDK from path:%s",
                   path.c_str());

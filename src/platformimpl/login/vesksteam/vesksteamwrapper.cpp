@@ -12,7 +12,7 @@ namespace VESK {
 
 namespace {
 
-constexpr const char* kLibraryName = "steam_api64.dll";
+constexpr const char* kSteamFile = "steam_api64.dll";
 constexpr int32_t kTicketBufferSize = 1024;
 
 using BoolFunction = bool (*)();
@@ -43,17 +43,17 @@ os::DynamicLibrary VESKSteamWrapper::Library() {
 
 bool VESKSteamWrapper::LoadLibraryFile() {
     const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
-    const std::string path = directory + kLibraryName;
+    const std::string path = directory + kSteamFile;
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Init Steam SDK from path:%s", path.c_str());
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Start load Steam SDK from path:%s",
                   path.c_str());
     os::DynamicLibrary library;
     // A bare name would be searched for elsewhere.
     if (directory.empty() || !library.Open(path)) {
-        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s failed", kLibraryName);
+        VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s failed", kSteamFile);
         return false;
     }
-    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s success", kLibraryName);
+    VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s success", kSteamFile);
     const std::lock_guard<os::Mutex> lock(mMutex);
     mLibrary = library;
     return true;

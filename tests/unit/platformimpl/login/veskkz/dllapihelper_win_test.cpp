@@ -56,8 +56,6 @@ std::filesystem::path directoryFrom(UINT(WINAPI* call)(wchar_t*, UINT)) {
     return directory;
 }
 
-} // namespace
-
 TEST_F(DllApiHelper, NameWithABackslashIsAPathAndNothingElseIsTried) {
     const auto file = beside("KZOpenSDK.dll");
     const HMODULE module = load(file.wstring());
@@ -146,4 +144,5 @@ TEST_F(DllApiHelper, EachWayToMissTheObjectIsLogged) {
                             "CreateObjectFromDllFile: IID_IClassFactory failed!"));
 }
 
+} // namespace
 } // namespace vesk::test

@@ -54,8 +54,6 @@ Bag localList(int32_t size, const std::shared_ptr<Bag>& entry) {
     return bag;
 }
 
-} // namespace
-
 TEST_F(KZWrapper, EventsAreDecodedAndReported) {
     ASSERT_TRUE(wrapper.InitializeOpenSDK("id", "key"));
     EXPECT_THAT(script.calls, ElementsAre("Initialize id key"));
@@ -203,4 +201,5 @@ TEST_F(KZWrapper, EventsOfManyThreadsAreDecodedWhileItIsUninitialised) {
     waitForRelease();
 }
 
+} // namespace
 } // namespace vesk::test

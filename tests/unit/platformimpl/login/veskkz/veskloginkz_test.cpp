@@ -54,8 +54,6 @@ struct LoginKZ : UnitTest {
     VESKLoginKZ& channel = *VESKLoginKZ::GetInstance();
 };
 
-} // namespace
-
 TEST_F(LoginKZ, EveryAnswerCarriesTheLastRequestsSequenceId) {
     write("VESKConfig.ini", "KZ_APP_ID=17\nKZ_APP_KEY=k\n");
     channel.QrCodeLogin("s1", "pre");
@@ -93,4 +91,5 @@ TEST_F(LoginKZ, LogoutBeforeAnyLoginTouchesNoComponent) {
     EXPECT_THAT(results(), ElementsAre("logout s1 117 0"));
 }
 
+} // namespace
 } // namespace vesk::test
