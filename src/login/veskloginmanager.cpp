@@ -55,6 +55,26 @@ void DeliverLoginFailure(int32_t code, const std::string& message, int32_t metho
     DeliverLoginRet(ret, seqID);
 }
 
+void DeliverNetworkError(int32_t result, int32_t methodNameID, const std::string& seqID) {
+    InnerLoginRet ret(VESKError::NETWORK_ERROR);
+    ret.methodNameID = methodNameID;
+    ret.thirdCode = result;
+    DeliverLoginRet(ret, seqID);
+}
+
+/// Handles an answer to a login. One that there is no memory for is a failure of the transport to
+/// the game, which would wait for ever otherwise.
+template <typename Handle>
+void OrOutOfMemory(int32_t methodNameID, const std::string& seqID, const Handle& handle) {
+    constexpr int32_t kOutOfMemory = 27; // libcurl's code
+    try {
+        handle();
+    } catch (...) {
+        VESK_LOG_ERROR("VESKLoginManager", "[ %s ] exception inside an answer", seqID.c_str());
+        DeliverNetworkError(kOutOfMemory, methodNameID, seqID);
+    }
+}
+
 bool IsJson(const std::string& text) {
     VESKJsonReader reader;
     reader.init(text);
@@ -124,14 +144,13 @@ void VESKLoginManager::OnPreCodeResp(int32_t /*reqSeq*/, int32_t result, const s
         static_cast<ExtendedLoginRequest*>(context));
     VESK_LOG_INFO("VESKLoginManager::OnPreCodeResp", "[ %s ] OnPreCodeResp ret:%d, respBody:%s",
                   request->seqID.c_str(), result, body.c_str());
-    if (result != 0) {
-        InnerLoginRet ret(VESKError::NETWORK_ERROR);
-        ret.methodNameID = request->methodNameID;
-        ret.thirdCode = result;
-        DeliverLoginRet(ret, request->seqID);
-        return;
-    }
-    GetInstance()->HandlePreCode(*request, body);
+    OrOutOfMemory(request->methodNameID, request->seqID, [&] {
+        if (result != 0) {
+            DeliverNetworkError(result, request->methodNameID, request->seqID);
+        } else {
+            GetInstance()->HandlePreCode(*request, body);
+        }
+    });
 }
 
 void VESKLoginManager::HandlePreCode(ExtendedLoginRequest& request, const std::string& body) {
@@ -197,22 +216,27 @@ void VESKLoginManager::OnLoginResp(int32_t /*reqSeq*/, int32_t result, const std
     const std::unique_ptr<LoginContext> login(static_cast<LoginContext*>(context));
     const std::string& seqID = login->seqID;
     VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "[ %s ], %s", seqID.c_str(), body.c_str());
-    VESKLoginManager* manager = GetInstance();
+    OrOutOfMemory(login->answer.methodNameID, seqID,
+                  [&] { GetInstance()->HandleLogin(login->answer, result, body, seqID); });
+}
+
+void VESKLoginManager::HandleLogin(const InnerLoginPluginRet& answer, int32_t result,
+                                   const std::string& body, const std::string& seqID) {
     InnerLoginRet ret;
     ConvertLoginRet(ret, result, body, seqID);
-    ret.methodNameID = login->answer.methodNameID;
-    ret.channel = login->answer.channel.c_str();
-    ret.channelID = login->answer.channelID;
+    ret.methodNameID = answer.methodNameID;
+    ret.channel = answer.channel.c_str();
+    ret.channelID = answer.channelID;
     if (ret.channelInfo.length() == 0) {
-        ret.channelInfo = login->answer.channelInfo.c_str();
+        ret.channelInfo = answer.channelInfo.c_str();
     }
     if (ret.retCode == VESKError::NEED_REALNAME) {
-        const std::lock_guard<os::Mutex> lock(manager->mLoginMutex);
-        manager->mPendingLoginRet = std::make_shared<InnerLoginRet>(ret);
+        const std::lock_guard<os::Mutex> lock(mLoginMutex);
+        mPendingLoginRet = std::make_shared<InnerLoginRet>(ret);
     } else if (ret.retCode == VESKError::SUCCESS) {
-        manager->HandleLoginSuccess(ret, seqID, body);
+        HandleLoginSuccess(ret, seqID, body);
     }
-    if (manager->mNeedLoginObserve) {
+    if (mNeedLoginObserve) {
         VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp",
                        "[ %s ], mNeedLoginObserve is true, do callback", seqID.c_str());
         DeliverLoginRet(ret, seqID);

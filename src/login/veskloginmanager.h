@@ -63,6 +63,8 @@ private:
     void GetLoginPreCode(const ExtendedLoginRequest& request);
     std::string GetPreCodePostData(const ExtendedLoginRequest& request);
     void HandlePreCode(ExtendedLoginRequest& request, const std::string& body);
+    void HandleLogin(const InnerLoginPluginRet& answer, int32_t result, const std::string& body,
+                     const std::string& seqID);
     void HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID, const std::string& body);
     void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
     void RefreshLogin(const InnerLoginPluginRet& answer);

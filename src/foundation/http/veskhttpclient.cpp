@@ -59,7 +59,11 @@ VESKHTTPClient::VESKHTTPClient() = default;
 
 void VESKHTTPClient::ResetData() {
     VESK_LOG_DEBUG("VESKHTTPClient::ResetData", "[VESK HTTP] http client reset data");
-    const bool httpDns = VESKConfigManager::GetInstance()->Get<bool>("VESK_HTTPDNS_ENABLE", true);
+    bool httpDns = true;
+    try {
+        httpDns = VESKConfigManager::GetInstance()->Get<bool>("VESK_HTTPDNS_ENABLE", true);
+    } catch (...) { // NOLINT(bugprone-empty-catch): a client must come back to its pool
+    }
     const std::lock_guard<os::Mutex> lock(mMutex);
     mMethod = HTTP_OPT_NO;
     mPostData.clear();
@@ -120,21 +124,27 @@ void VESKHTTPClient::CreateRequestThreadCallBack(void* context) {
         return;
     }
     os::BlockBrokenPipeSignal();
-    switch (client->mMethod) {
-    case HTTP_OPT_NO:
-        VESK_LOG_DEBUG("VESKHTTPClient::CreateRequestThreadCallBack",
-                       "[VESK HTTP] httpclient Create Request Thread callback opt is no");
-        break;
-    case HTTP_OPT_HEAD:
-    case HTTP_OPT_GET:
-        client->SendReadRequest();
-        break;
-    case HTTP_OPT_POST:
-        client->SendPostRequest();
-        break;
-    default:
-        break;
+    int32_t result = CURLE_OUT_OF_MEMORY;
+    try {
+        switch (client->mMethod) {
+        case HTTP_OPT_HEAD:
+        case HTTP_OPT_GET:
+            result = client->SendReadRequest();
+            break;
+        case HTTP_OPT_POST:
+            result = client->SendPostRequest();
+            break;
+        default:
+            VESK_LOG_DEBUG("VESKHTTPClient::CreateRequestThreadCallBack",
+                           "[VESK HTTP] httpclient Create Request Thread callback opt is no");
+            return;
+        }
+    } catch (...) {
+        // The requester has to hear of it, and the client goes back to its owner.
+        VESK_LOG_ERROR("VESKHTTPClient::CreateRequestThreadCallBack",
+                       "[VESK HTTP] exception inside a request, seq:%d", client->mReqSeq);
     }
+    client->Complete(result);
 }
 
 size_t VESKHTTPClient::Receive(std::string& buffer, const char* data, size_t length) {
@@ -202,14 +212,16 @@ void VESKHTTPClient::ReadResponseCode(void* handle) {
     mResponseCode = static_cast<int32_t>(code);
 }
 
-void VESKHTTPClient::Complete(int32_t result, const std::string* body) {
-    if (mCompletion != nullptr) {
-        mCompletion(result, body == nullptr ? nullptr : body->data(),
-                    body == nullptr ? 0 : body->size(), this, mContext);
+void VESKHTTPClient::Complete(int32_t result) {
+    if (mCompletion == nullptr) {
+        return;
     }
+    const std::string& body = mMethod == HTTP_OPT_HEAD ? mResponseHeader : mResponseBody;
+    const bool good = result == CURLE_OK;
+    mCompletion(result, good ? body.data() : nullptr, good ? body.size() : 0, this, mContext);
 }
 
-void VESKHTTPClient::SendReadRequest() {
+int32_t VESKHTTPClient::SendReadRequest() {
     VESK_LOG_DEBUG("VESKHTTPClient::SendReadRequest",
                    "[VESK HTTP] httpclient get start curl, seq:%d", mReqSeq);
     HandlePtr handle(curl_easy_init());
@@ -217,8 +229,7 @@ void VESKHTTPClient::SendReadRequest() {
         VESK_LOG_ERROR("VESKHTTPClient::SendReadRequest", "[VESK HTTP] curl_handle NULL");
         // Deliberate: the requester is not told. The client goes back to its owner all the same.
         mRequesterCallback = nullptr;
-        Complete(CURLE_FAILED_INIT, nullptr);
-        return;
+        return CURLE_FAILED_INIT;
     }
     SetTransport(handle.get());
     curl_easy_setopt(handle.get(), CURLOPT_MAXREDIRS, 2L);
@@ -247,10 +258,7 @@ void VESKHTTPClient::SendReadRequest() {
                        "[VESK HTTP] httpclient get curl easy perform return retcode:%d, url:%s "
                        "seq:%d",
                        result, mUrl.c_str(), mReqSeq);
-        handle.reset();
-        hosts.reset();
-        Complete(result, nullptr);
-        return;
+        return result;
     }
     long requestSize = 0;
     long headerSize = 0;
@@ -259,19 +267,16 @@ void VESKHTTPClient::SendReadRequest() {
     curl_easy_getinfo(handle.get(), CURLINFO_HEADER_SIZE, &headerSize);
     mRequestSize = static_cast<int32_t>(requestSize);
     mHeaderSize = static_cast<int32_t>(headerSize);
-    handle.reset();
-    hosts.reset();
-    Complete(0, mMethod == HTTP_OPT_HEAD ? &mResponseHeader : &mResponseBody);
+    return CURLE_OK;
 }
 
-void VESKHTTPClient::SendPostRequest() {
+int32_t VESKHTTPClient::SendPostRequest() {
     VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
                    "[VESK HTTP] httpclient post start curl, seq:%d", mReqSeq);
     HandlePtr handle(curl_easy_init());
     if (!handle) {
         VESK_LOG_ERROR("VESKHTTPClient::SendPostRequest", "[VESK HTTP] curl_handle NULL");
-        Complete(CURLE_FAILED_INIT, nullptr);
-        return;
+        return CURLE_FAILED_INIT;
     }
     SetTransport(handle.get());
     // UPLOAD 0 turns the method into GET; POSTFIELDS below turns it back. Keep this order.
@@ -309,8 +314,7 @@ void VESKHTTPClient::SendPostRequest() {
                        "seq:%d",
                        result, mUrl.c_str(), mReqSeq);
     }
-    handle.reset();
-    Complete(result, result == 0 ? &mResponseBody : nullptr);
+    return result;
 }
 
 } // namespace VESK

@@ -25,7 +25,7 @@ public:
 
     /// What the owner needs of a request once it has ended.
     struct Outcome {
-        std::string url;
+        const std::string& url; ///< the client's own
         int32_t reqSeq;
         int32_t responseCode;
         HttpRequesterCallback requesterCallback;
@@ -45,7 +45,7 @@ public:
     /// @return false when it did not start; @p completion is not called then.
     bool Request(const HttpParams& params, Completion completion, void* context);
 
-    /// Copies what is known of the request; for use inside the completion only.
+    /// What is known of the request; for use inside the completion, until the client goes back.
     Outcome GetOutcome() const;
 
 private:
@@ -55,14 +55,14 @@ private:
     static size_t OnHeader(char* data, size_t size, size_t count, void* client);
     size_t Receive(std::string& buffer, const char* data, size_t length);
 
-    void SendReadRequest();
-    void SendPostRequest();
+    int32_t SendReadRequest();
+    int32_t SendPostRequest();
 
     /// Sets what every transfer has in common on the CURL handle.
     void SetTransport(void* handle);
     int32_t Perform(void* handle);
     void ReadResponseCode(void* handle);
-    void Complete(int32_t result, const std::string* body);
+    void Complete(int32_t result);
     long TimeoutSeconds() const;
 
     std::string mUrl;

@@ -21,9 +21,30 @@ unsigned long Count(size_t size) {
     return static_cast<unsigned long>(size);
 }
 
+/// Calls the requester. What it throws ends here: the client and the queue must go on.
+void Answer(HttpRequesterCallback requester, int32_t reqSeq, int32_t result,
+            const std::string& body, void* userData) {
+    if (requester == nullptr) {
+        return;
+    }
+    try {
+        requester(reqSeq, result, body, userData);
+    } catch (...) {
+        VESK_LOG_ERROR("VESKHTTPManager::OnHTTPClientCallBack",
+                       "[VESK HTTP] exception out of the requester, reqSeq:%d", reqSeq);
+    }
+}
+
 void Answer(const VESKHTTPParams& params, int32_t result) {
-    if (params.requesterCallback != nullptr) {
-        params.requesterCallback(params.reqSeq, result, std::string(), params.userData);
+    Answer(params.requesterCallback, params.reqSeq, result, std::string(), params.userData);
+}
+
+int32_t QueueTimeoutSeconds() {
+    constexpr int32_t kDefault = 15;
+    try {
+        return VESKConfigManager::GetInstance()->Get<int>("VESK_HTTP_TIMEOUT", kDefault);
+    } catch (...) {
+        return kDefault;
     }
 }
 
@@ -55,6 +76,7 @@ void VESKHTTPManager::init() {
 }
 
 void VESKHTTPManager::InitHttpClient() {
+    mIdleClients.reserve(GetPoolSize());
     for (size_t i = 0; i < GetPoolSize(); ++i) {
         VESKHTTPClient* client = new (std::nothrow) VESKHTTPClient;
         if (client == nullptr) {
@@ -119,7 +141,7 @@ bool VESKHTTPManager::IsShutdown() {
 }
 
 void VESKHTTPManager::Shutdown() {
-    std::deque<ParamsPtr> dropped;
+    std::list<ParamsPtr> dropped;
     {
         const std::lock_guard<os::Mutex> lock(mMutex);
         mShutdown = true;
@@ -137,7 +159,7 @@ VESKHTTPClient* VESKHTTPManager::GetHTTPClient() {
         return nullptr;
     }
     VESKHTTPClient* client = mIdleClients.front();
-    mIdleClients.pop_front();
+    mIdleClients.erase(mIdleClients.begin());
     VESK_LOG_DEBUG("VESKHTTPManager::GetHTTPClient", "[VESK HTTP] get an idle http client");
     return client;
 }
@@ -153,29 +175,29 @@ void VESKHTTPManager::RetrieveHTTPClient(VESKHTTPClient* client) {
     mIdleClients.push_back(client);
 }
 
-VESKHTTPManager::ParamsPtr VESKHTTPManager::TakeFresh(std::deque<ParamsPtr>& expired,
+VESKHTTPManager::ParamsPtr VESKHTTPManager::TakeFresh(std::list<ParamsPtr>& expired,
                                                       int32_t timeoutSeconds) {
     const std::lock_guard<os::Mutex> lock(mMutex);
     while (!mRequestQueue.empty()) {
-        ParamsPtr params = std::move(mRequestQueue.front());
-        mRequestQueue.pop_front();
+        const ParamsPtr& params = mRequestQueue.front();
         const int64_t now = os::UnixSeconds();
         const int64_t age = now - params->requestTime;
         if (age >= 0 && age < timeoutSeconds) {
-            return params;
+            ParamsPtr fresh = std::move(mRequestQueue.front());
+            mRequestQueue.pop_front();
+            return fresh;
         }
         VESK_LOG_DEBUG("VESKHTTPManager::RunRequest",
                        "[VESK HTTP] req timeout! reqSeq:%d, url:%s, c_time:%lld, req_time:%lld",
                        params->reqSeq, params->url.c_str(), static_cast<long long>(now),
                        static_cast<long long>(params->requestTime));
-        expired.push_back(std::move(params));
+        expired.splice(expired.end(), mRequestQueue, mRequestQueue.begin());
     }
     return nullptr;
 }
 
 void VESKHTTPManager::RunRequest() {
-    const int32_t timeoutSeconds =
-        VESKConfigManager::GetInstance()->Get<int>("VESK_HTTP_TIMEOUT", 15);
+    const int32_t timeoutSeconds = QueueTimeoutSeconds();
     for (;;) {
         VESKHTTPClient* client = GetHTTPClient();
         if (client == nullptr) {
@@ -186,7 +208,7 @@ void VESKHTTPManager::RunRequest() {
             return;
         }
         VESK_LOG_DEBUG("VESKHTTPManager::RunRequest", "[VESK HTTP] Get clientIdle successful");
-        std::deque<ParamsPtr> expired;
+        std::list<ParamsPtr> expired;
         const ParamsPtr fresh = TakeFresh(expired, timeoutSeconds);
         for (const ParamsPtr& params : expired) {
             Answer(*params, kResultExpired);
@@ -209,7 +231,12 @@ void VESKHTTPManager::Dispatch(VESKHTTPClient* client, const VESKHTTPParams& par
     VESK_LOG_DEBUG("VESKHTTPManager::RunRequest",
                    "[VESK HTTP] http request url:%s, opt:%d, reqSeq:%d", params.url.c_str(),
                    static_cast<int>(params.http_opt_), params.reqSeq);
-    if (client->Request(params, &OnHTTPClientCallBack, this)) {
+    bool started = false;
+    try {
+        started = client->Request(params, &OnHTTPClientCallBack, this);
+    } catch (...) { // NOLINT(bugprone-empty-catch): answered below
+    }
+    if (started) {
         return;
     }
     VESK_LOG_DEBUG("VESKHTTPManager::RunRequest",
@@ -288,7 +315,12 @@ void VESKHTTPManager::OnHTTPClientCallBack(int32_t result, const char* body, siz
                    "[VESK HTTP] get http Callback, result:%d", result);
     // Everything is copied first: once retrieved, the client may serve another request.
     const VESKHTTPClient::Outcome outcome = client->GetOutcome();
-    const std::string answer = body == nullptr ? std::string() : std::string(body, length);
+    std::string answer;
+    try {
+        answer.assign(body == nullptr ? "" : body, length);
+    } catch (...) {
+        result = CURLE_OUT_OF_MEMORY;
+    }
     int32_t judged = manager->JudgeResult(result, outcome, answer);
     manager->RetrieveHTTPClient(client);
     manager->AddStatistics(outcome, answer.size());
@@ -296,9 +328,7 @@ void VESKHTTPManager::OnHTTPClientCallBack(int32_t result, const char* body, siz
         // Nothing may come of it any more; the requester only frees what it passed along.
         judged = kResultExpired;
     }
-    if (outcome.requesterCallback != nullptr) {
-        outcome.requesterCallback(outcome.reqSeq, judged, answer, outcome.userData);
-    }
+    Answer(outcome.requesterCallback, outcome.reqSeq, judged, answer, outcome.userData);
     bool waiting = false;
     {
         const std::lock_guard<os::Mutex> lock(manager->mMutex);

@@ -3,9 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "common/vesksingleton.h"
 #include "foundation/http/veskhttpclient.h"
@@ -51,7 +52,7 @@ private:
     static void OnHTTPClientCallBack(int32_t result, const char* body, size_t length,
                                      VESKHTTPClient* client, void* manager);
 
-    ParamsPtr TakeFresh(std::deque<ParamsPtr>& expired, int32_t timeoutSeconds);
+    ParamsPtr TakeFresh(std::list<ParamsPtr>& expired, int32_t timeoutSeconds);
     void Dispatch(VESKHTTPClient* client, const VESKHTTPParams& params);
     int32_t JudgeResult(int32_t result, const VESKHTTPClient::Outcome& outcome,
                         const std::string& body);
@@ -60,8 +61,9 @@ private:
 
     bool mInited = false;
     bool mShutdown = false;
-    std::deque<VESKHTTPClient*> mIdleClients; // clients live as long as the manager
-    std::deque<ParamsPtr> mRequestQueue;
+    // Neither asks for memory when something is taken out or a client comes back.
+    std::vector<VESKHTTPClient*> mIdleClients; // clients live as long as the manager
+    std::list<ParamsPtr> mRequestQueue;
     os::Mutex mMutex; // guards the four above
 
     os::Mutex mStatisticsMutex; // guards what follows

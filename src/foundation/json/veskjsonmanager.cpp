@@ -6,7 +6,7 @@
 namespace Braxel {
 namespace VESK {
 
-VESKJsonManager::VESKJsonManager(std::string& json) : mDocument(new rapidjson::Document) {
+VESKJsonManager::VESKJsonManager(std::string& json) : mDocument(new JsonDocument) {
     if (json.size() < 2) {
         json = "{}";
     }
@@ -24,8 +24,8 @@ void VESKJsonManager::PutIfAbsent(const char* key, const char* value) {
     auto& allocator = mDocument->GetAllocator();
     const auto member = mDocument->FindMember(key);
     if (member == mDocument->MemberEnd()) {
-        rapidjson::Value name(key, allocator);
-        rapidjson::Value text(value, allocator);
+        JsonValue name(key, allocator);
+        JsonValue text(value, allocator);
         mDocument->AddMember(name, text, allocator);
     } else if (member->value.IsString()) {
         // Copied: callers pass temporaries.

@@ -3,8 +3,9 @@
 
 #include <functional>
 #include <memory>
-#include <rapidjson/fwd.h>
 #include <string>
+
+#include "foundation/json/veskjsontypes.h"
 
 namespace Braxel {
 namespace VESK {
@@ -37,7 +38,7 @@ public:
     operator std::string() const; // NOLINT(google-explicit-constructor): the class's purpose
 
 private:
-    std::unique_ptr<rapidjson::Document> mDocument;
+    std::unique_ptr<JsonDocument> mDocument;
 };
 
 } // namespace VESK

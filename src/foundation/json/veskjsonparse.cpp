@@ -47,7 +47,7 @@ void LogFailure(const std::string& json, size_t offset) {
 
 } // namespace
 
-bool ParseJson(const std::string& json, rapidjson::Document& document) {
+bool ParseJson(const std::string& json, JsonDocument& document) {
     document.Parse<rapidjson::kParseIterativeFlag>(json.data(), json.size());
     size_t offset = std::string::npos;
     if (document.HasParseError()) {
@@ -63,9 +63,9 @@ bool ParseJson(const std::string& json, rapidjson::Document& document) {
     return false;
 }
 
-std::string JsonText(const rapidjson::Value& value) {
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+std::string JsonText(const JsonValue& value) {
+    JsonStringBuffer buffer;
+    JsonStringWriter writer(buffer);
     value.Accept(writer);
     return std::string(buffer.GetString(), buffer.GetSize());
 }

@@ -4,6 +4,8 @@
 #include <rapidjson/document.h>
 #include <string>
 
+#include "foundation/json/veskjsontypes.h"
+
 namespace Braxel {
 namespace VESK {
 
@@ -12,10 +14,10 @@ namespace VESK {
 /// little of it either.
 ///
 /// A failure is logged with an excerpt and leaves @p document null.
-bool ParseJson(const std::string& json, rapidjson::Document& document);
+bool ParseJson(const std::string& json, JsonDocument& document);
 
 /// The compact text of @p value.
-std::string JsonText(const rapidjson::Value& value);
+std::string JsonText(const JsonValue& value);
 
 } // namespace VESK
 } // namespace Braxel

@@ -23,7 +23,7 @@ void VESKJsonReader::init(const std::string& json) {
         mParseFailed = true;
         return;
     }
-    mDocument = std::make_shared<rapidjson::Document>();
+    mDocument = std::make_shared<JsonDocument>();
     mParseFailed = !ParseJson(json, *mDocument);
     if (mDocument->IsObject()) {
         mCursor = mDocument.get();
@@ -31,7 +31,7 @@ void VESKJsonReader::init(const std::string& json) {
 }
 
 bool VESKJsonReader::enter(const char* key) {
-    const rapidjson::Value* member = find(key);
+    const JsonValue* member = find(key);
     mParent = member;
     mIndex = -1;
     return member != nullptr && (member->IsObject() || member->IsArray());
@@ -58,7 +58,7 @@ VESKJsonReader VESKJsonReader::next() {
     return reader;
 }
 
-const rapidjson::Value* VESKJsonReader::find(const char* key) const {
+const JsonValue* VESKJsonReader::find(const char* key) const {
     if (mCursor == nullptr || !mCursor->IsObject()) {
         VESK_LOG_ERROR("VESKJsonReader::read",
                        "unknown error occur while parser json or val is NULL");
@@ -84,7 +84,7 @@ void LogWrongType() {
 } // namespace
 
 void VESKJsonReader::read(const char* key, int32_t& target) const {
-    const rapidjson::Value* value = find(key);
+    const JsonValue* value = find(key);
     if (value != nullptr && value->IsInt()) {
         target = value->GetInt();
     } else if (value != nullptr) {
@@ -93,7 +93,7 @@ void VESKJsonReader::read(const char* key, int32_t& target) const {
 }
 
 void VESKJsonReader::read(const char* key, int64_t& target) const {
-    const rapidjson::Value* value = find(key);
+    const JsonValue* value = find(key);
     if (value != nullptr && value->IsInt64()) {
         target = value->GetInt64();
     } else if (value != nullptr) {
@@ -102,7 +102,7 @@ void VESKJsonReader::read(const char* key, int64_t& target) const {
 }
 
 void VESKJsonReader::read(const char* key, bool& target) const {
-    const rapidjson::Value* value = find(key);
+    const JsonValue* value = find(key);
     if (value != nullptr && value->IsBool()) {
         target = value->GetBool();
     } else if (value != nullptr) {
@@ -111,7 +111,7 @@ void VESKJsonReader::read(const char* key, bool& target) const {
 }
 
 void VESKJsonReader::read(const char* key, float& target) const {
-    const rapidjson::Value* value = find(key);
+    const JsonValue* value = find(key);
     if (value != nullptr && value->IsNumber()) {
         target = static_cast<float>(value->GetDouble());
     } else if (value != nullptr) {
@@ -121,7 +121,7 @@ void VESKJsonReader::read(const char* key, float& target) const {
 
 template <typename T>
 void VESKJsonReader::readText(const char* key, T& target) const {
-    const rapidjson::Value* value = find(key);
+    const JsonValue* value = find(key);
     if (value == nullptr) {
         return;
     }

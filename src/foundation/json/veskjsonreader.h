@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <memory>
-#include <rapidjson/fwd.h>
 #include <string>
 
+#include "foundation/json/veskjsontypes.h"
 #include "vesk/veskstring.h"
 
 namespace Braxel {
@@ -45,14 +45,14 @@ public:
     void read(const char* key, String& target) const;
 
 private:
-    const rapidjson::Value* find(const char* key) const;
+    const JsonValue* find(const char* key) const;
 
     template <typename T>
     void readText(const char* key, T& target) const;
 
-    std::shared_ptr<rapidjson::Document> mDocument;
-    const rapidjson::Value* mCursor = nullptr;
-    const rapidjson::Value* mParent = nullptr;
+    std::shared_ptr<JsonDocument> mDocument;
+    const JsonValue* mCursor = nullptr;
+    const JsonValue* mParent = nullptr;
     int32_t mIndex = -1;
     bool mParseFailed = false;
     bool mLogEnable = false;

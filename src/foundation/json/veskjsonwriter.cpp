@@ -12,8 +12,8 @@ namespace Braxel {
 namespace VESK {
 
 struct VESKJsonBuffer::State {
-    rapidjson::StringBuffer buffer;
-    rapidjson::Writer<rapidjson::StringBuffer> writer{buffer};
+    JsonStringBuffer buffer;
+    JsonStringWriter writer{buffer};
 };
 
 VESKJsonBuffer::VESKJsonBuffer() : mState(new State) {}
@@ -141,7 +141,7 @@ void VESKJsonWriter::convertJson(const char* key, const std::string& json) {
     if (!ready()) {
         return;
     }
-    rapidjson::Document document;
+    JsonDocument document;
     const bool usable = ParseJson(json, document) && (document.IsObject() || document.IsArray());
     const std::string text = usable ? json : "{}";
     putKey(key);
@@ -164,9 +164,9 @@ void VESKJsonWriter::merge(std::string& json1, const std::string& json2) {
         return;
     }
     constexpr size_t kChunkSize = 1024;
-    rapidjson::Document::AllocatorType allocator(kChunkSize);
-    rapidjson::Document target(&allocator);
-    rapidjson::Document source(&allocator);
+    JsonDocument::AllocatorType allocator(kChunkSize);
+    JsonDocument target(&allocator);
+    JsonDocument source(&allocator);
     if (!ParseJson(json1, target) || !ParseJson(json2, source)) {
         return;
     }
@@ -178,8 +178,8 @@ void VESKJsonWriter::merge(std::string& json1, const std::string& json2) {
     }
     for (auto member = source.MemberBegin(); member != source.MemberEnd(); ++member) {
         target.RemoveMember(member->name);
-        rapidjson::Value name(member->name, allocator);
-        rapidjson::Value value(member->value, allocator);
+        JsonValue name(member->name, allocator);
+        JsonValue value(member->value, allocator);
         target.AddMember(name, value, allocator);
     }
     json1 = JsonText(target);

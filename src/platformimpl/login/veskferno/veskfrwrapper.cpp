@@ -51,6 +51,10 @@ bool VESKFRWrapper::InitializeOpenSDK() {
     }
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Do \"frlogin_init\"");
     FrCallbackTable* table = VESKFRCallbacks::MakeTable();
+    if (table == nullptr) {
+        VESK_LOG_ERROR("VESKFRWrapper::InitializeOpenSDK", "No memory for the callback table");
+        return false;
+    }
     const std::string logDirectory = directory + "Ferno";
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Ferno log path:%s", logDirectory.c_str());
     {
