@@ -70,14 +70,16 @@ void addExtension(X509* certificate, X509* issuer, int nid, const char* value) {
     require(extension && X509_add_ext(certificate, extension.get(), -1) == 1, "add an extension");
 }
 
-CertificatePtr makeCertificate(EVP_PKEY* key, const char* commonName) {
+/// @param beginDay, endDay its validity, in days from now
+CertificatePtr makeCertificate(EVP_PKEY* key, const char* commonName, long beginDay = -1,
+                               long endDay = kValidDays - 1) {
     CertificatePtr certificate(X509_new());
     require(certificate != nullptr, "make a certificate");
     require(X509_set_version(certificate.get(), kX509Version3) == 1, "set the version");
     setSerial(certificate.get());
     setSubject(certificate.get(), commonName);
-    require(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -kDay) &&
-                X509_gmtime_adj(X509_getm_notAfter(certificate.get()), (kValidDays - 1) * kDay),
+    require(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), beginDay * kDay) &&
+                X509_gmtime_adj(X509_getm_notAfter(certificate.get()), endDay * kDay),
             "set the validity");
     require(X509_set_pubkey(certificate.get(), key) == 1, "set the key");
     return certificate;
@@ -105,27 +107,59 @@ void sign(X509* certificate, X509* issuer, EVP_PKEY* issuerKey) {
     } while (!hasFullLength(certificate));
 }
 
+CertificatePtr makeAuthority(EVP_PKEY* key) {
+    CertificatePtr certificate = makeCertificate(key, "VESK dev backend CA");
+    X509* ca = certificate.get();
+    addExtension(ca, ca, NID_basic_constraints, "critical,CA:TRUE,pathlen:0");
+    addExtension(ca, ca, NID_key_usage, "critical,keyCertSign,cRLSign");
+    addExtension(ca, ca, NID_subject_key_identifier, "hash");
+    sign(ca, ca, key);
+    return certificate;
+}
+
+/// A server's certificate that @p issuer signs; null: it signs itself.
+CertificatePtr makeServer(CertificateKind kind, EVP_PKEY* key, X509* issuer, EVP_PKEY* issuerKey) {
+    const bool expired = kind == CertificateKind::Expired;
+    const bool early = kind == CertificateKind::NotYetValid;
+    const long endDay = expired ? -1 : kValidDays - 1;
+    const long beginDay = expired ? endDay - kValidDays : (early ? 1 : -1);
+    const bool otherName = kind == CertificateKind::WrongName;
+    CertificatePtr certificate =
+        makeCertificate(key, otherName ? "elsewhere.example" : "localhost", beginDay, endDay);
+    X509* server = certificate.get();
+    X509* ca = issuer == nullptr ? server : issuer;
+    addExtension(server, ca, NID_basic_constraints, "critical,CA:FALSE");
+    addExtension(server, ca, NID_key_usage, "critical,digitalSignature");
+    addExtension(server, ca, NID_ext_key_usage, "serverAuth");
+    addExtension(server, ca, NID_subject_alt_name,
+                 otherName ? "DNS:elsewhere.example" : "DNS:localhost,IP:127.0.0.1");
+    addExtension(server, ca, NID_subject_key_identifier, "hash");
+    addExtension(server, ca, NID_authority_key_identifier, "keyid");
+    sign(server, ca, issuerKey);
+    return certificate;
+}
+
 } // namespace
 
 CertificateMaker::CertificateMaker() {
     const KeyPtr caKey = makeKey();
-    mCaCertificate = makeCertificate(caKey.get(), "VESK dev backend CA");
-    X509* ca = mCaCertificate.get();
-    addExtension(ca, ca, NID_basic_constraints, "critical,CA:TRUE,pathlen:0");
-    addExtension(ca, ca, NID_key_usage, "critical,keyCertSign,cRLSign");
-    addExtension(ca, ca, NID_subject_key_identifier, "hash");
-    sign(ca, ca, caKey.get());
-
+    const KeyPtr unknownKey = makeKey();
+    mCaCertificate = makeAuthority(caKey.get());
+    const CertificatePtr unknownCa = makeAuthority(unknownKey.get());
     mServerKey = makeKey();
-    mServerCertificate = makeCertificate(mServerKey.get(), "localhost");
-    X509* server = mServerCertificate.get();
-    addExtension(server, ca, NID_basic_constraints, "critical,CA:FALSE");
-    addExtension(server, ca, NID_key_usage, "critical,digitalSignature");
-    addExtension(server, ca, NID_ext_key_usage, "serverAuth");
-    addExtension(server, ca, NID_subject_alt_name, "DNS:localhost,IP:127.0.0.1");
-    addExtension(server, ca, NID_subject_key_identifier, "hash");
-    addExtension(server, ca, NID_authority_key_identifier, "keyid");
-    sign(server, ca, caKey.get());
+    for (size_t i = 0; i < mServerCertificates.size(); ++i) {
+        const auto kind = static_cast<CertificateKind>(i);
+        X509* issuer = mCaCertificate.get();
+        EVP_PKEY* issuerKey = caKey.get();
+        if (kind == CertificateKind::SelfSigned) {
+            issuer = nullptr;
+            issuerKey = mServerKey.get();
+        } else if (kind == CertificateKind::UnknownCa) {
+            issuer = unknownCa.get();
+            issuerKey = unknownKey.get();
+        }
+        mServerCertificates[i] = makeServer(kind, mServerKey.get(), issuer, issuerKey);
+    }
 }
 
 std::string CertificateMaker::caPem() const {

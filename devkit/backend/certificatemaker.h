@@ -3,9 +3,12 @@
 #ifndef VESK_DEVKIT_BACKEND_CERTIFICATEMAKER_H
 #define VESK_DEVKIT_BACKEND_CERTIFICATEMAKER_H
 
+#include "certificatechoice.h"
+
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 
+#include <array>
 #include <memory>
 #include <string>
 
@@ -20,9 +23,10 @@ struct FreeKey {
 using CertificatePtr = std::unique_ptr<X509, FreeCertificate>;
 using KeyPtr = std::unique_ptr<EVP_PKEY, FreeKey>;
 
-/// A certificate authority of its own and a server certificate for `localhost` and 127.0.0.1 that
-/// it signed, good from a day ago for thirty days. Both live in memory only, and the authority's
-/// key is forgotten when the server certificate is signed.
+/// A certificate authority of its own and the server's certificates, one of each kind. The good one
+/// is for `localhost` and 127.0.0.1, signed by the authority, good from a day ago for thirty days;
+/// in each other one thing is wrong. They live in memory only and share one key; the authority's is
+/// forgotten when they are signed.
 class CertificateMaker {
 public:
     /// Throws std::runtime_error when OpenSSL fails.
@@ -32,13 +36,15 @@ public:
     std::string caPem() const;
 
     /// Both stay owned by this object.
-    X509* serverCertificate() const { return mServerCertificate.get(); }
+    X509* serverCertificate(CertificateKind kind) const {
+        return mServerCertificates[static_cast<size_t>(kind)].get();
+    }
     EVP_PKEY* serverKey() const { return mServerKey.get(); }
 
 private:
     CertificatePtr mCaCertificate;
     KeyPtr mServerKey;
-    CertificatePtr mServerCertificate;
+    std::array<CertificatePtr, kCertificateNames.size()> mServerCertificates;
 };
 
 } // namespace vesk::backend

@@ -1,12 +1,12 @@
 #include "endpoints.h"
 
+#include "bodysender.h"
 #include "connection.h"
 #include "defaultanswer.h"
 #include "httpserver.h"
 #include "jsonanswer.h"
 #include "jsonmembers.h"
 
-#include <algorithm>
 #include <chrono>
 #include <ctime>
 
@@ -33,16 +33,6 @@ ReceivedRequest received(const httplib::Request& request, const std::string& bod
         }
     }
     return result;
-}
-
-/// Announces more than it sends; the library closes the connection when the provider gives up.
-void sendCut(const std::string& body, httplib::Response& response) {
-    const size_t announced = std::max<size_t>(body.size(), 2);
-    response.set_content_provider(announced, kJsonType,
-                                  [body](size_t, size_t, httplib::DataSink& sink) {
-                                      sink.write(body.data(), body.size() / 2);
-                                      return false;
-                                  });
 }
 
 } // namespace
@@ -144,6 +134,8 @@ Endpoints::Answer Endpoints::scriptedAnswer(const ScriptedAnswer& script,
     Answer answer;
     if (script.usesDefaultBody()) {
         answer = defaultAnswer(request, checked);
+    } else if (script.action == Action::Echo) {
+        answer.body = request.body;
     } else {
         answer.body = script.body.value_or(std::string());
     }
@@ -175,15 +167,13 @@ void Endpoints::perform(const ScriptedAnswer& script, const Answer& answer,
     mGate.waitFor(std::chrono::milliseconds(script.delayMs));
     response.status = answer.status;
     switch (script.action) {
-    case Action::Answer:
-        response.set_content(answer.body, kJsonType);
-        break;
     case Action::Redirect:
         response.set_header("Location", script.location);
-        response.set_content(answer.body, kJsonType);
-        break;
+        [[fallthrough]];
+    case Action::Answer:
+    case Action::Echo:
     case Action::Cut:
-        sendCut(answer.body, response);
+        sendBody(script, answer.body, mGate, response);
         break;
     case Action::Hang:
         hang(request.remote_port);

@@ -3,6 +3,7 @@
 #include "controlapi.h"
 #include "endpoints.h"
 #include "endsignal.h"
+#include "faultapi.h"
 #include "httpserver.h"
 #include "options.h"
 #include "originguard.h"
@@ -38,19 +39,23 @@ void serve(const Options& options) {
     ControlApi control(scripts, log);
     SessionApi sessionApi(sessions, preCodes);
     ConsoleFeed feed(sessions, log, changes);
+    CertificateChoice certificate;
+    FaultApi faults(options.tls ? &certificate : nullptr);
 
-    HttpServer backendServer(options.tls ? makeTlsServer(options.caOut)
+    HttpServer backendServer(options.tls ? makeTlsServer(options.caOut, certificate)
                                          : std::make_unique<httplib::Server>());
     HttpServer controlServer(std::make_unique<httplib::Server>());
     endpoints.install(backendServer.routes());
     guardOrigins(controlServer.routes());
     control.install(controlServer.routes());
+    faults.install(controlServer.routes());
     sessionApi.install(controlServer.routes());
     feed.install(controlServer.routes());
     installConsolePage(controlServer.routes());
     bindOrThrow(backendServer, options.port);
     bindOrThrow(controlServer, options.controlPort);
     endpoints.setPort(backendServer.port());
+    faults.setTarget(backendServer.port());
     backendServer.start();
     controlServer.start();
 

@@ -6,11 +6,15 @@
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
+#include <functional>
+
 namespace vesk::backend {
 
 namespace {
 
 constexpr int kMaxDelayMs = 600000;
+constexpr int kMaxCount = 1000000;
+constexpr int kMaxBytes = 1000000000;
 constexpr int kMinStatus = 200;
 constexpr int kMaxStatus = 599;
 const std::string kPathPrefix = "/v2/";
@@ -25,8 +29,8 @@ bool readInt(const rapidjson::Value& value, int min, int max, int& number) {
 
 bool readAction(const std::string& name, Action& action) {
     static const std::pair<const char*, Action> kActions[] = {
-        {"answer", Action::Answer}, {"reset", Action::Reset},       {"cut", Action::Cut},
-        {"hang", Action::Hang},     {"redirect", Action::Redirect},
+        {"answer", Action::Answer}, {"echo", Action::Echo}, {"reset", Action::Reset},
+        {"cut", Action::Cut},       {"hang", Action::Hang}, {"redirect", Action::Redirect},
     };
     for (const auto& [actionName, value] : kActions) {
         if (name == actionName) {
@@ -37,25 +41,46 @@ bool readAction(const std::string& name, Action& action) {
     return false;
 }
 
-std::string readNumberMember(const std::string& name, const rapidjson::Value& value,
+/// A member that is a number, and where that goes.
+struct NumberMember {
+    const char* name;
+    int min, max;
+    std::function<int&(ScriptedAnswer&)> place;
+};
+
+const NumberMember* findNumberMember(const std::string& name) {
+    static const NumberMember kMembers[] = {
+        {"status", kMinStatus, kMaxStatus, [](auto& a) -> int& { return a.status.emplace(); }},
+        {"delay_ms", 0, kMaxDelayMs, [](auto& a) -> int& { return a.delayMs; }},
+        {"drip_ms", 0, kMaxDelayMs, [](auto& a) -> int& { return a.dripMs; }},
+        {"times", 1, kMaxCount, [](auto& a) -> int& { return a.times; }},
+        {"repeat", 1, kMaxCount, [](auto& a) -> int& { return a.repeat; }},
+        {"announce", 1, kMaxBytes, [](auto& a) -> int& { return a.announce.emplace(); }},
+        {"cut_at", 0, kMaxBytes, [](auto& a) -> int& { return a.cutAt.emplace(); }},
+    };
+    for (const NumberMember& member : kMembers) {
+        if (name == member.name) {
+            return &member;
+        }
+    }
+    return nullptr;
+}
+
+std::string readNumberMember(const NumberMember& member, const rapidjson::Value& value,
                              ScriptedAnswer& answer) {
-    if (name == "delay_ms") {
-        return readInt(value, 0, kMaxDelayMs, answer.delayMs)
-                   ? ""
-                   : "delay_ms is not a number from 0 to " + std::to_string(kMaxDelayMs);
+    int number = 0;
+    if (!readInt(value, member.min, member.max, number)) {
+        return std::string(member.name) + " is not a number from " + std::to_string(member.min) +
+               " to " + std::to_string(member.max);
     }
-    int status = 0;
-    if (!readInt(value, kMinStatus, kMaxStatus, status)) {
-        return "status is not a number from 200 to 599";
-    }
-    answer.status = status;
+    member.place(answer) = number;
     return {};
 }
 
 std::string readMember(const std::string& name, const rapidjson::Value& value,
                        ScriptedAnswer& answer) {
-    if (name == "status" || name == "delay_ms") {
-        return readNumberMember(name, value, answer);
+    if (const NumberMember* const member = findNumberMember(name)) {
+        return readNumberMember(*member, value, answer);
     }
     if (name != "path" && name != "body" && name != "action" && name != "location") {
         return "unknown member " + quoted(name);
@@ -72,7 +97,7 @@ std::string readMember(const std::string& name, const rapidjson::Value& value,
         answer.location = text;
     } else if (!readAction(text, answer.action)) {
         return "action is " + quoted(text) +
-               " where 'answer', 'reset', 'cut', 'hang' or 'redirect' was expected";
+               " where 'answer', 'echo', 'reset', 'cut', 'hang' or 'redirect' was expected";
     }
     return {};
 }
@@ -113,6 +138,9 @@ std::string parseScript(const std::string& json, ScriptedAnswer& answer) {
     }
     if ((answer.action == Action::Redirect) == answer.location.empty()) {
         return "location and the action 'redirect' go together";
+    }
+    if (answer.cutAt && answer.action != Action::Cut) {
+        return "cut_at goes with the action 'cut'";
     }
     return {};
 }

@@ -9,7 +9,7 @@
 namespace vesk::backend {
 
 /// What happens to the connection of a scripted request.
-enum class Action { Answer, Reset, Cut, Hang, Redirect };
+enum class Action { Answer, Echo, Reset, Cut, Hang, Redirect };
 
 /// One scripted answer.
 struct ScriptedAnswer {
@@ -19,6 +19,16 @@ struct ScriptedAnswer {
     std::optional<int> status;
     std::optional<std::string> body;
     int delayMs = 0;
+    /// How many requests get this answer.
+    int times = 1;
+    /// How often the body is sent; more than once in chunks, without an announced length.
+    int repeat = 1;
+    /// The pause after each byte of the body.
+    int dripMs = 0;
+    /// The length that the header announces, when it is not the true one.
+    std::optional<int> announce;
+    /// How much of the body comes before a cut; half of it by default.
+    std::optional<int> cutAt;
     /// Where a redirect points.
     std::string location;
 

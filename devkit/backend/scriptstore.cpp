@@ -16,7 +16,9 @@ std::optional<ScriptedAnswer> ScriptStore::take(const std::string& path) {
         return std::nullopt;
     }
     ScriptedAnswer answer = queue->second.front();
-    queue->second.pop_front();
+    if (--queue->second.front().times == 0) {
+        queue->second.pop_front();
+    }
     return answer;
 }
 

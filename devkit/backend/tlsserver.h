@@ -3,6 +3,7 @@
 #ifndef VESK_DEVKIT_BACKEND_TLSSERVER_H
 #define VESK_DEVKIT_BACKEND_TLSSERVER_H
 
+#include "certificatechoice.h"
 #include "httplib.h"
 
 #include <memory>
@@ -13,9 +14,11 @@ namespace vesk::backend {
 /// Whether this build has TLS; that for Windows has none.
 bool hasTls();
 
-/// A server with a fresh certificate, whose CA goes to the file `caOut` unless that is empty.
+/// A server with fresh certificates, whose CA goes to the file `caOut` unless that is empty.
+/// @param choice what each handshake is given; outlives the server
 /// Throws std::runtime_error when that fails, or the build has no TLS.
-std::unique_ptr<httplib::Server> makeTlsServer(const std::string& caOut);
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string& caOut,
+                                               const CertificateChoice& choice);
 
 } // namespace vesk::backend
 

@@ -8,7 +8,7 @@ bool hasTls() {
     return false;
 }
 
-std::unique_ptr<httplib::Server> makeTlsServer(const std::string&) {
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string&, const CertificateChoice&) {
     throw std::runtime_error("this build has no TLS");
 }
 

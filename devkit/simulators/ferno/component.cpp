@@ -83,6 +83,18 @@ void Component::leaveConsole() {
     mDesk.reset();
 }
 
+void Component::leaveBehind(const char* key) const {
+    const std::string steps = setting(key, "");
+    if (steps.empty()) {
+        return;
+    }
+    steamsim::stayLoaded();
+    const auto late = std::make_shared<State>();
+    late->table = mState->table;
+    queue(*late, steps);
+    std::thread([late] { run(late); }).detach();
+}
+
 void Component::queue(State& state, const std::string& steps) {
     const std::lock_guard<std::mutex> lock(state.mutex);
     for (const std::string& step : split(steps, ',')) {
@@ -106,8 +118,19 @@ void Component::run(const std::shared_ptr<State>& state) {
             return;
         }
         lock.unlock();
-        send(state->table, step.substr(colon + 1));
+        sendOnThreads(state->table, step.substr(colon + 1));
         lock.lock();
+    }
+}
+
+void Component::sendOnThreads(const CallbackTable& table, const std::string& event) {
+    std::vector<std::thread> others;
+    for (int i = std::atoi(setting("threads", "1").c_str()); i > 1; --i) {
+        others.emplace_back([&] { send(table, event); });
+    }
+    send(table, event);
+    for (std::thread& other : others) {
+        other.join();
     }
 }
 

@@ -50,6 +50,10 @@ public:
     /// The player leaves the console.
     void leaveConsole();
 
+    /// Lets a thread play the setting @p key, if there is one, that the component does not end:
+    /// it calls back whatever has become of the host. The library stays loaded for it.
+    void leaveBehind(const char* key) const;
+
     /// A setting of ferno_sim.ini as it is now.
     static std::string setting(const std::string& key, const std::string& otherwise);
     static void writeDown(const std::string& line);
@@ -67,6 +71,7 @@ private:
     static void queue(State& state, const std::string& steps);
     static void run(const std::shared_ptr<State>& state);
     static void send(const CallbackTable& table, const std::string& event);
+    static void sendOnThreads(const CallbackTable& table, const std::string& event);
 
     std::shared_ptr<State> mState;
     std::thread mThread;

@@ -20,6 +20,9 @@ int request(const char* resultKey, const char* stepsKey, const char* steps) {
 
 extern "C" FERNO_SIM_EXPORT int frlogin_uninit() {
     Component::writeDown(R"({"call":"frlogin_uninit"})");
+    if (theComponent()) {
+        theComponent()->leaveBehind("on_late");
+    }
     theComponent().reset();
     return 0;
 }

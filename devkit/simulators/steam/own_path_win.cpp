@@ -14,4 +14,10 @@ std::filesystem::path ownFolder() {
     return std::filesystem::path(file).parent_path();
 }
 
+void stayLoaded() {
+    HMODULE self = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<LPCWSTR>(&stayLoaded), &self);
+}
+
 } // namespace vesk::steamsim

@@ -44,8 +44,9 @@ STEAM_SIM_EXPORT uint32_t SteamAPI_ISteamUser_GetAuthSessionTicket(void* user, v
     }
     std::copy(ticket.begin(), ticket.end(), static_cast<uint8_t*>(buffer));
     *size = static_cast<uint32_t>(ticket.size());
-    theSteamUser.issuedTicket = static_cast<uint32_t>(simulation.number("ticket_handle", 1));
-    return theSteamUser.issuedTicket;
+    const auto handle = static_cast<uint32_t>(simulation.number("ticket_handle", 1));
+    theSteamUser.issuedTicket = handle;
+    return handle;
 }
 
 STEAM_SIM_EXPORT void SteamAPI_ISteamUser_CancelAuthTicket(void* user, uint32_t ticket) {

@@ -1,0 +1,22 @@
+/// @file
+/// How the body of a scripted answer goes out.
+#ifndef VESK_DEVKIT_BACKEND_BODYSENDER_H
+#define VESK_DEVKIT_BACKEND_BODYSENDER_H
+
+#include "httplib.h"
+#include "scriptedanswer.h"
+#include "shutdowngate.h"
+
+#include <string>
+
+namespace vesk::backend {
+
+/// Sends the body as the script says: whole or cut, once or many times, byte by byte, with or
+/// without the truth about its length.
+/// @param gate outlives the response
+void sendBody(const ScriptedAnswer& script, const std::string& body, ShutdownGate& gate,
+              httplib::Response& response);
+
+} // namespace vesk::backend
+
+#endif // VESK_DEVKIT_BACKEND_BODYSENDER_H
