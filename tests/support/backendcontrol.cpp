@@ -17,7 +17,7 @@ void BackendControl::next(const Answer& answer) {
     writer.Key("path");
     writer.String(answer.path.c_str());
     writer.Key("body");
-    writer.String(answer.body.c_str());
+    writer.String(answer.body.data(), static_cast<rapidjson::SizeType>(answer.body.size()));
     writer.Key("status");
     writer.Int(answer.status);
     writer.Key("delay_ms");
@@ -29,8 +29,32 @@ void BackendControl::next(const Answer& answer) {
         writer.String(answer.location.c_str());
     }
     writer.EndObject();
-    const std::string body = json.GetString();
+    std::string body = json.GetString();
+    body.insert(body.size() - 1, answer.more);
     call("/next", &body);
+}
+
+void BackendControl::showCertificate(const std::string& kind) {
+    const std::string body = R"({"kind":")" + kind + "\"}";
+    call("/certificate", &body);
+}
+
+std::string BackendControl::lineUrl() {
+    rapidjson::Document document;
+    document.Parse(call("/line", nullptr).c_str());
+    return document["url"].GetString();
+}
+
+size_t BackendControl::lineConnections() {
+    rapidjson::Document document;
+    document.Parse(call("/line", nullptr).c_str());
+    return document["connections"].GetUint();
+}
+
+void BackendControl::breakLine(const std::string& action, size_t after, const std::string& from) {
+    const std::string body = R"({"action":")" + action + R"(","from":")" + from + R"(","after":)" +
+                             std::to_string(after) + "}";
+    call("/line", &body);
 }
 
 std::vector<Request> BackendControl::requests(const std::string& path) {
@@ -57,7 +81,8 @@ Request BackendControl::waitForRequest(const std::string& path, size_t count) {
 }
 
 std::string BackendControl::call(const std::string& path, const std::string* postBody) {
-    const ControlAnswer answer = callControlPort(mUrl + path, postBody);
+    const ControlAnswer answer =
+        callControlPort(mUrl + path, postBody, {"Content-Type: application/json"});
     if (answer.status >= 400) {
         throw std::runtime_error("the dev backend's control port refuses: " + answer.body);
     }

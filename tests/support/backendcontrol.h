@@ -12,8 +12,9 @@ struct Answer {
     std::string body;
     int status = 200;
     int delayMs = 0;
-    std::string action = "answer"; ///< or "reset", "cut", "hang", "redirect"
+    std::string action = "answer"; ///< or "echo", "reset", "cut", "hang", "redirect"
     std::string location = "";     ///< where a redirect leads to
+    std::string more = "";         ///< further members of the script: JSON with a leading comma
 };
 
 /// A request as the dev backend received and judged it.
@@ -36,6 +37,16 @@ public:
 
     /// Waits until there are @p count requests to @p path and returns the last one.
     Request waitForRequest(const std::string& path, size_t count = 1);
+
+    /// The certificate of the handshakes from now on: "good", "expired" and so on.
+    void showCertificate(const std::string& kind);
+
+    /// A way to the backend that breaks as breakLine() says.
+    std::string lineUrl();
+    /// How many connections came that way until now.
+    size_t lineConnections();
+    /// @param after how many bytes @p from "client" or "server" come through before
+    void breakLine(const std::string& action, size_t after = 0, const std::string& from = "client");
 
 private:
     std::string call(const std::string& path, const std::string* postBody);

@@ -8,7 +8,7 @@ namespace vesk::test {
 extern const char* const kSdkLibrary; ///< the SDK's file name
 extern const bool kSdkUnloadsItself;  ///< whether UnInstall takes it out of the process
 
-/// A library that this program has loaded at run time and never frees.
+/// A library that this program has loaded at run time and never frees by itself.
 class LoadedLibrary {
 public:
     /// Throws when the library cannot be loaded.
@@ -21,6 +21,8 @@ public:
     }
 
     bool isLoaded() const;
+    /// Frees it once, as a program does that wants it no more. Nothing may be called in it then.
+    void close() const;
 
 private:
     using Address = void (*)();

@@ -19,6 +19,10 @@ bool LoadedLibrary::isLoaded() const {
     return dlopen(mFile.c_str(), RTLD_NOW | RTLD_NOLOAD) != nullptr;
 }
 
+void LoadedLibrary::close() const {
+    dlclose(mHandle);
+}
+
 LoadedLibrary::Address LoadedLibrary::address(const char* name) const {
     void* const found = dlsym(mHandle, name);
     if (found == nullptr) {

@@ -20,6 +20,10 @@ bool LoadedLibrary::isLoaded() const {
     return GetModuleHandleW(mFile.filename().c_str()) != nullptr;
 }
 
+void LoadedLibrary::close() const {
+    FreeLibrary(static_cast<HMODULE>(mHandle));
+}
+
 LoadedLibrary::Address LoadedLibrary::address(const char* name) const {
     const auto found = GetProcAddress(static_cast<HMODULE>(mHandle), name);
     if (found == nullptr) {

@@ -24,6 +24,7 @@ public:
     /// Waits until the library has left the process; throws when it does not. On Linux it stays.
     void leave(std::chrono::seconds patience) const;
     bool isLoaded() const { return mLibrary.isLoaded(); }
+    void close() const { mLibrary.close(); }
 
 private:
     LoadedLibrary mLibrary;

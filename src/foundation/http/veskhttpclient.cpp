@@ -19,7 +19,7 @@ namespace {
 
 constexpr uint32_t kDefaultTimeoutSeconds = 15;
 
-/// Of a body, and of the headers. No answer of the backend comes near; a server that never stops
+/// No answer of the backend comes near; a server that never stops
 /// sending must not eat the game's memory.
 constexpr size_t kMaxAnswerBytes = size_t{4} << 20;
 

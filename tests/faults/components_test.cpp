@@ -1,0 +1,73 @@
+#include <algorithm>
+
+#include "faults/faulttest.h"
+#include "faults/gameprocess.h"
+#include "support/messenger.h"
+#include "support/waituntil.h"
+
+namespace vesk::test {
+namespace {
+
+struct ComponentFaults : FaultTest {
+    /// A login through Ferno whose callbacks come as @p script says.
+    VESKLoginRet scan(const std::string& script) {
+        ferno.script(script);
+        start();
+        VESKLogin::Login("Ferno", "", "", "");
+        const VESKLoginRet ret = observer.nextLogin().ret;
+        countRow(script.substr(0, 80));
+        return ret;
+    }
+
+    const Messenger ferno{game, "ferno", "frlogin.dll"};
+};
+
+TEST_F(ComponentFaults, AnyCallbacksGiveALoginOneAnswer) {
+    const std::string megabyte(1 << 20, 'x');
+    const std::string rows[] = {
+        "threads=8\non_qrcode=5:qr:u,5:success",
+        "threads=8\non_qrcode=5:qr:u,5:fail:1:1",
+        "threads=8\non_qrcode=5:qr:u,0:success,0:fail:1:1,0:kickout:1,0:exception,0:success",
+        "threads=4\nnull_texts=1\non_qrcode=5:qr:u,5:success",
+        "on_qrcode=5:success,5:qr:u,5:qr:u,5:success,5:scanned,5:token,5:token_fail:1:1",
+        "on_qrcode=5:qr:" + megabyte + ",5:success",
+        "openid=" + megabyte + "\nctt=" + megabyte + "\non_qrcode=5:success",
+    };
+    scan(rows[0]); // what the component and its callbacks make once
+    settle();
+    for (const std::string& row : rows) {
+        SCOPED_TRACE(row.substr(0, 80));
+        scan(row);
+        EXPECT_EQ(faulty("the next one").retCode, VESKError::SUCCESS);
+    }
+    EXPECT_EQ(scan("").retCode, VESKError::SUCCESS);
+    expectWhole();
+}
+
+TEST_F(ComponentFaults, CallbacksAfterTheEndReachNobody) {
+    constexpr int kNothing = 10;
+    constexpr int kHeard = 11;
+    const std::string rows[] = {"5:qr:u,5:success,5:fail:1:1,5:kickout:1,5:exception,5:token",
+                                "0:success,0:success,0:success,0:success"};
+    for (const std::string& row : rows) {
+        SCOPED_TRACE(row);
+        expectGame(kNothing, [&] {
+            ferno.script("threads=4\non_qrcode=5:qr:u\non_late=" + row);
+            start();
+            VESKLogin::Login("Ferno", "", "", "");
+            observer.nextQrCode();
+            VESKLogin::UnInstall();
+            const size_t steps = 1 + static_cast<size_t>(std::count(row.begin(), row.end(), ','));
+            waitUntil("the late callbacks", [&] {
+                return ferno.componentLines("\"callback\"").size() >= 4 * (1 + steps);
+            });
+            return observer.loginCount() == 0 ? kNothing : kHeard;
+        });
+        std::filesystem::remove(game.path() / "ferno_sim_calls.txt");
+        countRow(row, 0);
+    }
+    EXPECT_TRUE(backend.requests("auth/login").empty());
+}
+
+} // namespace
+} // namespace vesk::test

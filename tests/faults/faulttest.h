@@ -1,0 +1,39 @@
+#ifndef VESK_TESTS_FAULTS_FAULTTEST_H
+#define VESK_TESTS_FAULTS_FAULTTEST_H
+
+#include <string>
+
+#include "faults/processcounts.h"
+#include "flow/flowtest.h"
+
+namespace vesk::test {
+
+/// A table of faults in one process. What each row is held to: as many results as were promised,
+/// the process lives, the next login works, and descriptors and threads come back.
+class FaultTest : public FlowTest {
+protected:
+    /// A good login first, so that what is made once exists; then remembers what the process holds.
+    void settle();
+    /// Logs in under a fault that the row has arranged; expects exactly one result.
+    VESKLoginRet faulty(const std::string& row, const char* channel = "Steam");
+    /// Counts a row that has made its logins by itself.
+    /// @param results how many login results the observer has heard of it
+    void countRow(const std::string& what, size_t results = 1);
+    /// Waits until descriptors and threads have come back to what settle() counted.
+    void expectQuiet();
+    /// The next login works, nothing was heard too often, and all is quiet.
+    void expectWhole();
+
+    /// Prints the number of rows, for scripts/faults.
+    void TearDown() override;
+
+    ProcessCounts settled;
+
+private:
+    size_t mRows = 0;
+    size_t mResults = 0; ///< of logins, until now
+};
+
+} // namespace vesk::test
+
+#endif

@@ -1,0 +1,195 @@
+#include <csignal>
+#include <linux/capability.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "faults/faulttest.h"
+#include "faults/filestates.h"
+#include "faults/gameprocess.h"
+
+namespace fs = std::filesystem;
+
+namespace vesk::test {
+namespace {
+
+/// How a visit went, as a process can tell it.
+enum Outcome { kHeld = 10, kNotHeld, kNoAddress, kOther };
+
+struct FileFaults : FaultTest {
+    /// A login in a process that the permissions of files bind, as they do not bind root.
+    template <typename Meanwhile>
+    int visit(const Meanwhile& meanwhile) {
+        __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+        const __user_cap_data_struct none[2] = {};
+        syscall(SYS_capset, &header, none);
+        start();
+        VESKLogin::Login("Steam", "", "", "");
+        meanwhile();
+        const VESKLoginRet ret = observer.nextLogin().ret;
+        VESKLoginRet held;
+        const bool found = VESKLogin::GetLoginRet(held);
+        const rlimit roomAgain = {RLIM_INFINITY, RLIM_INFINITY}; // for what a sanitizer may do
+        setrlimit(RLIMIT_FSIZE, &roomAgain);
+        if (ret.retCode == VESKError::SUCCESS) {
+            return found ? kHeld : kNotHeld;
+        }
+        return ret.thirdCode == 3 ? kNoAddress : kOther;
+    }
+
+    template <typename Meanwhile>
+    void expectVisit(const std::string& row, Outcome outcome, const Meanwhile& meanwhile) {
+        SCOPED_TRACE(row);
+        expectGame(outcome, [&] { return visit(meanwhile); });
+        countRow(row, 0);
+    }
+    void expectVisit(const std::string& row, Outcome outcome) {
+        expectVisit(row, outcome, [] {});
+    }
+
+    /// The code that an automatic login ends with tells what was read of the device file.
+    int32_t autoLogin() {
+        start();
+        VESKLogin::AutoLogin();
+        return observer.nextLogin().ret.retCode;
+    }
+};
+
+TEST_F(FileFaults, NoFileIsNeededButTheConfiguration) {
+    const struct {
+        const char* file;
+        Outcome outcome;
+    } rows[] = {{"VESKConfig.ini", kNoAddress},
+                {"VESKRetMsg_.json", kHeld},
+                {"VESKRetMsg.json", kHeld},
+                {"veskrecord.log", kHeld},
+                {"upra_login.txt", kHeld}};
+    for (const auto& row : rows) {
+        const fs::path file = game.path() / row.file;
+        const std::string before = readFile(file);
+        for (const std::string& state : kFileStates) {
+            putFile(file, state);
+            // A folder that holds something cannot be replaced by the new player's file.
+            const bool stays = file == game.loginCache() && fs::is_directory(file);
+            expectVisit(row.file + (" is " + state), stays ? kNotHeld : row.outcome);
+        }
+        fs::remove_all(file);
+        if (!before.empty()) {
+            writeFile(file, before);
+        }
+    }
+}
+
+TEST_F(FileFaults, LoginThatCannotBeWrittenDownIsDeliveredButNotHeld) {
+    for (const std::string& state : kFileStates) {
+        backend.next({"auth/login", loginAnswer("A").body, 200, 200});
+        expectVisit(state, state == "missing" || state == "empty" ? kHeld : kNotHeld,
+                    [&] { putFile(game.loginCache(), state); });
+        fs::remove_all(game.loginCache());
+    }
+    backend.next({"auth/login", loginAnswer("A").body, 200, 200});
+    expectVisit("read-only folder", kNotHeld,
+                [&] { fs::permissions(game.path(), fs::perms(0555)); });
+    fs::permissions(game.path(), fs::perms(0755));
+    for (const rlim_t room : {0, 3, 5}) {
+        backend.next({"auth/login", loginAnswer("A").body, 200, 200});
+        expectVisit("a disk that is full after " + std::to_string(room), kNotHeld, [&] {
+            const rlimit limit = {room, RLIM_INFINITY};
+            std::signal(SIGXFSZ, SIG_IGN);
+            setrlimit(RLIMIT_FSIZE, &limit);
+        });
+        EXPECT_EQ(readFile(game.loginCache()), std::string("Steamuid-A").substr(0, room));
+    }
+}
+
+TEST_F(FileFaults, ConfigurationIsReadWhateverElseTheFileHolds) {
+    using namespace std::string_literals;
+    const std::string good = "VESK_URL=" + environment("VESK_TEST_BACKEND_URL") +
+                             "\nVESK_GAME_ID=1106\nVESK_SDK_KEY=dev-key\nSTEAM_APP_ID=480";
+    const std::string megabyte(1 << 20, 'x');
+    const struct {
+        const char* name;
+        std::string content;
+        Outcome outcome;
+    } rows[] = {
+        {"no line end", good, kHeld},
+        {"a long value before", "X=" + megabyte + "\n" + good, kHeld},
+        {"a long key before", megabyte + "=1\n" + good, kHeld},
+        {"a long line after", good + "\n" + megabyte, kHeld},
+        {"a zero byte after", good + "\nX=\0y\n"s, kHeld},
+        // The line ends at the zero byte, and the next one is its continuation.
+        {"a zero byte before", "X=\0y\n"s + good, kNoAddress},
+        {"nothing but a long line", megabyte, kNoAddress},
+    };
+    for (const auto& row : rows) {
+        writeFile(game.path() / "VESKConfig.ini", row.content);
+        expectVisit(row.name, row.outcome);
+    }
+}
+
+TEST_F(FileFaults, DeviceFileOfAnyLengthIsRead) {
+    for (const size_t length : {0, 1, 2, 3, 4, 5, 1 << 20}) {
+        writeFile(game.loginCache(), ("KZ" + std::string(length, 'x')).substr(0, length));
+        const int32_t wanted = length == 0  ? VESKError::NO_STORED_LOGIN
+                               : length < 4 ? -1
+                                            : VESKError::CHANNEL_LOGIN_FAILED; // no KZ here
+        EXPECT_EQ(autoLogin(), wanted) << length;
+        countRow("a device file of " + std::to_string(length));
+    }
+}
+
+TEST_F(FileFaults, NewFilesAreTheirOwnersOnly) {
+    expectGame(kHeld, [&] {
+        umask(0);
+        return visit([] {});
+    });
+    for (const char* file : {"upra_login.txt", "veskrecord.log"}) {
+        EXPECT_EQ(fs::status(game.path() / file).permissions(), fs::perms(0600)) << file;
+        countRow(file, 0);
+    }
+}
+
+// Also what the next case runs, and kills.
+TEST_F(FileFaults, PlayerIsWrittenDown) {
+    backend.next(loginAnswer("A"));
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(readFile(game.loginCache()), "Steamuid-A");
+    countRow("a login");
+}
+
+TEST_F(FileFaults, KilledAtAnyChangeOfTheDeviceFileItCanBeRead) {
+    const std::string program = fs::read_symlink("/proc/self/exe");
+    const std::string file = game.loginCache();
+    size_t kills = 0;
+    for (const std::string call : {"unlink", "openat", "write", "close"}) {
+        for (int status = -1, when = 1; status != 0 && !HasFailure(); ++when) {
+            SCOPED_TRACE(call + " number " + std::to_string(when));
+            writeFile(file, "KZ1234");
+            // Leaks cannot be looked for in a traced process.
+            status = std::system(("ASAN_OPTIONS=detect_leaks=0 strace -f -qq -o /dev/null -P '" +
+                                  file + "' -e trace=" + call + " -e inject=" + call +
+                                  ":signal=KILL:when=" + std::to_string(when) + " '" + program +
+                                  "' --gtest_filter=FileFaults.PlayerIsWrittenDown >/dev/null 2>&1")
+                                     .c_str());
+            const bool killed = WIFSIGNALED(status) || WEXITSTATUS(status) == 128 + SIGKILL;
+            EXPECT_TRUE(status == 0 || killed) << status;
+            kills += killed ? 1 : 0;
+            const std::string left = readFile(file);
+            const int32_t read = autoLogin();
+            countRow(call);
+            if (left == "KZ1234") {
+                EXPECT_EQ(read, VESKError::CHANNEL_LOGIN_FAILED); // the old player; no KZ here
+            } else if (left == "Steamuid-A") {
+                EXPECT_EQ(read, VESKError::AUTOLOGIN_NOT_ALLOWED); // the new one
+            } else {
+                EXPECT_EQ(left, "");
+                EXPECT_EQ(read, VESKError::NO_STORED_LOGIN);
+            }
+        }
+    }
+    EXPECT_GE(kills, 4u) << "at least once at each";
+}
+
+} // namespace
+} // namespace vesk::test

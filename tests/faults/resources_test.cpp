@@ -1,0 +1,138 @@
+#include <fcntl.h>
+#include <sys/resource.h>
+
+#include "faults/faulttest.h"
+#include "faults/gameprocess.h"
+#include "faults/systemfaults.h"
+
+namespace vesk::test {
+namespace {
+
+constexpr int kMoreThanThePool = 6; // so that a lost client is missed
+
+/// Lets this process have no more than @p free further descriptors, until it goes.
+class FewDescriptors {
+public:
+    explicit FewDescriptors(size_t free) {
+        getrlimit(RLIMIT_NOFILE, &mBefore);
+        rlimit limit = mBefore;
+        limit.rlim_cur = 0;
+        for (size_t unused = 0; unused < free || isOpen(limit.rlim_cur); ++limit.rlim_cur) {
+            unused += isOpen(limit.rlim_cur) ? 0 : 1;
+        }
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    ~FewDescriptors() { setrlimit(RLIMIT_NOFILE, &mBefore); }
+    FewDescriptors(const FewDescriptors&) = delete;
+    FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+private:
+    static bool isOpen(rlim_t descriptor) {
+        return fcntl(static_cast<int>(descriptor), F_GETFD) != -1;
+    }
+    rlimit mBefore = {};
+};
+
+struct ResourceFaults : FaultTest {
+    SystemFaults system;
+};
+
+TEST_F(ResourceFaults, RefusedThreadOrHandleIsTheLoginsFailure) {
+    settle();
+    for (Refusal* refusal : {&SystemFaults::threads, &SystemFaults::curlHandles}) {
+        for (int i = 0; i < kMoreThanThePool; ++i) {
+            refusal->begin(1);
+            const VESKLoginRet ret = faulty("no thread, no handle");
+            EXPECT_EQ(refusal->end(), 1);
+            EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
+            EXPECT_EQ(ret.thirdCode, 2);
+        }
+        EXPECT_EQ(faulty("afterwards").retCode, VESKError::SUCCESS);
+    }
+    // The second thread of a login is the timer.
+    SystemFaults::waitForQuiet();
+    const size_t before = game.logLines("timer is waiting");
+    SystemFaults::threads.begin(2);
+    EXPECT_EQ(faulty("no timer").retCode, VESKError::SUCCESS);
+    EXPECT_EQ(SystemFaults::threads.end(), 1);
+    EXPECT_EQ(game.logLines("timer is waiting"), before);
+    expectWhole();
+    SystemFaults::waitForQuiet();
+    EXPECT_EQ(game.logLines("timer is waiting"), before + 1) << "the next login has one again";
+}
+
+TEST_F(ResourceFaults, FewDescriptorsAreTheLoginsFailure) {
+    settle();
+    int32_t last = -1;
+    for (size_t free = 0; free <= 12; ++free) {
+        const FewDescriptors few(free);
+        const VESKLoginRet ret = faulty(std::to_string(free));
+        EXPECT_TRUE(ret.retCode == VESKError::NETWORK_ERROR || ret.retCode == VESKError::SUCCESS)
+            << free << " free descriptors: " << ret.retCode;
+        EXPECT_TRUE(free != 0 || ret.retCode == VESKError::NETWORK_ERROR);
+        last = ret.retCode;
+    }
+    EXPECT_EQ(last, VESKError::SUCCESS) << "as many as a login needs";
+    expectWhole();
+}
+
+TEST_F(ResourceFaults, RefusedMemoryCostsAtMostTheLogin) {
+    settle();
+    size_t silent = 0;
+    size_t refused = 0;
+    for (const long times : {1, 50}) {
+        // One allocation after the other; further apart, the further the login has come.
+        for (long nth = 1, hit = 1; hit != 0; nth += 1 + nth / 50) {
+            SCOPED_TRACE("allocation " + std::to_string(nth) + ", " + std::to_string(times));
+            const size_t before = observer.loginCount();
+            SystemFaults::allocations.begin(nth, times);
+            VESKLogin::Login("Steam", "", "", "");
+            SystemFaults::waitForQuiet();
+            hit = SystemFaults::allocations.end();
+            const size_t heard = observer.loginCount() - before;
+            EXPECT_LE(heard, 1u);
+            // Inside the game's call there may be no answer; once that has returned there is one.
+            EXPECT_TRUE(heard == 1 || times != 1 || !SystemFaults::allocations.wasElsewhere());
+            silent += heard == 0 ? 1 : 0;
+            refused += hit != 0 ? 1 : 0;
+            if (heard != 0) {
+                observer.nextLogin();
+            }
+            countRow("memory", heard);
+            EXPECT_EQ(faulty("afterwards").retCode, VESKError::SUCCESS);
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+    std::printf("\n%zu logins with refused memory, %zu of them without an answer\n", refused,
+                silent);
+    expectWhole();
+}
+
+TEST_F(ResourceFaults, RefusedMemoryAtTheFirstUseLeavesTheSdkUsable) {
+    constexpr int kUsable = 10;
+    constexpr long kNever = 1000000000;
+    const auto use = [this](long nth) {
+        SystemFaults::allocations.begin(nth);
+        VESKLogin::SetLoginObserver(&observer);
+        VESKLogin::Login("Steam", "", "", "");
+        SystemFaults::waitForQuiet();
+        writeFile(game.path() / "calls", std::to_string(SystemFaults::allocations.calls()));
+        SystemFaults::allocations.end();
+        for (size_t heard = observer.loginCount(); heard > 0; --heard) {
+            observer.nextLogin();
+        }
+        return login().retCode == VESKError::SUCCESS ? kUsable : 0;
+    };
+    expectGame(kUsable, [&] { return use(kNever); });
+    const long calls = std::stol(readFile(game.path() / "calls"));
+    for (long nth = 1; nth <= calls; nth += 1 + calls / 60) {
+        SCOPED_TRACE("allocation " + std::to_string(nth) + " of " + std::to_string(calls));
+        expectGame(kUsable, [&] { return use(nth); });
+        countRow("memory", 0);
+    }
+}
+
+} // namespace
+} // namespace vesk::test

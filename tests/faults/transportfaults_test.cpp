@@ -1,0 +1,141 @@
+// What happens to a connection on its way, and to the trust in the other end.
+#include <cstdlib>
+#include <vector>
+
+#include "faults/faulttest.h"
+
+namespace vesk::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TransportFaults : public FaultTest {
+protected:
+    /// A login whose transfer fails; expects this code of the transport, or any when that is 0.
+    void fails(const std::string& row, int32_t code = 0) {
+        const VESKLoginRet ret = faulty(row);
+        EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR) << row;
+        EXPECT_GT(ret.thirdCode, 0) << row;
+        EXPECT_LT(ret.thirdCode, 100) << row;
+        EXPECT_TRUE(code == 0 || ret.thirdCode == code) << row << ": " << ret.thirdCode;
+    }
+};
+
+TEST_F(TransportFaults, LineBrokenAtEveryStage) {
+    game.configure("VESK_URL=" + backend.lineUrl());
+    settle();
+    for (int i = 0; i < 10; ++i) { // the ninth of a kind has a log line of its own
+        backend.breakLine("refuse");
+        fails("refused", 7);
+    }
+    for (const char* action : {"reset", "close"}) {
+        for (const char* from : {"client", "server"}) {
+            size_t broken = 0;
+            for (VESKLoginRet ret; ret.retCode != VESKError::SUCCESS;
+                 broken += 8 * VESK_FAULT_STEP) {
+                const std::string row = std::string(action) + " after byte " +
+                                        std::to_string(broken) + " of the " + from;
+                backend.breakLine(action, broken, from);
+                ret = faulty(row);
+                if (ret.retCode == VESKError::SUCCESS) {
+                    break;
+                }
+                ASSERT_EQ(ret.retCode, VESKError::NETWORK_ERROR) << row;
+                ASSERT_TRUE(ret.thirdCode > 0 && ret.thirdCode < 100) << row << ret.thirdCode;
+                ASSERT_LT(broken, 10000u) << row;
+            }
+            // The handshake and the request, or the answer, are longer than that.
+            EXPECT_GT(broken, 1000u) << action << " by the " << from;
+        }
+    }
+    backend.breakLine("pass");
+    expectWhole();
+}
+
+TEST_F(TransportFaults, NobodyIsTrustedWithoutReason) {
+    settle();
+    const size_t told = backend.requests("/").size();
+    for (const char* kind :
+         {"expired", "not-yet-valid", "wrong-name", "self-signed", "unknown-ca"}) {
+        backend.showCertificate(kind);
+        fails(kind, 60);
+    }
+    backend.showCertificate("good");
+    const fs::path file = game.path() / "cacert.pem";
+    const std::string good = readFile(file);
+    const struct {
+        const char* row;
+        std::string bytes;
+    } rows[] = {{"empty list", ""},
+                {"no certificate in it", "hello\n"},
+                {"half a certificate", good.substr(0, good.size() / 2)},
+                {"zero bytes", std::string(4096, '\0')}};
+    for (const auto& row : rows) {
+        writeFile(file, row.bytes);
+        fails(row.row);
+    }
+    fs::remove(file);
+    fails("missing list", 77);
+    fs::create_directory(file);
+    fails("a folder of that name");
+    fs::remove(file);
+    writeFile(file, good);
+    EXPECT_EQ(backend.requests("/").size(), told) << "somebody was told";
+    expectWhole();
+}
+
+TEST_F(TransportFaults, ProxyVariables) {
+    const std::string closed = "http://localhost:1";
+    const std::string deaf = backend.lineUrl();
+    std::string mute = deaf;
+    mute.erase(4, 1);
+    backend.breakLine("close");
+    const struct {
+        const char* name;
+        std::string value;
+        int32_t code; ///< 0: the login succeeds
+    } rows[] = {{"https_proxy", closed, 7}, {"HTTPS_PROXY", closed, 7},
+                {"all_proxy", closed, 7},   {"ALL_PROXY", "socks5://localhost:1", 7},
+                {"https_proxy", mute, 56},  {"https_proxy", "http://[", 5},
+                {"http_proxy", closed, 0}};
+    const std::vector<const char*> names = {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY",
+                                            "http_proxy",  "no_proxy",    "NO_PROXY"};
+    // The environment keeps the text itself.
+    static std::vector<std::string>& texts = *new std::vector<std::string>;
+    texts.reserve(100);
+    const auto set = [](const std::string& name, const std::string& value) {
+        texts.push_back(name + "=" + value);
+        putenv(texts.back().data());
+    };
+    const auto clear = [&] {
+        for (const char* name : names) {
+            set(name, "");
+        }
+    };
+    clear();
+    settle();
+    for (const auto& row : rows) {
+        set(row.name, row.value);
+        const std::string label = row.name + (" " + row.value);
+        if (row.code == 0) {
+            EXPECT_EQ(faulty(label).retCode, VESKError::SUCCESS) << label;
+        } else {
+            fails(label, row.code);
+            set("no_proxy", "localhost");
+            EXPECT_EQ(faulty(label + ", but not for this host").retCode, VESKError::SUCCESS);
+        }
+        clear();
+    }
+    expectWhole();
+}
+
+TEST_F(TransportFaults, NameNotFound) {
+    // No name server is asked for a label that is too long.
+    game.configure("VESK_URL=https://" + std::string(70, 'a'));
+    for (int i = 0; i < 10; ++i) {
+        fails("name not found", 6);
+    }
+}
+
+} // namespace
+} // namespace vesk::test
