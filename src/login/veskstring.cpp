@@ -1,5 +1,6 @@
 #include "vesk/veskstring.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <limits>
@@ -44,6 +45,15 @@ uint32_t Length(const char* text) {
     return static_cast<uint32_t>(length < longest ? length : longest);
 }
 
+// Deliberate: a trace of every assignment, without a line end. Each record has dozens, so without
+// formatted output.
+void Trace(uint32_t length) {
+    char text[16] = {'l', 'e', 'n', ':'};
+    constexpr size_t kPrefix = 4;
+    const auto end = std::to_chars(text + kPrefix, text + sizeof text, static_cast<int>(length));
+    std::fwrite(text, 1, static_cast<size_t>(end.ptr - text), stdout);
+}
+
 void Free(char* text) {
     if (text != gNoMemory) {
         delete[] text;
@@ -83,8 +93,7 @@ String& String::assign(const char* text, uint32_t length) {
     Free(mText);
     mText = bytes.text;
     mLength = bytes.length;
-    // Deliberate: a trace of every assignment, without a line end.
-    std::printf("len:%d", static_cast<int>(mLength));
+    Trace(mLength);
     return *this;
 }
 

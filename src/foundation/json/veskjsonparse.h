@@ -1,6 +1,7 @@
 #ifndef VESK_FOUNDATION_JSON_VESKJSONPARSE_H
 #define VESK_FOUNDATION_JSON_VESKJSONPARSE_H
 
+#include <cstddef>
 #include <rapidjson/document.h>
 #include <string>
 
@@ -8,6 +9,9 @@
 
 namespace Braxel {
 namespace VESK {
+
+/// What a buffer for JSON text starts with, in bytes: most records then need no other one.
+constexpr size_t kUsualJsonSize = 1024;
 
 /// Parses @p json, which may come from outside and be hostile: parsing needs no call stack, and
 /// nesting deeper than 256 levels is refused, so that whatever walks the document afterwards needs

@@ -7,6 +7,17 @@
 namespace Braxel {
 namespace VESK {
 
+namespace {
+
+// rapidjson's own chunks of 64 KiB are so large that the heap tidies itself up after each document.
+struct Parsed {
+    static constexpr size_t kChunkSize = 4096;
+    JsonDocument::AllocatorType allocator{kChunkSize};
+    JsonDocument document{&allocator};
+};
+
+} // namespace
+
 VESKJsonReader::VESKJsonReader() = default;
 
 void VESKJsonReader::init(const std::string& json) {
@@ -23,7 +34,8 @@ void VESKJsonReader::init(const std::string& json) {
         mParseFailed = true;
         return;
     }
-    mDocument = std::make_shared<JsonDocument>();
+    const auto parsed = std::make_shared<Parsed>();
+    mDocument = std::shared_ptr<JsonDocument>(parsed, &parsed->document);
     mParseFailed = !ParseJson(json, *mDocument);
     if (mDocument->IsObject()) {
         mCursor = mDocument.get();

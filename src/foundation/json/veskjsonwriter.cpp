@@ -12,7 +12,7 @@ namespace Braxel {
 namespace VESK {
 
 struct VESKJsonBuffer::State {
-    JsonStringBuffer buffer;
+    JsonStringBuffer buffer{nullptr, kUsualJsonSize};
     JsonStringWriter writer{buffer};
 };
 

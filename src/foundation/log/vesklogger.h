@@ -54,8 +54,8 @@ private:
     friend class VESKSingleton<VESKLogger>;
     VESKLogger();
 
-    void AppendLine(int level, const char* fileName, const char* methodName, int line,
-                    const char* format, va_list arguments) VESK_PRINTF_FORMAT(6, 0);
+    void AppendLine(std::string& text, int level, const char* fileName, const char* methodName,
+                    int line, const char* format, va_list arguments) VESK_PRINTF_FORMAT(7, 0);
 
     std::string mPath;
     os::Mutex mMutex;

@@ -1,0 +1,73 @@
+#include "groups.h"
+
+#include <filesystem>
+#include <vector>
+
+#include "game.h"
+
+namespace vesk::bench {
+
+namespace {
+
+constexpr int kLogins = 10000;
+constexpr int kWindow = 100; ///< logins that are timed at either end
+constexpr int kClearEvery = 250;
+
+struct State {
+    Pair times; ///< the window's logins, and as many plain requests in between
+    double resident;
+    double descriptors;
+    double threads;
+};
+
+/// Logs in again and again, as a game does whose players change, and never out.
+void login(Game& game, int count) {
+    for (int i = 0; i < count; ++i) {
+        game.login("Steam");
+        if (i % kClearEvery == 0) {
+            Game::clearBackend();
+            std::filesystem::resize_file(game.log(), 0);
+        }
+    }
+}
+
+State measureWindow(Game& game, const std::vector<PlainRequest>& requests) {
+    State state = {};
+    state.times = takeTurns(
+        kWindow,
+        [&] {
+            const double start = nowNs();
+            requests.front().post();
+            return nowNs() - start;
+        },
+        [&] { return game.login("Steam").total; });
+    waitForThreads(2);
+    state.resident = residentBytes();
+    state.descriptors = static_cast<double>(descriptorCount());
+    state.threads = static_cast<double>(threadCount());
+    return state;
+}
+
+} // namespace
+
+void measureManyLogins(Figures& figures) {
+    Game game;
+    const auto requests = game.requestsOf("Steam");
+    login(game, kWindow);
+    const State early = measureWindow(game, requests);
+    login(game, kLogins - 2 * kWindow);
+    const State late = measureWindow(game, requests);
+    figures.ratio(
+        "the 10,000th login: time", "the 100th, both beside plain libcurl", "",
+        {early.times.measured / early.times.baseline, late.times.measured / late.times.baseline},
+        atMost(1.05));
+    const double mib = 1024.0 * 1024.0;
+    figures.value("the 10,000th login: memory more than after the 100th", "MiB",
+                  (late.resident - early.resident) / mib, atMost(1));
+    figures.value("the 10,000th login: descriptors more than after the 100th", "descriptors",
+                  late.descriptors - early.descriptors, atMost(0));
+    figures.value("the 10,000th login: threads more than after the 100th", "threads",
+                  late.threads - early.threads, atMost(0));
+}
+
+} // namespace vesk::bench
