@@ -1,5 +1,4 @@
 # Faults of the player's machine: files, components, the clock, what the system may refuse.
-set(support ${PROJECT_SOURCE_DIR}/tests/support)
 
 # Each row is a game in a process of its own.
 set(threaded_cases)
@@ -39,19 +38,6 @@ if(NOT WIN32 AND NOT VESK_SANITIZE)
         PROPERTIES ENVIRONMENT VESK_CASE_SECONDS=110)
 endif()
 
-# This program loads the library at run time, as vesk_unload_test does.
-vesk_add_test_program(vesk_close_fault_tests
-    SOURCES
-        libraryclose_test.cpp
-        ${support}/loadedlibrary_${platform}.cpp
-        ${support}/loadedsdk.cpp
-        ${support}/recordingobserver.cpp
-        ${PROJECT_SOURCE_DIR}/src/login/veskloginobserver.cpp
-        ${PROJECT_SOURCE_DIR}/src/login/veskstring.cpp
-    LIBRARIES vesk_test_support ${CMAKE_DL_LIBS})
-target_compile_definitions(vesk_close_fault_tests PRIVATE VESK_STATIC)
-target_include_directories(vesk_close_fault_tests PRIVATE
-    ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src)
-add_dependencies(vesk_close_fault_tests VESKCore)
+vesk_add_loading_test_program(vesk_close_fault_tests SOURCES libraryclose_test.cpp)
 vesk_add_test_cases(faults vesk_close_fault_tests BACKEND
     SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/libraryclose_test.cpp LABELS threads FILES ${vesk_game_files})

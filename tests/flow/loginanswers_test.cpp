@@ -43,47 +43,5 @@ TEST_F(LoginAnswers, EachFailureHasItsCodesAndMessage) {
     }
 }
 
-TEST_F(LoginAnswers, BrokenConnectionTravelsAsTheTransportsCode) {
-    for (const char* action : {"cut", "reset"}) {
-        Answer answer = loginAnswer("A");
-        answer.action = action;
-        backend.next(answer);
-        const VESKLoginRet ret = login();
-        EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR) << action;
-        EXPECT_GT(ret.thirdCode, 0) << action;
-        EXPECT_LT(ret.thirdCode, 100) << action << ": a libcurl code is expected";
-    }
-}
-
-TEST_F(LoginAnswers, RedirectIntoTheClearIsNotFollowed) {
-    Answer answer{"auth/login", "", 307};
-    answer.action = "redirect";
-    answer.location = environment("VESK_TEST_CONTROL_URL") + "/v2/auth/login";
-    backend.next(answer);
-    const VESKLoginRet ret = login();
-    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
-    EXPECT_EQ(ret.thirdCode, 1);
-}
-
-TEST_F(LoginAnswers, ClosedPortTravelsAsTheTransportsCode) {
-    game.configure("VESK_URL=http://localhost:1");
-    const VESKLoginRet ret = login();
-    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
-    EXPECT_EQ(ret.thirdCode, 7);
-}
-
-TEST_F(LoginAnswers, ServerThatTheCertificatesDoNotVouchForIsNotTold) {
-    writeFile(game.path() / "cacert.pem", readFile(game.path() / "somebody_else.pem"));
-    VESKLoginRet ret = login();
-    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
-    EXPECT_EQ(ret.thirdCode, 60);
-
-    std::filesystem::remove(game.path() / "cacert.pem");
-    ret = login();
-    EXPECT_EQ(ret.retCode, VESKError::NETWORK_ERROR);
-    EXPECT_EQ(ret.thirdCode, 77);
-    EXPECT_TRUE(backend.requests("/").empty());
-}
-
 } // namespace
 } // namespace vesk::test

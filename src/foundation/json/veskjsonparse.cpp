@@ -61,7 +61,8 @@ void LogFailure(const std::string& json, size_t offset) {
 } // namespace
 
 bool ParseJson(const std::string& json, JsonDocument& document) {
-    if (json.find('\0') == std::string::npos) {
+    constexpr char kByteOrderMark = '\xEF'; // its first byte; the other way does not know it
+    if (json.find('\0') == std::string::npos && json.compare(0, 1, &kByteOrderMark, 1) != 0) {
         // Faster, as each byte need not be compared with a length.
         document.Parse<rapidjson::kParseIterativeFlag>(json.c_str());
     } else {
