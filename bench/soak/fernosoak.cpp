@@ -2,8 +2,6 @@
 
 #include <thread>
 
-#include "support/controlport.h"
-
 using namespace Braxel::VESK;
 using std::chrono::seconds;
 
@@ -26,8 +24,7 @@ void FernoSoak::run(seconds length) {
         if (visit("")) {
             logout();
         }
-        const std::string none;
-        test::callControlPort(test::environment("VESK_TEST_CONTROL_URL") + "/clear", &none);
+        backend.clear();
         std::this_thread::sleep_for(std::chrono::milliseconds(200));
     }
 }
@@ -60,8 +57,7 @@ void FernoSoak::stay(std::chrono::steady_clock::time_point end) {
         waitForToken(token, std::chrono::steady_clock::now() + kLook + seconds(40));
     }
     logout(token);
-    const std::string none;
-    test::callControlPort(test::environment("VESK_TEST_CONTROL_URL") + "/clear", &none);
+    backend.clear();
 }
 
 void FernoSoak::waitForToken(const std::string& token, std::chrono::steady_clock::time_point end) {

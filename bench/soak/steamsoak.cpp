@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <thread>
 
-#include "support/controlport.h"
 #include "support/waituntil.h"
 
 using namespace Braxel::VESK;
@@ -125,8 +124,7 @@ void SteamSoak::compareWithBackend(size_t atLeast, size_t atMost) {
     ledger.expect(std::all_of(requests.begin(), requests.end(),
                               [](const test::Request& request) { return request.verdict == "ok"; }),
                   "the backend finds every request good");
-    const std::string none;
-    test::callControlPort(test::environment("VESK_TEST_CONTROL_URL") + "/clear", &none);
+    backend.clear();
 }
 
 void SteamSoak::waitUntilQuiet() {

@@ -57,6 +57,11 @@ void BackendControl::breakLine(const std::string& action, size_t after, const st
     call("/line", &body);
 }
 
+void BackendControl::clear() {
+    const std::string none;
+    call("/clear", &none);
+}
+
 std::vector<Request> BackendControl::requests(const std::string& path) {
     rapidjson::Document document;
     document.Parse(call("/requests", nullptr).c_str());

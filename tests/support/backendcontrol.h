@@ -32,6 +32,9 @@ public:
 
     void next(const Answer& answer);
 
+    /// Forgets requests and scripted answers.
+    void clear();
+
     /// The requests to @p path that have come until now, oldest first.
     std::vector<Request> requests(const std::string& path);
 
