@@ -62,12 +62,12 @@ void FernoSoak::stay(std::chrono::steady_clock::time_point end) {
 
 void FernoSoak::waitForToken(const std::string& token, std::chrono::steady_clock::time_point end) {
     VESKLoginRet held;
-    while (std::chrono::steady_clock::now() < end && held.token != token.c_str()) {
+    while (std::chrono::steady_clock::now() < end && held.token != token) {
         std::this_thread::sleep_for(seconds(1)); // each look is a line of the log
         VESKLogin::GetLoginRet(held);
     }
-    ledger.add("tokens refreshed", held.token == token.c_str() ? 1 : 0);
-    ledger.expect(held.token == token.c_str(), "the component's fresh token is held: " + token);
+    ledger.add("tokens refreshed", held.token == token ? 1 : 0);
+    ledger.expect(held.token == token, "the component's fresh token is held: " + token);
 }
 
 } // namespace vesk::soak

@@ -10,7 +10,7 @@ VESKLoginRet Soak::login(const char* channel) {
     const long before = observer.logins();
     std::thread([channel] { VESKLogin::Login(channel, "", "", ""); }).join();
     ledger.add("logins asked for");
-    const VESKLoginRet ret = observer.waitForLogin(before + 1);
+    VESKLoginRet ret = observer.waitForLogin(before + 1);
     ledger.expect(observer.logins() == before + 1, "a login has one result");
     return ret;
 }

@@ -80,6 +80,7 @@ void SteamSoak::burst(bool withHang) {
     }
     const long before = observer.logins();
     std::vector<std::thread> games;
+    games.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         games.emplace_back([] { VESKLogin::Login("Steam", "", "", ""); });
     }
