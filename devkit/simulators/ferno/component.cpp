@@ -50,18 +50,18 @@ void sendLogin(Callback callback, uint32_t type, int32_t code) {
 
 } // namespace
 
-Component::Component(const CallbackTable& table) : mState(std::make_shared<State>()) {
-    mState->table = table;
+Component::Component(const CallbackTable& table)
+    : mState(std::make_shared<State>(table, setting("keep_pointer", "0") == "1")) {
     mThread = std::thread([state = mState] { run(state); });
 }
 
-Component::~Component() {
-    leaveConsole();
+void Component::stop() {
     {
         const std::lock_guard<std::mutex> lock(mState->mutex);
         mState->ended = true;
     }
     mState->changed.notify_all();
+    leaveConsole();
     if (mThread.get_id() == std::this_thread::get_id()) {
         mThread.detach();
     } else {
@@ -74,12 +74,18 @@ void Component::play(const char* key, const char* otherwise) {
 }
 
 void Component::playInteractively(const std::string& controlUrl, const std::string& preCode) {
-    leaveConsole();
-    mDesk = std::make_unique<PlayerDesk>(
-        controlUrl, preCode, [state = mState](const std::string& steps) { queue(*state, steps); });
+    const std::lock_guard<std::mutex> desk(mDeskMutex);
+    mDesk.reset();
+    const std::lock_guard<std::mutex> lock(mState->mutex);
+    if (!mState->ended) {
+        mDesk = std::make_unique<PlayerDesk>(
+            controlUrl, preCode,
+            [state = mState](const std::string& steps) { queue(*state, steps); });
+    }
 }
 
 void Component::leaveConsole() {
+    const std::lock_guard<std::mutex> desk(mDeskMutex);
     mDesk.reset();
 }
 
@@ -88,9 +94,10 @@ void Component::leaveBehind(const char* key) const {
     if (steps.empty()) {
         return;
     }
-    steamsim::stayLoaded();
-    const auto late = std::make_shared<State>();
-    late->table = mState->table;
+    if (setting("late_pinned", "1") == "1") {
+        steamsim::stayLoaded();
+    }
+    const auto late = std::make_shared<State>(mState->table, mState->keepsPointer());
     queue(*late, steps);
     std::thread([late] { run(late); }).detach();
 }
@@ -157,8 +164,12 @@ void Component::send(const CallbackTable& table, const std::string& event) {
     } else if (name == "exception") {
         table.stateException();
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(setting("linger_ms", "0"))));
+    sleep("linger_ms");
     writeDown("{\"callback\":\"" + name + "\"}");
+}
+
+void Component::sleep(const char* key) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(setting(key, "0"))));
 }
 
 std::string Component::setting(const std::string& key, const std::string& otherwise) {

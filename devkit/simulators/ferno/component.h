@@ -34,12 +34,15 @@ struct CallbackTable {
 };
 
 /// The simulated messenger: one thread calls the host back, step by step, as ferno_sim.ini says.
-/// Each call either way is a line in ferno_sim_calls.txt, callbacks once they have returned.
+/// Each call either way is a line in ferno_sim_calls.txt, callbacks once they have returned. Calls
+/// may come on any threads at once.
 class Component {
 public:
+    /// Copies @p table, unless ferno_sim.ini says that its address is kept.
     explicit Component(const CallbackTable& table);
-    /// Ends the thread; from inside a callback it lets the callback end first.
-    ~Component();
+    /// Ends the thread, once and before the component goes; from inside a callback it lets the
+    /// callback end first.
+    void stop();
 
     /// Queues the steps of the setting @p key, "<delay ms>:<event>[:<argument>...],...".
     void play(const char* key, const char* otherwise);
@@ -54,6 +57,9 @@ public:
     /// it calls back whatever has become of the host. The library stays loaded for it.
     void leaveBehind(const char* key) const;
 
+    /// Stays for the milliseconds of the setting @p key.
+    static void sleep(const char* key);
+
     /// A setting of ferno_sim.ini as it is now.
     static std::string setting(const std::string& key, const std::string& otherwise);
     static void writeDown(const std::string& line);
@@ -61,7 +67,12 @@ public:
 private:
     /// What the thread needs; it outlives the component when that goes inside a callback.
     struct State {
-        CallbackTable table;
+        State(const CallbackTable& host, bool keepsPointer)
+            : copy(host), table(keepsPointer ? host : copy) {}
+        bool keepsPointer() const { return &table != &copy; }
+
+        const CallbackTable copy;
+        const CallbackTable& table; ///< the host's own, or the copy
         std::mutex mutex;
         std::condition_variable changed;
         std::deque<std::string> steps;
@@ -75,6 +86,7 @@ private:
 
     std::shared_ptr<State> mState;
     std::thread mThread;
+    std::mutex mDeskMutex; // the desk's thread never takes it
     std::unique_ptr<PlayerDesk> mDesk;
 };
 

@@ -7,8 +7,12 @@
 
 namespace vesk::fernosim {
 
-/// The one component of the process; null outside frlogin_init and frlogin_uninit.
-std::unique_ptr<Component>& theComponent();
+/// The one component of the process; null outside frlogin_init and frlogin_uninit. Whoever has got
+/// it keeps it.
+std::shared_ptr<Component> theComponent();
+
+/// Makes @p next the component, which may be null. @return the one before it, for the caller alone.
+std::shared_ptr<Component> replaceComponent(std::shared_ptr<Component> next);
 
 } // namespace vesk::fernosim
 

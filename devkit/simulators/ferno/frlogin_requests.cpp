@@ -10,22 +10,14 @@ namespace {
 
 int request(const char* resultKey, const char* stepsKey, const char* steps) {
     const int result = std::atoi(Component::setting(resultKey, "0").c_str());
-    if (result == 0 && stepsKey != nullptr && theComponent()) {
-        theComponent()->play(stepsKey, steps);
+    const auto component = theComponent();
+    if (result == 0 && stepsKey != nullptr && component) {
+        component->play(stepsKey, steps);
     }
     return result;
 }
 
 } // namespace
-
-extern "C" FERNO_SIM_EXPORT int frlogin_uninit() {
-    Component::writeDown(R"({"call":"frlogin_uninit"})");
-    if (theComponent()) {
-        theComponent()->leaveBehind("on_late");
-    }
-    theComponent().reset();
-    return 0;
-}
 
 extern "C" FERNO_SIM_EXPORT int frlogin_req_qrcode(const char* appId, size_t appIdLength,
                                                    const char* preCode, size_t preCodeLength,
@@ -34,11 +26,13 @@ extern "C" FERNO_SIM_EXPORT int frlogin_req_qrcode(const char* appId, size_t app
                          std::string(appId, appIdLength) + R"(","pre_code":")" +
                          std::string(preCode, preCodeLength) + R"(","scope":")" +
                          std::string(scope, scopeLength) + "\"}");
+    Component::sleep("call_ms");
     const std::string console = Component::setting("interactive", "");
     if (!console.empty()) {
         const int result = request("req_qrcode", nullptr, nullptr);
-        if (result == 0 && theComponent()) {
-            theComponent()->playInteractively(console, std::string(preCode, preCodeLength));
+        const auto component = theComponent();
+        if (result == 0 && component) {
+            component->playInteractively(console, std::string(preCode, preCodeLength));
         }
         return result;
     }
@@ -48,13 +42,15 @@ extern "C" FERNO_SIM_EXPORT int frlogin_req_qrcode(const char* appId, size_t app
 
 extern "C" FERNO_SIM_EXPORT int frlogin_req_client_tmp_token() {
     Component::writeDown(R"({"call":"frlogin_req_client_tmp_token"})");
+    Component::sleep("call_ms");
     return request("req_token", "on_token", "20:token");
 }
 
 extern "C" FERNO_SIM_EXPORT int frlogin_req_logout() {
     Component::writeDown(R"({"call":"frlogin_req_logout"})");
-    if (theComponent()) {
-        theComponent()->leaveConsole();
+    Component::sleep("call_ms");
+    if (const auto component = theComponent()) {
+        component->leaveConsole();
     }
     return request("req_logout", nullptr, nullptr);
 }
