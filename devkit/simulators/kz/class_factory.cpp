@@ -13,7 +13,7 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID id, void** object) 
         return CLASS_E_NOAGGREGATION;
     }
     Braxel::VESK::ComPtr<OpenSDK> made;
-    *made.Receive() = new OpenSDK;
+    *made.Receive() = OpenSDK::make();
     return made->QueryInterface(id, object);
 }
 

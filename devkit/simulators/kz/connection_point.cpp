@@ -68,7 +68,11 @@ HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
 
 HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
     logLine(JsonLine().add("call", "Unadvise").add("cookie", static_cast<long>(cookie)));
-    return mSinks.remove(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
+    const long keep = Settings().number("keep_sink", 0);
+    if (keep == 0) {
+        return mSinks.remove(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
+    }
+    return mSinks.keep(cookie, keep == 2) ? S_OK : CONNECT_E_NOCONNECTION;
 }
 
 HRESULT ConnectionPoint::EnumConnections(IEnumConnections** /*connections*/) {

@@ -2,6 +2,7 @@
 
 #include <mutex>
 #include <olectl.h>
+#include <string>
 
 #include "call_log.h"
 #include "ids.h"
@@ -44,14 +45,52 @@ HRESULT giveOut(const PropertyBag::Pointer& bag, IKZProperties** receiver) {
     return S_OK;
 }
 
+Lock theLives; // guards the pointer, and the last reference of every object
+OpenSDK* theOne = nullptr;
+
+// Of the process, not of this library: it must still be known when the library was unloaded and is
+// loaded again. The id is there because a child process inherits it.
+constexpr wchar_t kEnded[] = L"VESK_KZ_SIM_ENDED_IN";
+
+void rememberTheEnd() {
+    SetEnvironmentVariableW(kEnded, std::to_wstring(GetCurrentProcessId()).c_str());
+}
+
+bool hasEnded() {
+    wchar_t process[16] = {};
+    return GetEnvironmentVariableW(kEnded, process, 16) != 0 &&
+           process == std::to_wstring(GetCurrentProcessId());
+}
+
 } // namespace
+
+OpenSDK* OpenSDK::make() {
+    const bool isOne = Settings().number("process_wide", 0) != 0;
+    const std::lock_guard<Lock> guard(theLives);
+    if (!isOne) {
+        return new OpenSDK;
+    }
+    if (theOne == nullptr) {
+        theOne = new OpenSDK;
+    } else {
+        theOne->AddRef();
+    }
+    return theOne;
+}
 
 OpenSDK::~OpenSDK() {
     endWork();
 }
 
 ULONG OpenSDK::Release() {
-    const ULONG left = --mReferences;
+    ULONG left = 0;
+    {
+        const std::lock_guard<Lock> guard(theLives);
+        left = --mReferences;
+        if (left == 0 && theOne == this) {
+            theOne = nullptr;
+        }
+    }
     if (left == 0) {
         delete this;
     }
@@ -86,17 +125,30 @@ HRESULT OpenSDK::Initialize(IKZProperties* parameters) {
     const Settings settings;
     Sleep(static_cast<DWORD>(settings.number("initialize_ms", 0)));
     const HRESULT result = settings.result("initialize");
+    if (settings.number("process_wide", 0) != 0 && hasEnded()) {
+        logProblem("Initialize: it was shut down in this process before");
+        return E_UNEXPECTED;
+    }
     const std::lock_guard<Lock> guard(mLock);
     mIsInitialized = SUCCEEDED(result);
     return result;
 }
 
 HRESULT OpenSDK::UnInitialize() {
-    logCall("UnInitialize");
+    JsonLine line;
+    line.add("call", "UnInitialize");
+    if (const long inside = mInside) {
+        line.add("inside", inside);
+    }
+    logLine(line);
     const Settings settings;
+    Sleep(static_cast<DWORD>(settings.number("uninitialize_ms", 0)));
     const HRESULT result = settings.result("uninitialize");
     if (FAILED(result)) {
         return result;
+    }
+    if (settings.number("process_wide", 0) != 0) {
+        rememberTheEnd();
     }
     endWork();
     sendLateEvent(settings);
@@ -109,10 +161,12 @@ HRESULT OpenSDK::GetGenerateSerialNumber(IKZProperties** answer) {
         return E_POINTER;
     }
     *answer = nullptr;
+    const Settings settings;
+    takeTime(settings);
     if (!isInitialized()) {
         return E_UNEXPECTED;
     }
-    const std::string serial = Settings().text("serial", "SIM-SERIAL");
+    const std::string serial = settings.text("serial", "SIM-SERIAL");
     if (serial.empty()) {
         return E_FAIL;
     }
@@ -190,8 +244,15 @@ void OpenSDK::onAdvised(const Settings& settings) {
     }
 }
 
+void OpenSDK::takeTime(const Settings& settings) {
+    ++mInside;
+    Sleep(static_cast<DWORD>(settings.number("call_ms", 0)));
+    --mInside;
+}
+
 HRESULT OpenSDK::answer(const char* resultKey, const char* scriptKey) {
     const Settings settings;
+    takeTime(settings);
     const HRESULT result = settings.result(resultKey);
     const Script script = SUCCEEDED(result) ? readScript(settings, scriptKey) : Script();
     const std::lock_guard<Lock> guard(mLock);
@@ -210,6 +271,7 @@ HRESULT OpenSDK::answer(const char* resultKey, const char* scriptKey) {
 
 HRESULT OpenSDK::answerInteractively(const Settings& settings, const std::string& controlUrl,
                                      const std::string& preCode) {
+    takeTime(settings);
     leaveConsole(); // the code that came before is void
     const HRESULT result = settings.result("login_by_qrcode");
     const std::lock_guard<Lock> guard(mLock);

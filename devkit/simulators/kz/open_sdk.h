@@ -14,11 +14,14 @@
 
 namespace vesk::kzsim {
 
-/// The component's object: answers requests at once, and lets the scripted events follow.
+/// The component's object: answers requests at once, unless it is told to be slow, and lets the
+/// scripted events follow.
 class OpenSDK final : public IKZOpenSDK, public IConnectionPointContainer {
 public:
-    /// Made with one reference, which belongs to the maker.
-    OpenSDK() = default;
+    /// A new object, or the process's one when the settings say so; with one reference, which
+    /// belongs to the caller.
+    static OpenSDK* make();
+
     OpenSDK(const OpenSDK&) = delete;
     OpenSDK& operator=(const OpenSDK&) = delete;
 
@@ -45,7 +48,11 @@ public:
     void onAdvised(const Settings& settings);
 
 private:
+    OpenSDK() = default;
     ~OpenSDK();
+
+    /// A request has come: takes the time that it is told to take.
+    void takeTime(const Settings& settings);
 
     /// Answers with the setting @p resultKey, and after a success plays the script @p scriptKey.
     HRESULT answer(const char* resultKey, const char* scriptKey);
@@ -61,6 +68,7 @@ private:
 
     const LiveObject mLive;
     std::atomic<ULONG> mReferences{1};
+    std::atomic<long> mInside{0}; // requests
     std::shared_ptr<Sinks> mSinks = std::make_shared<Sinks>();
     ConnectionPoint mConnectionPoint{*this, *mSinks};
     Lock mLock; // guards what follows

@@ -34,7 +34,11 @@ const char* defaultOf(const char* key) {
 } // namespace
 
 Script readScript(const Settings& settings, const char* key) {
-    return readSteps(settings, key, settings.text(key, defaultOf(key)));
+    Script script = readSteps(settings, key, settings.text(key, defaultOf(key)));
+    if (!script.empty()) {
+        script.front().delay += static_cast<ULONGLONG>(settings.number("late_ms", 0));
+    }
+    return script;
 }
 
 Script readSteps(const Settings& settings, const char* key, const std::string& steps) {

@@ -6,8 +6,9 @@
 
 namespace vesk::kzsim {
 
-/// The events that follow a call, as the setting @p key lists them. A step that cannot be read is
-/// written down as a problem and left out; its delay counts all the same.
+/// The events that follow a call, as the setting @p key lists them, late when "late_ms" says so. A
+/// step that cannot be read is written down as a problem and left out; its delay counts all the
+/// same.
 Script readScript(const Settings& settings, const char* key);
 
 /// The same for steps that come from elsewhere; problems are written down under the name @p key.

@@ -22,6 +22,15 @@ bool Sinks::remove(DWORD cookie) {
     return true;
 }
 
+bool Sinks::keep(DWORD cookie, bool forever) {
+    const std::lock_guard<Lock> guard(mLock);
+    const auto found = mSinks.find(cookie);
+    if (found != mSinks.end() && forever) {
+        found->second->AddRef();
+    }
+    return found != mSinks.end();
+}
+
 std::vector<Sinks::Sink> Sinks::all() const {
     const std::lock_guard<Lock> guard(mLock);
     std::vector<Sink> sinks;

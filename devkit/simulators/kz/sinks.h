@@ -23,6 +23,9 @@ public:
     /// @return whether there was one under this cookie.
     bool remove(DWORD cookie);
 
+    /// Instead of remove(): it stays among the listeners, and with @p forever is never released.
+    bool keep(DWORD cookie, bool forever);
+
     std::vector<Sink> all() const;
 
 private:
