@@ -22,6 +22,9 @@ public:
     /// any more, and returns at once. Does nothing where the library stays loaded.
     static void StartUnload();
 
+    /// From now on the library stays in the process, whoever unloads it.
+    static void StayLoaded();
+
     /// What is to run when the library leaves the process; it lives as long as the library.
     struct Release {
         void (*function)();
@@ -40,6 +43,19 @@ public:
         ~Use() { --sUses; }
         Use(const Use&) = delete;
         Use& operator=(const Use&) = delete;
+    };
+
+    /// A reference on the library's own module: it stays in the process for as long as the object
+    /// lives. What drops the last one has to be on a thread that holds another, as ours do.
+    class Reference {
+    public:
+        Reference() noexcept;
+        ~Reference();
+        Reference(const Reference&) = delete;
+        Reference& operator=(const Reference&) = delete;
+
+    private:
+        void* const mModule;
     };
 
 private:

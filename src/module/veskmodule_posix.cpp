@@ -43,6 +43,11 @@ void VESKModule::AtUnload(Release& /*release*/) {}
 
 // Linked with -z nodelete: threads may outlive any dlclose.
 void VESKModule::StartUnload() {}
+void VESKModule::StayLoaded() {}
+VESKModule::Reference::Reference() noexcept : mModule(nullptr) {}
+VESKModule::Reference::~Reference() {
+    static_cast<void>(mModule); // the library stays anyway
+}
 
 } // namespace VESK
 } // namespace Braxel

@@ -90,6 +90,29 @@ void VESKModule::AtUnload(Release& release) {
     }
 }
 
+namespace {
+
+HMODULE FindOwnModule(DWORD flags) {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | flags,
+                       reinterpret_cast<LPCWSTR>(&gUnloadStarted), &module);
+    return module;
+}
+
+} // namespace
+
+void VESKModule::StayLoaded() {
+    FindOwnModule(GET_MODULE_HANDLE_EX_FLAG_PIN);
+}
+
+VESKModule::Reference::Reference() noexcept : mModule(FindOwnModule(0)) {}
+
+VESKModule::Reference::~Reference() {
+    if (mModule != nullptr) {
+        FreeLibrary(static_cast<HMODULE>(mModule));
+    }
+}
+
 void VESKModule::StartUnload() {
     if (gModule == nullptr || gUnloadStarted.exchange(true)) {
         return;

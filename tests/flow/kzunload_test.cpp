@@ -23,7 +23,7 @@ struct KZUnload : Unload {
 TEST_F(KZUnload, EventsThatComeLaterFindNobody) {
     showCode("late_event=1\n");
     unInstall();
-    expectGone(seconds(5));
+    expectGone(seconds(15));
     expectComponentGone();
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
@@ -31,7 +31,7 @@ TEST_F(KZUnload, EventsThatComeLaterFindNobody) {
 TEST_F(KZUnload, EventsOnTheirWayFindTheirListener) {
     showCode("late_event=2\n");
     unInstall();
-    expectGone(seconds(5));
+    expectGone(seconds(15));
     expectComponentGone();
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
@@ -43,8 +43,41 @@ TEST_F(KZUnload, WhileTheComponentStarts) {
     unInstall();
     EXPECT_TRUE(sdk.isLoaded()) << "the game's other thread is still in it";
     login.join();
-    expectGone(seconds(5));
+    expectGone(seconds(15));
     expectComponentGone();
+}
+
+TEST_F(KZUnload, WhileARequestIsInsideStopsTheComponentAfterIt) {
+    kz.script("call_ms=1500\n");
+    std::thread login([this] { sdk.login("KZ"); });
+    waitUntil("the request", [this] { return !kz.componentLines("GetGenerateSerial").empty(); });
+    unInstall();
+    EXPECT_TRUE(kz.componentLines("UnInitialize").empty());
+    login.join();
+    expectGone(seconds(15));
+    expectComponentGone();
+    EXPECT_EQ(kz.componentLines("UnInitialize").size(), 1u);
+    EXPECT_TRUE(kz.componentLines("inside").empty());
+}
+
+TEST_F(KZUnload, WithAListenerThatTheComponentNeverGivesBack) {
+    showCode("keep_sink=2\nlate_event=2\nlate_ms=300\n");
+    unInstall();
+    waitUntil("the events", [this] { return game.logLines("a callback after the end") == 2; });
+    EXPECT_TRUE(sdk.isLoaded());
+    EXPECT_TRUE(backend.requests("auth/login").empty());
+}
+
+TEST_F(KZUnload, OneObjectForTheProcessIsStartedOnceWhoeverAsks) {
+    kz.script("process_wide=1\ninitialize_ms=700\n");
+    std::thread other([this] { sdk.login("KZ"); });
+    sdk.login("KZ");
+    other.join();
+    EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(kz.componentLines("\"Initialize\"").size(), 1u);
+    EXPECT_TRUE(kz.componentLines("UnInitialize").empty());
+    unInstall();
+    expectGone(seconds(15));
 }
 
 } // namespace

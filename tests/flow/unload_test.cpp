@@ -93,7 +93,7 @@ TEST_F(Unload, WhileFernoShowsACode) {
     sdk.login("Ferno");
     observer.nextQrCode();
     unInstall();
-    expectGone(seconds(5));
+    expectGone(seconds(15));
     EXPECT_EQ(ferno.componentLines("frlogin_uninit").size(), 1u);
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }

@@ -70,11 +70,11 @@ struct ScriptedKZ : Braxel::VESK::KZComponent {
         script.calls.push_back("Initialize " + id + " " + key);
         return script.initializes;
     }
-    bool ShutDown() override {
+    bool ShutDown() override { return true; }
+    bool Unload() override {
         script.callback = nullptr;
         return true;
     }
-    void StayLoaded() override {}
     std::string GetGenerateSerialNumber() override { return "SN-1"; }
     bool LoginByQRCode(const std::string& preCode) override {
         script.calls.push_back("LoginByQRCode " + preCode);

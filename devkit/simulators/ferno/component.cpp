@@ -28,6 +28,7 @@ struct Unterminated {
         : isNull(Component::setting("null_texts", "0") == "1"), length(isNull ? 0 : text.size()),
           bytes(new char[length]) {
         std::memcpy(bytes.get(), text.data(), length);
+        length = std::stoull(Component::setting("length", std::to_string(length)));
     }
     const char* get() const { return isNull ? nullptr : bytes.get(); }
 

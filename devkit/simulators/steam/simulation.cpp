@@ -1,8 +1,10 @@
 #include "simulation.h"
 
 #include <cstdlib>
+#include <chrono>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "own_path.h"
 
@@ -21,6 +23,7 @@ Simulation::Simulation(const char* exportName) : mExportName(exportName) {
     settings << std::ifstream(ownFolder() / "steam_sim.ini").rdbuf();
     mSettings = settings.str();
     appendCall(mExportName);
+    std::this_thread::sleep_for(std::chrono::milliseconds(number("call_ms", 0)));
 }
 
 bool Simulation::flag(const char* key, bool otherwise) const {

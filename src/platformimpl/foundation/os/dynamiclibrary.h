@@ -26,13 +26,15 @@ public:
     }
 
     /// Unloads the component; does nothing when none is loaded.
-    void Close();
+    /// @return false when it is in the process all the same: somebody else holds it, too.
+    bool Close();
 
 private:
     using AnyFunction = void (*)();
     AnyFunction FindSymbol(const char* name) const;
 
     void* mHandle = nullptr;
+    std::string mPath;
 };
 
 } // namespace os

@@ -50,6 +50,7 @@ bool DynamicLibrary::Open(const std::string& fullPath) {
         return false;
     }
     mHandle = handle;
+    mPath = fullPath;
     return true;
 }
 
@@ -57,11 +58,17 @@ DynamicLibrary::AnyFunction DynamicLibrary::FindSymbol(const char* name) const {
     return mHandle == nullptr ? nullptr : reinterpret_cast<AnyFunction>(dlsym(mHandle, name));
 }
 
-void DynamicLibrary::Close() {
-    if (mHandle != nullptr) {
-        dlclose(mHandle);
-        mHandle = nullptr;
+bool DynamicLibrary::Close() {
+    if (mHandle == nullptr) {
+        return true;
     }
+    dlclose(mHandle);
+    mHandle = nullptr;
+    void* left = dlopen(mPath.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (left != nullptr) {
+        dlclose(left);
+    }
+    return left == nullptr;
 }
 
 } // namespace os

@@ -18,6 +18,7 @@ bool DynamicLibrary::Open(const std::string& fullPath) {
         return false;
     }
     mHandle = handle;
+    mPath = fullPath;
     return true;
 }
 
@@ -28,11 +29,13 @@ DynamicLibrary::AnyFunction DynamicLibrary::FindSymbol(const char* name) const {
     return reinterpret_cast<AnyFunction>(GetProcAddress(static_cast<HMODULE>(mHandle), name));
 }
 
-void DynamicLibrary::Close() {
-    if (mHandle != nullptr) {
-        FreeLibrary(static_cast<HMODULE>(mHandle));
-        mHandle = nullptr;
+bool DynamicLibrary::Close() {
+    if (mHandle == nullptr) {
+        return true;
     }
+    FreeLibrary(static_cast<HMODULE>(mHandle));
+    mHandle = nullptr;
+    return GetModuleHandleW(LocaleToWide(mPath).c_str()) == nullptr;
 }
 
 } // namespace os

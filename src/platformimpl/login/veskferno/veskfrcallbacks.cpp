@@ -5,7 +5,6 @@
 #include <string>
 
 #include "foundation/log/vesklogger.h"
-#include "module/veskmodule.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/login/veskferno/veskfrwrapper.h"
 
@@ -16,8 +15,20 @@ namespace {
 
 constexpr uint32_t kWaitingForConfirmation = 10008;
 
-std::string Text(const char* text, uint32_t length) {
-    return text == nullptr ? std::string() : std::string(text, length);
+/// No text that a messenger sends comes near. A length above it is no length: a failure's -1, or
+/// the upper half of something else.
+constexpr uint32_t kLongestText = uint32_t{1} << 20;
+
+std::string Text(const char* method, const char* text, uint32_t length) {
+    if (text == nullptr) {
+        return {};
+    }
+    if (length > kLongestText) {
+        VESK_LOG_AT(kLogError, method, "a text of %u bytes cannot be, it is taken as empty",
+                    static_cast<unsigned>(length));
+        return {};
+    }
+    return std::string(text, length);
 }
 
 long long SecondsLeft(uint64_t expiryTick) {
@@ -51,17 +62,21 @@ public:
 } // namespace
 
 template <typename Body>
-void VESKFRCallbacks::Guarded(const Body& body) {
-    const VESKModule::Use use;
-    ++sActive;
+void VESKFRCallbacks::Guarded(const char* method, const Body& body) {
+    VESKFRWrapper* wrapper = VESKFRWrapper::GetInstance();
+    const VESKComponentLife::Callback callback(wrapper->mLife);
+    if (!callback) {
+        // Not even its texts are looked at: they may be gone like the rest of the component.
+        VESK_LOG_AT(kLogInfo, method, "a callback after the end, it reaches nobody");
+        return;
+    }
     try {
         NoNotify none;
-        VESKChannelNotify* notify = VESKFRWrapper::GetInstance()->mNotify;
+        VESKChannelNotify* notify = wrapper->mNotify;
         body(notify == nullptr ? none : *notify);
     } catch (...) {
-        VESK_LOG_ERROR("VESKFRCallbacks", "exception inside a callback, it ends here");
+        VESK_LOG_AT(kLogError, method, "exception inside a callback, it ends here");
     }
-    --sActive;
 }
 
 FrCallbackTable* VESKFRCallbacks::MakeTable() {
@@ -79,7 +94,8 @@ FrCallbackTable* VESKFRCallbacks::MakeTable() {
 
 void VESKFRCallbacks::qrcode_resp(uint32_t errType, int32_t errCode, const char* url,
                                   uint32_t urlLength, uint64_t timeout, uint64_t expiryTick) {
-    Guarded([&](VESKChannelNotify& notify) {
+    constexpr const char* kMethod = "Braxel::VESK::VESKFRWrapper::qrcode_resp";
+    Guarded(kMethod, [&](VESKChannelNotify& notify) {
         VESK_LOG_INFO("VESKFRWrapper::qrcode_resp", "Got qrcode resp, err_type: %d errcode: %d",
                       static_cast<int>(errType), errCode);
         if (errType != 0) {
@@ -90,7 +106,7 @@ void VESKFRCallbacks::qrcode_resp(uint32_t errType, int32_t errCode, const char*
         }
         QrNotifyRecord record;
         record.channel = "Ferno";
-        record.qrCodeUrl = Text(url, urlLength);
+        record.qrCodeUrl = Text(kMethod, url, urlLength);
         VESK_LOG_INFO("VESKFRWrapper::qrcode_resp",
                       "Got qrcode succeed, qrcode timeout: %llu  url: %s %d %d %lld",
                       static_cast<unsigned long long>(timeout), record.qrCodeUrl.c_str(),
@@ -105,7 +121,8 @@ void VESKFRCallbacks::login_resp(uint32_t errType, int32_t errCode, const char* 
                                  uint32_t cttLength, const char* openid, uint32_t openidLength,
                                  const char* sessionKey, uint32_t sessionKeyLength,
                                  uint32_t cttTimeout, uint64_t expiryTick) {
-    Guarded([&](VESKChannelNotify& notify) {
+    constexpr const char* kMethod = "Braxel::VESK::VESKFRWrapper::login_resp";
+    Guarded(kMethod, [&](VESKChannelNotify& notify) {
         VESK_LOG_INFO("VESKFRWrapper::login_resp", "login resp, err_type: %d errcode: %d",
                       static_cast<int>(errType), errCode);
         if (errType == kWaitingForConfirmation) {
@@ -118,12 +135,13 @@ void VESKFRCallbacks::login_resp(uint32_t errType, int32_t errCode, const char* 
             notify.OnInnerLoginNotify(NotifyFailure("Ferno", message));
             return;
         }
-        const std::string token = Text(ctt, cttLength);
-        const std::string user = Text(openid, openidLength);
+        const std::string token = Text(kMethod, ctt, cttLength);
+        const std::string user = Text(kMethod, openid, openidLength);
         VESK_LOG_INFO("VESKFRWrapper::login_resp",
                       "Ferno login succeed, ctt:%s, openid:%s, sessionkey:%s ctt_timeout:%u %lld",
-                      token.c_str(), user.c_str(), Text(sessionKey, sessionKeyLength).c_str(),
-                      cttTimeout, SecondsLeft(expiryTick));
+                      token.c_str(), user.c_str(),
+                      Text(kMethod, sessionKey, sessionKeyLength).c_str(), cttTimeout,
+                      SecondsLeft(expiryTick));
         notify.OnInnerLoginNotify(Success("Ferno login succeess", user, token, cttTimeout));
     });
 }
@@ -133,7 +151,8 @@ void VESKFRCallbacks::client_tmp_token_resp(uint32_t errType, int32_t errCode, c
                                             uint32_t openidLength, const char* sessionKey,
                                             uint32_t sessionKeyLength, uint32_t cttTimeout,
                                             uint64_t expiryTick) {
-    Guarded([&](VESKChannelNotify& notify) {
+    constexpr const char* kMethod = "Braxel::VESK::VESKFRWrapper::client_tmp_token_resp";
+    Guarded(kMethod, [&](VESKChannelNotify& notify) {
         VESK_LOG_INFO("VESKFRWrapper::client_tmp_token_resp",
                       "Get login record resp, err_type: %d errcode: %d", static_cast<int>(errType),
                       errCode);
@@ -144,20 +163,22 @@ void VESKFRCallbacks::client_tmp_token_resp(uint32_t errType, int32_t errCode, c
             notify.OnInnerGetLoginRecordNotify(NotifyFailure("Ferno", message));
             return;
         }
-        const std::string token = Text(ctt, cttLength);
-        const std::string user = Text(openid, openidLength);
+        const std::string token = Text(kMethod, ctt, cttLength);
+        const std::string user = Text(kMethod, openid, openidLength);
         VESK_LOG_INFO("VESKFRWrapper::client_tmp_token_resp",
                       "Get Ferno login record succeed, ctt:%s, openid:%s, sessionkey:%s "
                       "ctt_timeout:%u %lld",
-                      token.c_str(), user.c_str(), Text(sessionKey, sessionKeyLength).c_str(),
-                      cttTimeout, SecondsLeft(expiryTick));
+                      token.c_str(), user.c_str(),
+                      Text(kMethod, sessionKey, sessionKeyLength).c_str(), cttTimeout,
+                      SecondsLeft(expiryTick));
         notify.OnInnerGetLoginRecordNotify(
             Success("Get Ferno login record succeess", user, token, cttTimeout));
     });
 }
 
 void VESKFRCallbacks::on_kickout(int32_t errCode) {
-    Guarded([&](VESKChannelNotify& notify) {
+    constexpr const char* kMethod = "Braxel::VESK::VESKFRWrapper::on_kickout";
+    Guarded(kMethod, [&](VESKChannelNotify& notify) {
         const std::string message =
             "Account had been kicked out! Error code:" + std::to_string(errCode);
         VESK_LOG_ERROR("VESKFRWrapper::on_kickout", "%s", message.c_str());
@@ -166,7 +187,8 @@ void VESKFRCallbacks::on_kickout(int32_t errCode) {
 }
 
 void VESKFRCallbacks::on_user_state_exception() {
-    Guarded([&](VESKChannelNotify& notify) {
+    constexpr const char* kMethod = "Braxel::VESK::VESKFRWrapper::on_user_state_exception";
+    Guarded(kMethod, [&](VESKChannelNotify& notify) {
         const std::string message = "Account state exception, need to login again";
         VESK_LOG_ERROR("VESKFRWrapper::on_user_state_exception", "%s", message.c_str());
         notify.OnInnerLoginNotify(NotifyFailure("Ferno", message));

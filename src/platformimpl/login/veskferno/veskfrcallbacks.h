@@ -1,8 +1,6 @@
 #ifndef VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKFRCALLBACKS_H
 #define VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKFRCALLBACKS_H
 
-#include <atomic>
-
 #include "platformimpl/login/veskferno/veskfrcomponent.h"
 
 namespace Braxel {
@@ -12,11 +10,9 @@ namespace VESK {
 /// null and need not be NUL-terminated.
 class VESKFRCallbacks {
 public:
-    /// A filled table; the caller frees it with free(), once the library is gone.
+    /// A filled table; the caller frees it with free(), once the library is gone. Null when there
+    /// is no memory.
     static FrCallbackTable* MakeTable();
-
-    /// How many callbacks run just now.
-    static int Active() { return sActive; }
 
 private:
     static void qrcode_resp(uint32_t errType, int32_t errCode, const char* url, uint32_t urlLength,
@@ -31,10 +27,9 @@ private:
     static void on_kickout(int32_t errCode);
     static void on_user_state_exception();
 
+    /// @param method the callback's own name, for the log
     template <typename Body>
-    static void Guarded(const Body& body);
-
-    inline static std::atomic<int> sActive{0};
+    static void Guarded(const char* method, const Body& body);
 };
 
 } // namespace VESK

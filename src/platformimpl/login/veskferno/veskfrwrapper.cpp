@@ -22,9 +22,26 @@ os::DynamicLibrary VESKFRWrapper::Library() {
     return mLibrary;
 }
 
+void VESKFRWrapper::Publish(const os::DynamicLibrary& library, FrCallbackTable* table) {
+    os::DynamicLibrary former;
+    {
+        const std::lock_guard<os::Mutex> lock(mMutex);
+        former = mLibrary; // of a start that found no frlogin_init
+        mLibrary = library;
+        mCallbacks = table;
+    }
+    former.Close();
+}
+
 bool VESKFRWrapper::InitializeOpenSDK() {
-    if (mInitialised) {
-        VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Had already inited!");
+    VESKComponentLife::Start start(mLife);
+    if (!start) {
+        if (IsInitialised()) {
+            VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Had already inited!");
+        } else {
+            VESK_LOG_ERROR("VESKFRWrapper::InitializeOpenSDK",
+                           "frlogin.dll has been ended, or its start does not end");
+        }
         return false;
     }
     const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
@@ -39,12 +56,10 @@ bool VESKFRWrapper::InitializeOpenSDK() {
         return false;
     }
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Load frlogin.dll succeed");
-    {
-        const std::lock_guard<os::Mutex> lock(mMutex);
-        mLibrary = library;
-    }
     const auto init = library.Find<FrInit>("frlogin_init");
     if (init == nullptr) {
+        // Requests find the library all the same.
+        Publish(library, nullptr);
         VESK_LOG_ERROR("VESKFRWrapper::InitializeOpenSDK",
                        "Error! Not found function \"frlogin_init\"");
         return false;
@@ -53,71 +68,73 @@ bool VESKFRWrapper::InitializeOpenSDK() {
     FrCallbackTable* table = VESKFRCallbacks::MakeTable();
     if (table == nullptr) {
         VESK_LOG_ERROR("VESKFRWrapper::InitializeOpenSDK", "No memory for the callback table");
+        library.Close();
         return false;
     }
     const std::string logDirectory = directory + "Ferno";
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Ferno log path:%s", logDirectory.c_str());
-    {
-        const std::lock_guard<os::Mutex> lock(mMutex);
-        mCallbacks = table;
-    }
+    // Deliberate: whatever the call returns.
     init(table, logDirectory.c_str());
-    // Deliberate: whatever the call returned.
-    mInitialised = true;
+    Publish(library, table);
+    const bool goesOn = start.Publish();
     VESK_LOG_INFO("VESKFRWrapper::InitializeOpenSDK", "Do \"frlogin_init\" done");
-    return true;
+    if (!goesOn) {
+        Depart();
+    }
+    return goesOn;
 }
 
 void VESKFRWrapper::UnInitializeOpenSDK() {
     VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "UnInit OpenSDK");
-    if (!mInitialised) {
+    if (mLife.End() == VESKComponentLife::Stage::kRunning) {
+        Depart();
+    } else {
         VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK",
                       "OpenSDK didn't init, no need to uninit");
-        return;
     }
-    os::DynamicLibrary library = Library();
-    if (!library.IsOpen()) {
-        VESK_LOG_ERROR("VESKFRWrapper::UnInitializeOpenSDK", "Load frlogin.dll failed");
-        return;
-    }
-    const auto uninit = library.Find<FrUninit>("frlogin_uninit");
+}
+
+void VESKFRWrapper::Depart() {
+    mLife.Depart({[this] { return Stop(); }, [this] { return Unload(); }});
+}
+
+bool VESKFRWrapper::Stop() {
+    const auto uninit = Library().Find<FrUninit>("frlogin_uninit");
     if (uninit == nullptr) {
         VESK_LOG_ERROR("VESKFRWrapper::UnInitializeOpenSDK",
                        "Error! Not found function \"frlogin_uninit\"");
-        return;
+        return false;
     }
     VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "Do \"frlogin_uninit\"");
     uninit();
     VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "Do \"frlogin_uninit\" done");
     VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "UnInit OpenSDK success");
-    ReleaseLibrary();
+    // Given up here; the file goes when the library has come to rest.
     VESK_LOG_INFO("VESKFRWrapper::UnInitializeOpenSDK", "Fress Ferno OpenSDK dll done");
-    mInitialised = false;
+    return true;
 }
 
-void VESKFRWrapper::ReleaseLibrary() {
-    const bool busy = VESKFRCallbacks::Active() != 0;
+bool VESKFRWrapper::Unload() {
     os::DynamicLibrary library;
     FrCallbackTable* table = nullptr;
     {
-        // Without a handle later requests end in "Load frlogin.dll failed".
         const std::lock_guard<os::Mutex> lock(mMutex);
         std::swap(library, mLibrary);
-        std::swap(table, mCallbacks);
-        if (busy) {
-            mLeftBehind.push_back(table);
-            return;
-        }
+        table = mCallbacks;
     }
-    library.Close();
+    if (!library.Close()) {
+        return false; // and it may still know the table
+    }
     std::free(table);
+    return true;
 }
 
 void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,
                           const std::string& scope) {
     VESK_LOG_INFO("VESKFRWrapper::Login", "Start Ferno login");
+    const VESKComponentLife::Call call(mLife);
     const os::DynamicLibrary library = Library();
-    if (!library.IsOpen()) {
+    if (!call || !library.IsOpen()) {
         VESK_LOG_ERROR("VESKFRWrapper::Login", "Load frlogin.dll failed");
         return;
     }
@@ -144,8 +161,9 @@ void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,
 
 void VESKFRWrapper::GetLoginRecord() {
     VESK_LOG_INFO("VESKFRWrapper::GetLoginRecord", "Start get Ferno login record");
+    const VESKComponentLife::Call call(mLife);
     const os::DynamicLibrary library = Library();
-    if (!library.IsOpen()) {
+    if (!call || !library.IsOpen()) {
         VESK_LOG_ERROR("VESKFRWrapper::GetLoginRecord", "Load frlogin.dll failed");
         return;
     }
@@ -174,8 +192,9 @@ void VESKFRWrapper::GetLoginRecord() {
 
 void VESKFRWrapper::Logout() {
     VESK_LOG_INFO("VESKFRWrapper::Logout", "Start Ferno logout");
+    const VESKComponentLife::Call call(mLife);
     const os::DynamicLibrary library = Library();
-    if (!library.IsOpen()) {
+    if (!call || !library.IsOpen()) {
         VESK_LOG_ERROR("VESKFRWrapper::Logout", "Load frlogin.dll failed");
         return;
     }

@@ -3,9 +3,9 @@
 
 #include <atomic>
 #include <string>
-#include <vector>
 
 #include "common/vesksingleton.h"
+#include "foundation/lifecycle/veskcomponentlife.h"
 #include "platformimpl/foundation/os/dynamiclibrary.h"
 #include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskferno/veskfrcomponent.h"
@@ -20,11 +20,12 @@ class VESKFRWrapper {
 public:
     static VESKFRWrapper* GetInstance() { return VESKSingleton<VESKFRWrapper>::GetInstance(); }
 
+    /// Starts the library, once: another thread that asks meanwhile is kept waiting.
     /// @return false when it cannot be loaded, and when it is initialised already.
     bool InitializeOpenSDK();
+    bool IsInitialised() const { return mLife.IsRunning(); }
 
-    /// Unloads the library. It stays loaded when a callback of it is on a stack: nobody can tell
-    /// how long its thread stays in the library's code after the callback.
+    /// Ends the library for good. It is unloaded as soon as nothing of it can come back.
     void UnInitializeOpenSDK();
 
     /// Who hears the answers; not owned.
@@ -41,13 +42,15 @@ private:
     VESKFRWrapper() = default;
 
     os::DynamicLibrary Library();
-    void ReleaseLibrary();
+    void Publish(const os::DynamicLibrary& library, FrCallbackTable* table);
+    void Depart();
+    bool Stop();
+    bool Unload();
 
+    VESKComponentLife mLife;
     os::Mutex mMutex; // guards the library and the table that it has
     os::DynamicLibrary mLibrary;
     FrCallbackTable* mCallbacks = nullptr;
-    std::vector<FrCallbackTable*> mLeftBehind; // of libraries that have stayed loaded
-    std::atomic<bool> mInitialised{false};
     std::atomic<VESKChannelNotify*> mNotify{nullptr};
 };
 

@@ -24,10 +24,13 @@ void VESKLoginFerno::InitializeOpenSDK() {
                   result ? 1 : 0);
     if (result) {
         VESK_LOG_INFO("VESKLoginFerno::InitializeOpenSDK", "Init Ferno OpenSDK succeed");
-        mInitialised = true;
-        VESKFRWrapper::GetInstance()->SetNotify(this);
     } else {
         VESK_LOG_INFO("VESKLoginFerno::InitializeOpenSDK", "Init Ferno OpenSDK failed!");
+    }
+    // Also when another thread has just started it, and is not here yet.
+    if (VESKFRWrapper::GetInstance()->IsInitialised()) {
+        VESKFRWrapper::GetInstance()->SetNotify(this);
+        mInitialised = true;
     }
 }
 

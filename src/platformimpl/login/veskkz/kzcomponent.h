@@ -21,8 +21,7 @@ protected:
 };
 
 /// The KZ messenger's desktop component as the wrapper sees it. Requests answer whether the
-/// component took them; what comes of it arrives as an event. Destroying the object unloads the
-/// component unless it is to stay, so no code of it may be on a stack then.
+/// component took them; what comes of it arrives as an event.
 class KZComponent {
 public:
     virtual ~KZComponent() = default;
@@ -36,11 +35,12 @@ public:
 
     virtual bool Initialize(const std::string& appID, const std::string& appKey) = 0;
 
-    /// Ends the component's work and cuts the callback off: later events reach nobody.
+    /// Ends the component's work. Events may come all the same, until it has been unloaded.
     virtual bool ShutDown() = 0;
 
-    /// From now on the component's file stays loaded until the process ends.
-    virtual void StayLoaded() = 0;
+    /// Gives the component's objects and its file back. No code of it may be on a stack then.
+    /// @return false when the file is in the process all the same, and events may still come.
+    virtual bool Unload() = 0;
 
     /// The serial number; empty on a failure.
     virtual std::string GetGenerateSerialNumber() = 0;

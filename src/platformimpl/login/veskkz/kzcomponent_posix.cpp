@@ -14,7 +14,7 @@ public:
         return false;
     }
     bool ShutDown() override { return false; }
-    void StayLoaded() override {}
+    bool Unload() override { return true; }
     std::string GetGenerateSerialNumber() override { return {}; }
     bool LoginByQRCode(const std::string& /*preCode*/) override { return false; }
     int32_t GetLocalLoginList() override { return -1; }

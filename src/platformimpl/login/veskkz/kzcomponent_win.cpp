@@ -17,21 +17,13 @@ constexpr LONG kQrCodeSize = 200;
 /// The component over COM. Its calls need no apartment: events come directly on its own threads.
 class KZComComponent : public KZComponent {
 public:
-    ~KZComComponent() override {
-        KZComComponent::ShutDown();
-        mSink.Reset();
-        mPoint.Reset();
-        mObject.Reset();
-        if (mModule != nullptr) {
-            CoFreeLibrary(mModule);
-        }
-    }
+    ~KZComComponent() override { KZComComponent::Unload(); }
 
     bool Create(const std::string& path) override {
-        const std::wstring widePath = os::LocaleToWide(path);
-        return !widePath.empty() &&
+        mPath = os::LocaleToWide(path);
+        return !mPath.empty() &&
                SUCCEEDED(CreateObjectFromDllFile(
-                   widePath, KZId(VESK_KZ_CLSID_OPENSDK), KZId(VESK_KZ_IID_OPENSDK),
+                   mPath, KZId(VESK_KZ_CLSID_OPENSDK), KZId(VESK_KZ_IID_OPENSDK),
                    reinterpret_cast<void**>(mObject.Receive()), &mModule)) &&
                mObject;
     }
@@ -61,9 +53,6 @@ public:
         if (!mObject || mShutDown.exchange(true)) {
             return false;
         }
-        if (mSink) {
-            mSink->CutOff();
-        }
         const HRESULT result = mObject->UnInitialize();
         if (mPoint && mCookie != 0) {
             mPoint->Unadvise(mCookie);
@@ -71,7 +60,20 @@ public:
         return SUCCEEDED(result);
     }
 
-    void StayLoaded() override { mModule = nullptr; }
+    bool Unload() override {
+        mPoint.Reset();
+        mObject.Reset();
+        bool gone = true;
+        if (mModule != nullptr) {
+            CoFreeLibrary(mModule);
+            mModule = nullptr;
+            gone = GetModuleHandleW(mPath.c_str()) == nullptr;
+        }
+        if (gone) {
+            mSink.Reset();
+        }
+        return gone;
+    }
 
     std::string GetGenerateSerialNumber() override {
         ComPtr<IKZProperties> answer;
@@ -117,6 +119,7 @@ private:
         return SUCCEEDED(parameters->SetValue(name, Variant(os::Utf8ToWide(text)).Get()));
     }
 
+    std::wstring mPath;
     HMODULE mModule = nullptr;
     ComPtr<IKZOpenSDK> mObject;
     ComPtr<IConnectionPoint> mPoint;

@@ -17,15 +17,11 @@ CSink::CSink(KZOpenSDKCallback* callback)
     : mInterfaceId(KZId(VESK_KZ_IID_EVENTS)), mCallback(callback) {}
 
 HRESULT CSink::OnNotify(LONG notifyType, IKZProperties* result) {
-    KZOpenSDKCallback* callback = mCallback;
-    if (callback == nullptr) {
-        return S_OK;
-    }
     if (result == nullptr) {
-        callback->OnKZOpenSDKCallback(notifyType, nullptr);
+        mCallback->OnKZOpenSDKCallback(notifyType, nullptr);
     } else {
         const KZComResult decoded(result);
-        callback->OnKZOpenSDKCallback(notifyType, &decoded);
+        mCallback->OnKZOpenSDKCallback(notifyType, &decoded);
     }
     return S_OK;
 }

@@ -16,9 +16,6 @@ public:
 
     HRESULT STDMETHODCALLTYPE OnNotify(LONG notifyType, IKZProperties* result) override;
 
-    /// From now on events reach nobody. One that is just being handed on is not waited for.
-    void CutOff() { mCallback = nullptr; }
-
 protected:
     const IID& InterfaceId() const override { return mInterfaceId; }
 
@@ -26,7 +23,7 @@ private:
     const IID mInterfaceId;
     // The component may let go of it long after it was told to: until then its code must be there.
     const VESKModule::Use mUse;
-    std::atomic<KZOpenSDKCallback*> mCallback;
+    KZOpenSDKCallback* const mCallback;
 };
 
 /// The property bag that comes with an event, behind the wrapper's own interface.

@@ -207,7 +207,7 @@ void VESKKZEvents::OnLocalLoginList(const KZResult& result) {
     }
     const std::string openid = entry->GetText(L"openid");
     VESK_LOG_INFO("VESKKZWrapper::OnKZOpenSDKCallback", "KZOpenSDK get openid:%s", openid.c_str());
-    if (openid.empty() || !mComponent || !mComponent->LoginByLocalLoginUser(openid)) {
+    if (openid.empty() || !mLoginLocalUser(openid)) {
         VESK_LOG_ERROR("VESKKZWrapper::OnKZOpenSDKCallback", "%s", kLocalUserUnusable);
         ReportLoginRecordFailure(kLocalUserUnusable);
     }

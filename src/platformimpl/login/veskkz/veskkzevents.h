@@ -2,11 +2,11 @@
 #define VESK_PLATFORMIMPL_LOGIN_VESKKZ_VESKKZEVENTS_H
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <string>
 #include <utility>
 
-#include "platformimpl/login/veskkz/kzcomponent.h"
+#include "platformimpl/login/veskkz/kzresult.h"
 #include "platformimpl/login/vesknotify.h"
 
 namespace Braxel {
@@ -15,9 +15,12 @@ namespace VESK {
 /// Decodes one event of the KZ component for the wrapper: logs it and tells the channel.
 class VESKKZEvents {
 public:
-    /// @param notify and @param component may be null.
-    VESKKZEvents(VESKChannelNotify* notify, std::shared_ptr<KZComponent> component)
-        : mNotify(notify), mComponent(std::move(component)) {}
+    /// Asks the component to log the player in that it remembers; false when it cannot be asked.
+    using LoginLocalUser = std::function<bool(const std::string& openid)>;
+
+    /// @param notify may be null.
+    VESKKZEvents(VESKChannelNotify* notify, LoginLocalUser loginLocalUser)
+        : mNotify(notify), mLoginLocalUser(std::move(loginLocalUser)) {}
 
     void Handle(int32_t notifyType, const KZResult* result);
 
@@ -37,7 +40,7 @@ private:
     void ReportLoginRecordFailure(const std::string& message);
 
     VESKChannelNotify* const mNotify;
-    const std::shared_ptr<KZComponent> mComponent;
+    const LoginLocalUser mLoginLocalUser;
 };
 
 } // namespace VESK

@@ -1,9 +1,7 @@
 #include "platformimpl/login/veskkz/veskkzwrapper.h"
 
 #include "foundation/log/vesklogger.h"
-#include "module/veskmodule.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
-#include "platformimpl/foundation/os/deferredrelease.h"
 #include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskkz/veskkzevents.h"
 
@@ -15,15 +13,22 @@ namespace {
 constexpr const char* kKZFile = "KZOpenSDK.dll";
 } // namespace
 
-std::shared_ptr<KZComponent> VESKKZWrapper::Component() {
-    const std::lock_guard<os::Mutex> lock(mComponentMutex);
-    return mComponent;
+VESKKZWrapper::Call::Call(VESKKZWrapper& wrapper) : mCall(wrapper.mLife) {
+    if (mCall && wrapper.IsInitialised()) {
+        const std::lock_guard<os::Mutex> lock(wrapper.mComponentMutex);
+        mComponent = wrapper.mComponent;
+    }
 }
 
 bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::string& appKey) {
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK");
-    if (mInitialised) {
-        VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Had already inited!");
+    VESKComponentLife::Start start(mLife);
+    if (!start) {
+        if (IsInitialised()) {
+            VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Had already inited!");
+        } else {
+            VESK_LOG_ERROR("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK failed");
+        }
         return false;
     }
     const std::string directory = VESKFileUtils::GetInstance()->GetLibraryDirectory();
@@ -31,8 +36,7 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK from path:%s", path.c_str());
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Start load KZOpenSDK from path:%s",
                   path.c_str());
-    const unsigned uninits = mUninits;
-    std::shared_ptr<KZComponent> component = mMakeComponent();
+    const std::shared_ptr<KZComponent> component = mMakeComponent();
     // A bare name would be searched for elsewhere.
     if (directory.empty() || !component->Create(path)) {
         VESK_LOG_ERROR("VESKKZWrapper::InitializeOpenSDK", "Create OpenSDK instance failed!");
@@ -40,11 +44,27 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
         return false;
     }
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Create OpenSDK instance succeed");
+    const bool started = StartComponent(*component, appID, appKey);
+    {
+        const std::lock_guard<os::Mutex> lock(mComponentMutex);
+        mComponent = component; // used only once it is published
+    }
+    if (!started || !start.Publish()) {
+        VESK_LOG_ERROR("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK failed");
+        Depart(component, started);
+        return false;
+    }
+    VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK succeed");
+    return true;
+}
+
+bool VESKKZWrapper::StartComponent(KZComponent& component, const std::string& appID,
+                                   const std::string& appKey) {
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Create CComObject succeed");
     int32_t advised = 0;
     {
         const std::lock_guard<os::Mutex> lock(mMutex);
-        advised = component->Advise(this);
+        advised = component.Advise(this);
     }
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Advise, result: %d", advised);
     if (advised >= 0) {
@@ -52,61 +72,52 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
     } else {
         VESK_LOG_ERROR("VESKKZWrapper::InitializeOpenSDK", "Advise, result: %d error!", advised);
     }
-    if (!component->Initialize(appID, appKey) || !Publish(component, uninits)) {
-        VESK_LOG_ERROR("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK failed");
-        component->ShutDown();
-        Release(std::move(component));
-        return false;
-    }
-    VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK succeed");
-    return true;
-}
-
-bool VESKKZWrapper::Publish(const std::shared_ptr<KZComponent>& component, unsigned uninits) {
-    const std::lock_guard<os::Mutex> lock(mComponentMutex);
-    // Initialising takes its time: another thread may have been first, or have left already.
-    if (mInitialised || uninits != mUninits) {
-        return false;
-    }
-    mComponent = component;
-    mInitialised = true;
-    return true;
-}
-
-void VESKKZWrapper::Release(std::shared_ptr<KZComponent> component) {
-    // Nobody can tell how long the event's thread stays in the component's code after the event.
-    if (mActiveEvents != 0) {
-        component->StayLoaded();
-    }
-    os::ReleaseWhenIdle([this] { return mActiveEvents == 0; },
-                        [component = std::move(component)]() mutable { component.reset(); });
+    return component.Initialize(appID, appKey);
 }
 
 void VESKKZWrapper::UnInitializeOpenSDK() {
     VESK_LOG_INFO("VESKKZWrapper::UnInitializeOpenSDK", "UnInit OpenSDK");
-    std::shared_ptr<KZComponent> component;
-    {
-        const std::lock_guard<os::Mutex> lock(mComponentMutex);
-        ++mUninits;
-        mInitialised = false;
-        component.swap(mComponent);
-    }
-    if (!component) {
+    if (mLife.End() != VESKComponentLife::Stage::kRunning) {
         VESK_LOG_INFO("VESKKZWrapper::UnInitializeOpenSDK",
                       "OpenSDK didn't init, no need to uninit");
         return;
     }
-    if (component->ShutDown()) {
-        VESK_LOG_INFO("VESKKZWrapper::UnInitializeOpenSDK", "Uninit OpenSDK succeed");
-    } else {
-        VESK_LOG_ERROR("VESKKZWrapper::UnInitializeOpenSDK", "UnInit OpenSDK failed");
+    std::shared_ptr<KZComponent> component;
+    {
+        const std::lock_guard<os::Mutex> lock(mComponentMutex);
+        component = mComponent;
     }
-    Release(std::move(component));
+    Depart(component, true);
+}
+
+void VESKKZWrapper::Depart(const std::shared_ptr<KZComponent>& component, bool wasRunning) {
+    const auto stop = [component, wasRunning] {
+        const bool stopped = component->ShutDown();
+        if (!wasRunning) {
+            return true; // there was nothing to stop
+        }
+        if (stopped) {
+            VESK_LOG_INFO("VESKKZWrapper::UnInitializeOpenSDK", "Uninit OpenSDK succeed");
+        } else {
+            VESK_LOG_ERROR("VESKKZWrapper::UnInitializeOpenSDK", "UnInit OpenSDK failed");
+        }
+        return stopped;
+    };
+    const auto unload = [this, component] {
+        {
+            const std::lock_guard<os::Mutex> lock(mComponentMutex);
+            if (mComponent == component) {
+                mComponent.reset();
+            }
+        }
+        return component->Unload();
+    };
+    mLife.Depart({stop, unload});
 }
 
 std::string VESKKZWrapper::GetGenerateSerialNumber() {
-    const std::shared_ptr<KZComponent> component = Component();
-    if (!mInitialised || !component) {
+    const Call component(*this);
+    if (!component) {
         VESK_LOG_ERROR("VESKKZWrapper::GetGenerateSerialNumber", "KZOpenSDK init failed!");
         return {};
     }
@@ -124,8 +135,8 @@ std::string VESKKZWrapper::GetGenerateSerialNumber() {
 }
 
 void VESKKZWrapper::StartQrCodeLogin(const std::string& preCode) {
-    const std::shared_ptr<KZComponent> component = Component();
-    if (!mInitialised || !component) {
+    const Call component(*this);
+    if (!component) {
         VESK_LOG_ERROR("VESKKZWrapper::StartQrCodeLogin", "KZOpenSDK init failed!");
         return;
     }
@@ -139,8 +150,8 @@ void VESKKZWrapper::StartQrCodeLogin(const std::string& preCode) {
 }
 
 bool VESKKZWrapper::AutoLogin(const std::string& openid) {
-    const std::shared_ptr<KZComponent> component = Component();
-    if (!mInitialised || !component) {
+    const Call component(*this);
+    if (!component) {
         VESK_LOG_ERROR("VESKKZWrapper::AutoLogin", "KZOpenSDK init failed!");
         return false;
     }
@@ -151,8 +162,8 @@ bool VESKKZWrapper::AutoLogin(const std::string& openid) {
 }
 
 void VESKKZWrapper::GetLoginRecord(const std::string& oldToken) {
-    const std::shared_ptr<KZComponent> component = Component();
-    if (!mInitialised || !component) {
+    const Call component(*this);
+    if (!component) {
         VESK_LOG_ERROR("VESKKZWrapper::GetLoginRecord", "KZOpenSDK init failed!");
         return;
     }
@@ -166,8 +177,8 @@ void VESKKZWrapper::GetLoginRecord(const std::string& oldToken) {
 }
 
 void VESKKZWrapper::Logout() {
-    const std::shared_ptr<KZComponent> component = Component();
-    if (!mInitialised || !component) {
+    const Call component(*this);
+    if (!component) {
         VESK_LOG_ERROR("VESKKZWrapper::Logout", "KZOpenSDK init failed!");
         return;
     }
@@ -176,18 +187,28 @@ void VESKKZWrapper::Logout() {
     VESK_LOG_INFO("VESKKZWrapper::Logout", "KZ logout done");
 }
 
+bool VESKKZWrapper::LoginByLocalLoginUser(const std::string& openid) {
+    const Call component(*this);
+    return component && component->LoginByLocalLoginUser(openid);
+}
+
 void VESKKZWrapper::OnKZOpenSDKCallback(int32_t notifyType, const KZResult* result) {
-    const VESKModule::Use use;
-    ++mActiveEvents;
-    try {
+    const VESKComponentLife::Callback callback(mLife);
+    VESK_LOG_INFO("VESKKZWrapper::OnKZOpenSDKCallback", "Receive OpenSDK callback, notify type:%d",
+                  notifyType);
+    if (!callback) {
         VESK_LOG_INFO("VESKKZWrapper::OnKZOpenSDKCallback",
-                      "Receive OpenSDK callback, notify type:%d", notifyType);
-        VESKKZEvents(mNotify, Component()).Handle(notifyType, result);
+                      "a callback after the end, it reaches nobody");
+        return;
+    }
+    try {
+        VESKKZEvents(mNotify, [this](const std::string& openid) {
+            return LoginByLocalLoginUser(openid);
+        }).Handle(notifyType, result);
     } catch (...) {
         VESK_LOG_ERROR("VESKKZWrapper::OnKZOpenSDKCallback",
                        "exception inside an event, it ends here");
     }
-    --mActiveEvents;
 }
 
 } // namespace VESK

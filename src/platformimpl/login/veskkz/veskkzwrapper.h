@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/vesksingleton.h"
+#include "foundation/lifecycle/veskcomponentlife.h"
 #include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskkz/kzcomponent.h"
 #include "platformimpl/login/vesknotify.h"
@@ -22,15 +23,19 @@ public:
 
     static VESKKZWrapper* GetInstance() { return VESKSingleton<VESKKZWrapper>::GetInstance(); }
 
-    VESKKZWrapper() : mMakeComponent(&MakeKZComponent) {}
+    /// @param rest how long the ended component has to be silent before it is unloaded
+    explicit VESKKZWrapper(VESKComponentLife::Milliseconds rest = VESKComponentLife::kRest)
+        : mMakeComponent(&MakeKZComponent), mLife(rest) {}
 
     /// Replaces the platform's component. Call it before InitializeOpenSDK().
     void UseComponent(ComponentMaker maker) { mMakeComponent = std::move(maker); }
 
+    /// Starts the component, once: another thread that asks meanwhile is kept waiting.
     /// @return false when it cannot be made, and when it is initialised already.
     bool InitializeOpenSDK(const std::string& appID, const std::string& appKey);
+    bool IsInitialised() const { return mLife.IsRunning(); }
 
-    /// Unloads the component, at once or as soon as no event of it is on a stack any more.
+    /// Ends the component for good. It is unloaded as soon as nothing of it can come back.
     void UnInitializeOpenSDK();
 
     /// Who hears the answers; not owned.
@@ -46,21 +51,29 @@ public:
     void OnKZOpenSDKCallback(int32_t notifyType, const KZResult* result) override;
 
 private:
-    std::shared_ptr<KZComponent> Component();
+    /// A call into the component, while it is initialised.
+    class Call {
+    public:
+        explicit Call(VESKKZWrapper& wrapper);
+        explicit operator bool() const { return mComponent != nullptr; }
+        KZComponent* operator->() const { return mComponent.get(); }
 
-    /// Makes @p component the one in use, unless there is one by now or UnInitializeOpenSDK() was
-    /// called since there had been @p uninits of them.
-    bool Publish(const std::shared_ptr<KZComponent>& component, unsigned uninits);
-    void Release(std::shared_ptr<KZComponent> component);
+    private:
+        const VESKComponentLife::Call mCall;
+        std::shared_ptr<KZComponent> mComponent;
+    };
+
+    bool StartComponent(KZComponent& component, const std::string& appID,
+                        const std::string& appKey);
+    bool LoginByLocalLoginUser(const std::string& openid);
+    void Depart(const std::shared_ptr<KZComponent>& component, bool wasRunning);
 
     ComponentMaker mMakeComponent;
+    VESKComponentLife mLife;
     os::Mutex mMutex;          // held while the sink is connected
-    os::Mutex mComponentMutex; // guards the pointer; it and the two below change together
+    os::Mutex mComponentMutex; // guards the pointer
     std::shared_ptr<KZComponent> mComponent;
-    std::atomic<bool> mInitialised{false};
-    std::atomic<unsigned> mUninits{0};
     std::atomic<VESKChannelNotify*> mNotify{nullptr};
-    std::atomic<int> mActiveEvents{0};
 };
 
 } // namespace VESK

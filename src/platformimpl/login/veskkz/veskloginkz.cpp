@@ -18,10 +18,13 @@ void VESKLoginKZ::InitializeOpenSDK() {
     VESK_LOG_INFO("VESKLoginKZ::InitializeOpenSDK", "Init KZ OpenSDK result:%d", result ? 1 : 0);
     if (result) {
         VESK_LOG_INFO("VESKLoginKZ::InitializeOpenSDK", "Init KZ OpenSDK succeed");
-        mInitialised = true;
-        VESKKZWrapper::GetInstance()->SetNotify(this);
     } else {
         VESK_LOG_INFO("VESKLoginKZ::InitializeOpenSDK", "Init KZ OpenSDK failed!");
+    }
+    // Also when another thread has just started it, and is not here yet.
+    if (VESKKZWrapper::GetInstance()->IsInitialised()) {
+        VESKKZWrapper::GetInstance()->SetNotify(this);
+        mInitialised = true;
     }
 }
 

@@ -93,6 +93,21 @@ bool VESKSteamWrapper::MustRestart(uint32_t appID) {
 }
 
 bool VESKSteamWrapper::InitSteamApi(const std::string& appID) {
+    VESKComponentLife::Start start(mLife);
+    if (!start) {
+        return mLife.IsRunning();
+    }
+    if (!StartSteamApi(appID)) {
+        return false;
+    }
+    if (!start.Publish()) {
+        mLife.Depart({[this] { return Shutdown(); }, [] { return true; }});
+        return false;
+    }
+    return true;
+}
+
+bool VESKSteamWrapper::StartSteamApi(const std::string& appID) {
     if (!LoadLibraryFile()) {
         return false;
     }
@@ -125,7 +140,8 @@ bool VESKSteamWrapper::InitSteamApi(const std::string& appID) {
 }
 
 std::string VESKSteamWrapper::FetchSteamID() {
-    void* user = steam_user_;
+    const VESKComponentLife::Call call(mLife);
+    void* user = call ? steam_user_.load() : nullptr;
     if (user == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::GetSteamID", "steam_user_ is NULL");
         return {};
@@ -157,7 +173,8 @@ std::string VESKSteamWrapper::GetSteamID() {
 }
 
 std::string VESKSteamWrapper::FetchTicket() {
-    void* user = steam_user_;
+    const VESKComponentLife::Call call(mLife);
+    void* user = call ? steam_user_.load() : nullptr;
     if (user == nullptr) {
         VESK_LOG_INFO("VESKSteamWrapper::GetAuthSessionTicket", "steam_user_ is NULL");
         return {};
@@ -212,19 +229,25 @@ void VESKSteamWrapper::Cache(std::string& text, const std::string& value) {
     text = value;
 }
 
+void VESKSteamWrapper::CancelTicket() {
+    const VESKComponentLife::Call call(mLife);
+    void* user = call ? steam_user_.load() : nullptr;
+    if (user == nullptr) {
+        return;
+    }
+    const auto cancel = Library().Find<CancelFunction>("SteamAPI_ISteamUser_CancelAuthTicket");
+    if (cancel != nullptr) {
+        VESK_LOG_INFO("VESKSteamWrapper::Logout", "Call SteamAPI_ISteamUser_CancelAuthTicket");
+        cancel(user, mAuthTicket);
+    } else {
+        VESK_LOG_INFO("VESKSteamWrapper::Logout",
+                      "Get SteamAPI_ISteamUser_CancelAuthTicket func failed");
+    }
+}
+
 void VESKSteamWrapper::Logout() {
     VESK_LOG_INFO("VESKSteamWrapper::Logout", "Start Steam logout");
-    void* user = steam_user_;
-    if (user != nullptr) {
-        const auto cancel = Library().Find<CancelFunction>("SteamAPI_ISteamUser_CancelAuthTicket");
-        if (cancel != nullptr) {
-            VESK_LOG_INFO("VESKSteamWrapper::Logout", "Call SteamAPI_ISteamUser_CancelAuthTicket");
-            cancel(user, mAuthTicket);
-        } else {
-            VESK_LOG_INFO("VESKSteamWrapper::Logout",
-                          "Get SteamAPI_ISteamUser_CancelAuthTicket func failed");
-        }
-    }
+    CancelTicket();
     Cache(mSteamID, "");
     Cache(mTicket, "");
     VESK_LOG_INFO("VESKSteamWrapper::Logout", "Steam logout done");
@@ -232,19 +255,26 @@ void VESKSteamWrapper::Logout() {
 
 void VESKSteamWrapper::UnInitSteamApi() {
     VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "UnInit Steam SDK");
-    const os::DynamicLibrary library = Library();
-    if (!library.IsOpen()) {
-        return;
+    using Stage = VESKComponentLife::Stage;
+    const Stage stage = mLife.End();
+    // A library that is loaded is shut down even though its interface has not come up; one that
+    // another thread starts just now, by that thread.
+    if (stage == Stage::kRunning || (stage == Stage::kIdle && Library().IsOpen())) {
+        mLife.Depart({[this] { return Shutdown(); }, [] { return true; }});
     }
-    const auto shutdown = library.Find<VoidFunction>("SteamAPI_Shutdown");
+}
+
+bool VESKSteamWrapper::Shutdown() {
+    const auto shutdown = Library().Find<VoidFunction>("SteamAPI_Shutdown");
     if (shutdown == nullptr) {
         // Deliberate: the text names the init entry point.
         VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "Get SteamAPI_Init func failed");
-        return;
+        return true; // nothing of it ever calls back
     }
     VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "Call SteamAPI_Shutdown");
     shutdown();
     VESK_LOG_INFO("VESKSteamWrapper::UnInitSteamApi", "UnInit Steam SDK success");
+    return true;
 }
 
 } // namespace VESK

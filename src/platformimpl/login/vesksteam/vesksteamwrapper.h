@@ -6,6 +6,7 @@
 #include <string>
 
 #include "common/vesksingleton.h"
+#include "foundation/lifecycle/veskcomponentlife.h"
 #include "platformimpl/foundation/os/dynamiclibrary.h"
 #include "platformimpl/foundation/os/mutex.h"
 
@@ -20,11 +21,13 @@ public:
         return VESKSingleton<VESKSteamWrapper>::GetInstance();
     }
 
+    /// Starts the Steam interface, once: another thread that asks meanwhile is kept waiting.
     /// @param appID decimal; 0 or empty skips the question whether Steam must restart the game.
     /// @return whether the Steam interface is up.
     bool InitSteamApi(const std::string& appID);
 
-    /// Shuts the Steam interface down. The library stays loaded.
+    /// Shuts the Steam interface down for good, once no call is inside it. The library stays
+    /// loaded.
     void UnInitSteamApi();
 
     /// The user's Steam id in decimal, and a session ticket in upper-case hexadecimal. Each is
@@ -39,16 +42,20 @@ private:
     friend class VESKSingleton<VESKSteamWrapper>;
     VESKSteamWrapper() = default;
 
+    bool StartSteamApi(const std::string& appID);
     bool LoadLibraryFile();
     void AskWhetherRunning();
     bool MustRestart(uint32_t appID);
     std::string FetchSteamID();
     std::string FetchTicket();
+    void CancelTicket();
+    bool Shutdown();
 
     os::DynamicLibrary Library();
     std::string Cached(const std::string& text);
     void Cache(std::string& text, const std::string& value);
 
+    VESKComponentLife mLife{VESKComponentLife::Milliseconds(0)}; // it never calls back
     os::Mutex mMutex; // guards the three below; not held across calls into Steam
     os::DynamicLibrary mLibrary;
     std::string mSteamID;

@@ -12,13 +12,10 @@ TEST_F(SteamWrapper, AppIdIsTheNumberThatTheTextBeginsWith) {
     EXPECT_FALSE(steam.InitSteamApi("480abc")); // the client wants a restart for 480
     EXPECT_EQ(logged("]Init Steam SDK, appid:480abc uint32 appid:480"), 1u);
     EXPECT_EQ(logged("]Stop Init Steam SDK, need to restart from Steam Client!"), 1u);
-    EXPECT_TRUE(steam.InitSteamApi("4800"));
-    for (const char* none : {"", "abc480", "0"}) {
-        newMessages();
-        EXPECT_TRUE(steam.InitSteamApi(none));
-        EXPECT_THAT(newMessages(), Contains("No STEAM_APP_ID in VESKConfig.ini, don't call "
-                                            "SteamAPI_RestartAppIfNecessary"));
-    }
+    EXPECT_TRUE(steam.InitSteamApi("abc480"));
+    EXPECT_EQ(logged("No STEAM_APP_ID in VESKConfig.ini, don't call "
+                     "SteamAPI_RestartAppIfNecessary"),
+              1u);
 }
 
 TEST_F(SteamWrapper, IdIsSignedAndTheTicketEndsWithItsBuffer) {

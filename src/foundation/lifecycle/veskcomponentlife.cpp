@@ -1,0 +1,279 @@
+#include "foundation/lifecycle/veskcomponentlife.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include "foundation/log/vesklogger.h"
+#include "platformimpl/foundation/os/thread.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kPoll(10);
+
+/// For a start by another thread: a component may wait for the very thread that waits here.
+constexpr std::chrono::seconds kStartPatience(15);
+
+bool Holds(const std::vector<uint64_t>& threads, uint64_t thread) {
+    return std::find(threads.begin(), threads.end(), thread) != threads.end();
+}
+
+void RemoveOne(std::vector<uint64_t>& threads, uint64_t thread) {
+    const auto entry = std::find(threads.begin(), threads.end(), thread);
+    if (entry != threads.end()) {
+        threads.erase(entry);
+    }
+}
+
+} // namespace
+
+VESKComponentLife::~VESKComponentLife() {
+    while (mReaping) {
+        std::this_thread::sleep_for(kPoll);
+    }
+}
+
+/// Whatever the game unloads, what a component may call back is there. With the lock held.
+void VESKComponentLife::KeepModule() {
+    if (!mModule && mRest.count() != 0) {
+        mModule.emplace();
+    }
+}
+
+// ---- Start ----
+
+bool VESKComponentLife::TakeStart() {
+    const uint64_t self = os::CurrentThreadId();
+    const auto until = Clock::now() + kStartPatience;
+    do {
+        {
+            const std::lock_guard<os::Mutex> lock(mMutex);
+            const bool starting = mStage == Stage::kStarting;
+            if (mStage == Stage::kRunning || mStage == Stage::kEnded ||
+                (starting && mStarter == self)) {
+                return false;
+            }
+            if (!starting && !IsStopping()) {
+                mStage = Stage::kStarting;
+                mStarter = self;
+                return true;
+            }
+        }
+        std::this_thread::sleep_for(kPoll);
+    } while (Clock::now() < until);
+    return false;
+}
+
+bool VESKComponentLife::Start::Publish() {
+    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    if (mLife.mStage != Stage::kStarting) {
+        return false;
+    }
+    mLife.mStage = Stage::kRunning;
+    mLife.KeepModule();
+    return true;
+}
+
+VESKComponentLife::Start::~Start() {
+    if (mTaken) {
+        const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+        if (mLife.mStage == Stage::kStarting) {
+            mLife.mStage = Stage::kIdle;
+        }
+    }
+}
+
+VESKComponentLife::Stage VESKComponentLife::End() {
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    return mStage.exchange(Stage::kEnded);
+}
+
+// ---- Calls and callbacks ----
+
+VESKComponentLife::Call::Call(VESKComponentLife& life) : mLife(life) {
+    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    if (mLife.mStage != Stage::kEnded) {
+        mLife.mCalls.push_back(os::CurrentThreadId());
+        mEntered = true;
+    }
+}
+
+VESKComponentLife::Call::~Call() {
+    if (mEntered) {
+        const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+        RemoveOne(mLife.mCalls, os::CurrentThreadId());
+    }
+}
+
+VESKComponentLife::Callback::Callback(VESKComponentLife& life) : mLife(life) {
+    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    mHeard = mLife.mStage != Stage::kEnded;
+    mLife.mCallbacks.push_back(os::CurrentThreadId());
+}
+
+VESKComponentLife::Callback::~Callback() {
+    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    RemoveOne(mLife.mCallbacks, os::CurrentThreadId());
+    mLife.mLastSign = Clock::now();
+}
+
+// ---- Departure ----
+
+/// Whether a component that goes is still to be stopped. With the lock held.
+bool VESKComponentLife::IsStopping() const {
+    return std::any_of(mLeaving.begin(), mLeaving.end(), [](const auto& leaving) {
+        return leaving->stop == Stop::kOpen || leaving->stop == Stop::kUnderWay;
+    });
+}
+
+void VESKComponentLife::Depart(Departure departure) {
+    const auto leaving = std::make_shared<Leaving>();
+    leaving->how = std::move(departure);
+    bool atOnce = false;
+    {
+        const std::lock_guard<os::Mutex> lock(mMutex);
+        mLeaving.push_back(leaving);
+        KeepModule();
+        // Stopped inside a callback of its own, a component may well wait for that callback.
+        atOnce = mCalls.empty() && !Holds(mCallbacks, os::CurrentThreadId());
+        leaving->stop = atOnce ? Stop::kUnderWay : Stop::kOpen;
+        ++mDepartures;
+    }
+    if (atOnce) {
+        RunStop(*leaving);
+    }
+    if (mRest.count() == 0 && IsAtRest()) {
+        Unload();
+    } else {
+        StartReaper();
+    }
+}
+
+void VESKComponentLife::RunStop(Leaving& leaving) {
+    const bool stopped = leaving.how.stop();
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    mLastSign = Clock::now();
+    leaving.stop = stopped ? Stop::kDone : Stop::kFailed;
+}
+
+void VESKComponentLife::StopWhenNobodyIsInside() {
+    while (true) {
+        std::shared_ptr<Leaving> next;
+        {
+            const std::lock_guard<os::Mutex> lock(mMutex);
+            const auto found =
+                std::find_if(mLeaving.begin(), mLeaving.end(),
+                             [](const auto& leaving) { return leaving->stop == Stop::kOpen; });
+            if (!mCalls.empty() || found == mLeaving.end()) {
+                return;
+            }
+            next = *found;
+            next->stop = Stop::kUnderWay;
+        }
+        RunStop(*next);
+    }
+}
+
+bool VESKComponentLife::IsAtRest() {
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    return mCalls.empty() && mCallbacks.empty() && Clock::now() - mLastSign >= mRest &&
+           std::all_of(mLeaving.begin(), mLeaving.end(),
+                       [](const auto& leaving) { return leaving->stop == Stop::kDone; });
+}
+
+bool VESKComponentLife::CannotBeStopped() {
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    return std::any_of(mLeaving.begin(), mLeaving.end(),
+                       [](const auto& leaving) { return leaving->stop == Stop::kFailed; });
+}
+
+void VESKComponentLife::Unload() {
+    std::vector<std::shared_ptr<Leaving>> leaving;
+    {
+        const std::lock_guard<os::Mutex> lock(mMutex);
+        leaving.swap(mLeaving);
+    }
+    bool gone = true;
+    for (const std::shared_ptr<Leaving>& component : leaving) {
+        gone = component->how.unload() && gone;
+    }
+    if (!gone) {
+        {
+            const std::lock_guard<os::Mutex> lock(mMutex);
+            mLeaving.insert(mLeaving.end(), leaving.begin(), leaving.end());
+        }
+        Stay();
+        return;
+    }
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    if (mStage != Stage::kRunning && mLeaving.empty()) {
+        mModule.reset();
+    }
+}
+
+void VESKComponentLife::Stay() {
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    if (mStage == Stage::kEnded) {
+        VESK_LOG_ERROR("VESKComponentLife::Stay",
+                       "the component may still call back: it stays loaded, and so does the SDK");
+        VESKModule::StayLoaded();
+    }
+}
+
+void VESKComponentLife::Reap() {
+    const auto until = Clock::now() + mPatience;
+    do {
+        std::this_thread::sleep_for(kPoll);
+        StopWhenNobodyIsInside();
+        if (IsAtRest()) {
+            Unload();
+            return;
+        }
+    } while (!CannotBeStopped() && Clock::now() < until);
+    Stay();
+}
+
+void VESKComponentLife::ReapOnThread(void* context) {
+    VESKComponentLife* life = static_cast<VESKComponentLife*>(context);
+    unsigned departures = 0;
+    do {
+        {
+            const std::lock_guard<os::Mutex> lock(life->mMutex);
+            departures = life->mDepartures;
+        }
+        try {
+            life->Reap();
+        } catch (...) {
+            life->Stay();
+        }
+    } while (!life->EndReaping(departures));
+}
+
+/// False when a component has left since there had been @p departures, and is still to be seen to.
+bool VESKComponentLife::EndReaping(unsigned departures) {
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    mReaping = departures != mDepartures;
+    return !mReaping;
+}
+
+void VESKComponentLife::StartReaper() {
+    {
+        const std::lock_guard<os::Mutex> lock(mMutex);
+        if (mReaping.exchange(true)) {
+            return;
+        }
+    }
+    pthread_t thread = {};
+    if (os::StartDetachedThread(&thread, &ReapOnThread, this) != 0) {
+        mReaping = false;
+        Stay();
+    }
+}
+
+} // namespace VESK
+} // namespace Braxel

@@ -1,0 +1,90 @@
+#include "foundation/lifecycle/veskcomponentlife.h"
+
+#include <thread>
+
+#include "unit/unittest.h"
+
+namespace vesk::test {
+
+using namespace std::chrono_literals;
+
+struct Life : UnitTest {
+    bool start() {
+        VESKComponentLife::Start start(life);
+        std::this_thread::sleep_for(start ? 20ms : 0ms);
+        starts += start ? 1 : 0;
+        return start && start.Publish();
+    }
+    void depart() {
+        life.Depart({[this] { return ++stops == 1; }, [this] { return ++unloads == 1; }});
+    }
+    /// Waits for something that another thread does, for five seconds at most.
+    static bool comes(const std::function<bool()>& condition) {
+        for (int i = 0; i < 500 && !condition(); ++i) {
+            std::this_thread::sleep_for(10ms);
+        }
+        return condition();
+    }
+
+    std::atomic<int> starts{0};
+    std::atomic<int> stops{0};
+    std::atomic<int> unloads{0};
+    VESKComponentLife life{100ms, 1000ms};
+};
+
+TEST_F(Life, IsStartedOnceWhoeverAsksAndNotAfterItsEnd) {
+    std::atomic<int> running{0};
+    onEightThreads([&](int) {
+        start();
+        running += life.IsRunning() ? 1 : 0;
+    });
+    EXPECT_EQ(starts, 1);
+    EXPECT_EQ(running, 8) << "whoever asks finds it running";
+    EXPECT_EQ(life.End(), VESKComponentLife::Stage::kRunning);
+    EXPECT_FALSE(start());
+    EXPECT_FALSE(VESKComponentLife::Call(life));
+}
+
+TEST_F(Life, EndDuringTheStartLeavesTheRestToTheStarter) {
+    VESKComponentLife::Start taken(life);
+    ASSERT_TRUE(taken);
+    EXPECT_FALSE(VESKComponentLife::Start(life)) << "by the same thread, from a callback";
+    EXPECT_EQ(life.End(), VESKComponentLife::Stage::kStarting);
+    EXPECT_FALSE(taken.Publish());
+    depart();
+    EXPECT_EQ(stops, 1);
+    EXPECT_TRUE(comes([this] { return unloads == 1; }));
+}
+
+TEST_F(Life, StopComesAfterTheLastCallAndUnloadingAfterTheLastCallback) {
+    start();
+    {
+        const VESKComponentLife::Callback callback(life);
+        EXPECT_TRUE(callback);
+        {
+            const VESKComponentLife::Call call(life);
+            life.End();
+            depart();
+            std::this_thread::sleep_for(50ms);
+            EXPECT_EQ(stops, 0);
+        }
+        EXPECT_TRUE(comes([this] { return stops == 1; }));
+        EXPECT_FALSE(VESKComponentLife::Callback(life));
+        std::this_thread::sleep_for(150ms);
+        EXPECT_EQ(unloads, 0);
+    }
+    EXPECT_TRUE(comes([this] { return unloads == 1; }));
+}
+
+TEST_F(Life, ComponentThatDoesNotComeToRestStays) {
+    start();
+    life.End();
+    depart();
+    EXPECT_TRUE(comes([this] {
+        const VESKComponentLife::Callback late(life);
+        return logged("the component may still call back: it stays loaded") == 1;
+    }));
+    EXPECT_EQ(unloads, 0);
+}
+
+} // namespace vesk::test
