@@ -44,7 +44,7 @@ struct FernoLife : ComponentLife {
 };
 
 TEST_F(FernoLife, UnInstallWhileARequestIsInsideStopsTheComponentAfterIt) {
-    ferno.script("keep_pointer=1\ncall_ms=1500\non_qrcode=0:qr:u,0:success\n");
+    ferno.script("keep_pointer=1\ncall_ms=4000\non_qrcode=0:qr:u,0:success\n");
     leaveDuring(ferno, "Ferno", "frlogin_req_qrcode");
     EXPECT_TRUE(ferno.componentLines("frlogin_uninit").empty());
     expectStopped(1);
@@ -56,7 +56,7 @@ TEST_F(FernoLife, UnInstallWhileAnotherThreadLogsOutLetsItReturn) {
     sdk.login("Ferno");
     EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
     backend.clear();
-    ferno.script("keep_pointer=1\ncall_ms=1500\n");
+    ferno.script("keep_pointer=1\ncall_ms=4000\n");
     std::thread logout([this] { sdk.logout(); });
     waitUntil("the logout", [this] { return !ferno.componentLines("req_logout").empty(); });
     unInstall();
@@ -66,7 +66,7 @@ TEST_F(FernoLife, UnInstallWhileAnotherThreadLogsOutLetsItReturn) {
 }
 
 TEST_F(FernoLife, UnInstallDuringTheStartWins) {
-    ferno.script("keep_pointer=1\ninit_ms=1500\non_init=1600:qr:u,0:success\n");
+    ferno.script("keep_pointer=1\ninit_ms=4000\non_init=4100:qr:u,0:success\n");
     leaveDuring(ferno, "Ferno", "frlogin_init");
     expectStopped(1);
     expectEnd(false);
@@ -133,7 +133,7 @@ TEST_F(SteamLife, UnInstallWhileACallIsInsideShutsSteamDownAfterIt) {
     waitUntil("Steam's start", [this] { return game.steamCalls("Init") == 1; });
     std::thread other([this] { sdk.login("Steam"); });
     waitUntil("a call", [this] { return game.steamCalls("ISteamUser_GetSteamID") > 0; });
-    game.simulate("call_ms=1500\n");
+    game.simulate("call_ms=4000\n");
     waitUntil("a call", [this] { return game.steamCalls("ISteamUser_GetAuthSessionTicket") > 0; });
     unInstall();
     EXPECT_EQ(game.steamCalls("Shutdown"), 0u);

@@ -48,7 +48,7 @@ TEST_F(KZUnload, WhileTheComponentStarts) {
 }
 
 TEST_F(KZUnload, WhileARequestIsInsideStopsTheComponentAfterIt) {
-    kz.script("call_ms=1500\n");
+    kz.script("call_ms=4000\n");
     std::thread login([this] { sdk.login("KZ"); });
     waitUntil("the request", [this] { return !kz.componentLines("GetGenerateSerial").empty(); });
     unInstall();

@@ -1,6 +1,7 @@
 #ifndef VESK_FOUNDATION_LIFECYCLE_VESKCALLGATE_H
 #define VESK_FOUNDATION_LIFECYCLE_VESKCALLGATE_H
 
+#include <chrono>
 #include <cstdint>
 #include <vector>
 
@@ -34,9 +35,11 @@ public:
     };
 
     /// Closes the gate for good and waits until the calls of other threads have come back. Calls
-    /// that this thread is in the middle of are not waited for, and no call for longer than a
-    /// second: it may be waiting for this thread.
+    /// that this thread is in the middle of are not waited for, and no call for longer than
+    /// kPatience: it may be waiting for this thread.
     void Close();
+
+    static constexpr std::chrono::milliseconds kPatience{750};
 
 private:
     bool Enter();
