@@ -21,13 +21,15 @@ struct LoginRequest : ShortRequest {
 
 /// The login manager's own copy of a login request, as it grows during the flow.
 struct ExtendedLoginRequest : LoginRequest {
+    uint64_t order = 0; ///< among all logins of the process
     std::string permissions;
     std::string preCode; ///< from the backend, for the messenger channels
     std::string reserved;
 };
 
 struct AutoLoginRequest : ShortRequest {
-    std::string uid; ///< the player that the device remembers
+    uint64_t order = 0; ///< among all logins of the process
+    std::string uid;    ///< the player that the device remembers
 };
 
 struct LogoutRequest : ShortRequest {

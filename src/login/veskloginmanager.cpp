@@ -24,6 +24,8 @@ namespace {
 
 constexpr const char* kDeviceCacheFile = "upra_login.txt";
 constexpr int32_t kStateNotified = 2;
+constexpr const char* kOnPreCodeResp = "Braxel::VESK::VESKLoginManager::OnPreCodeResp";
+constexpr const char* kOnLoginResp = "Braxel::VESK::VESKLoginManager::OnLoginResp";
 
 /// What OnLoginResp needs of the channel answer that it belongs to.
 struct LoginContext {
@@ -65,12 +67,13 @@ void DeliverNetworkError(int32_t result, int32_t methodNameID, const std::string
 /// Handles an answer to a login. One that there is no memory for is a failure of the transport to
 /// the game, which would wait for ever otherwise.
 template <typename Handle>
-void OrOutOfMemory(int32_t methodNameID, const std::string& seqID, const Handle& handle) {
+void OrOutOfMemory(const char* method, int32_t methodNameID, const std::string& seqID,
+                   const Handle& handle) {
     constexpr int32_t kOutOfMemory = 27; // libcurl's code
     try {
         handle();
     } catch (...) {
-        VESK_LOG_ERROR("VESKLoginManager", "[ %s ] exception inside an answer", seqID.c_str());
+        VESK_LOG_AT(kLogError, method, "[ %s ] exception inside an answer", seqID.c_str());
         DeliverNetworkError(kOutOfMemory, methodNameID, seqID);
     }
 }
@@ -104,14 +107,15 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
         logout.channel = previous.channel.c_str();
         Logout(logout, true);
     }
-    {
-        const std::lock_guard<os::Mutex> lock(mLoginMutex);
-        mCurrentLoginSeqID = request.seqID;
-    }
-    DeleteLoginRet();
-    mNeedLoginObserve = true;
     ExtendedLoginRequest extended;
     static_cast<LoginRequest&>(extended) = request;
+    {
+        // In one, or the older of two logins would drop what the newer has brought already.
+        const std::lock_guard<os::Mutex> lock(mStoreMutex);
+        extended.order = BeginLogin(request.seqID);
+        DropLogin();
+    }
+    mNeedLoginObserve = true;
     extended.permissions = permissions;
     // Deliberate: any other channel is never answered.
     if (VESKLoginBodies::IsMessenger(request.channel)) {
@@ -119,6 +123,25 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     } else if (request.channel == "Steam") {
         VESKLoginIMPL::GetInstance()->LoginChannel(extended);
     }
+}
+
+uint64_t VESKLoginManager::BeginLogin(const std::string& seqID) {
+    const std::lock_guard<os::Mutex> lock(mLoginMutex);
+    mCurrentLoginSeqID = seqID;
+    return ++mLoginCount;
+}
+
+bool VESKLoginManager::IsCurrent(const std::string& seqID, const char* method) {
+    std::string current;
+    {
+        const std::lock_guard<os::Mutex> lock(mLoginMutex);
+        current = mCurrentLoginSeqID;
+    }
+    if (current != seqID) {
+        VESK_LOG_AT(kLogDebug, method, "[ %s ], mCurrentLoginSeqID is not equal %s", seqID.c_str(),
+                    current.c_str());
+    }
+    return current == seqID;
 }
 
 void VESKLoginManager::GetLoginPreCode(const ExtendedLoginRequest& request) {
@@ -144,7 +167,7 @@ void VESKLoginManager::OnPreCodeResp(int32_t /*reqSeq*/, int32_t result, const s
         static_cast<ExtendedLoginRequest*>(context));
     VESK_LOG_INFO("VESKLoginManager::OnPreCodeResp", "[ %s ] OnPreCodeResp ret:%d, respBody:%s",
                   request->seqID.c_str(), result, body.c_str());
-    OrOutOfMemory(request->methodNameID, request->seqID, [&] {
+    OrOutOfMemory(kOnPreCodeResp, request->methodNameID, request->seqID, [&] {
         if (result != 0) {
             DeliverNetworkError(result, request->methodNameID, request->seqID);
         } else {
@@ -166,7 +189,10 @@ void VESKLoginManager::HandlePreCode(ExtendedLoginRequest& request, const std::s
         reader.read("msg", message);
     }
     if (backendCode == 0 && !request.preCode.empty()) {
-        VESKLoginIMPL::GetInstance()->LoginChannel(request);
+        // The channel has one login at a time: that of a newer one must not be taken over.
+        if (IsCurrent(request.seqID, kOnPreCodeResp)) {
+            VESKLoginIMPL::GetInstance()->LoginChannel(request);
+        }
         return;
     }
     if (backendCode == 0) {
@@ -188,14 +214,7 @@ void VESKLoginManager::PluginLoginObserver(const InnerLoginPluginRet& answer, co
     VESKLoginManager* manager = GetInstance();
     if (answer.methodNameID == kMethodNameLogin) {
         VESK_LOG_DEBUG("VESKLoginManager::PluginLoginObserver", "[ %s ], login in", seqID);
-        std::string current;
-        {
-            const std::lock_guard<os::Mutex> lock(manager->mLoginMutex);
-            current = manager->mCurrentLoginSeqID;
-        }
-        if (current != seqID) {
-            VESK_LOG_DEBUG("VESKLoginManager::PluginLoginObserver",
-                           "[ %s ], mCurrentLoginSeqID is not equal %s", seqID, current.c_str());
+        if (!manager->IsCurrent(seqID, "Braxel::VESK::VESKLoginManager::PluginLoginObserver")) {
             return;
         }
     }
@@ -216,7 +235,7 @@ void VESKLoginManager::OnLoginResp(int32_t /*reqSeq*/, int32_t result, const std
     const std::unique_ptr<LoginContext> login(static_cast<LoginContext*>(context));
     const std::string& seqID = login->seqID;
     VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "[ %s ], %s", seqID.c_str(), body.c_str());
-    OrOutOfMemory(login->answer.methodNameID, seqID,
+    OrOutOfMemory(kOnLoginResp, login->answer.methodNameID, seqID,
                   [&] { GetInstance()->HandleLogin(login->answer, result, body, seqID); });
 }
 
@@ -231,8 +250,11 @@ void VESKLoginManager::HandleLogin(const InnerLoginPluginRet& answer, int32_t re
         ret.channelInfo = answer.channelInfo.c_str();
     }
     if (ret.retCode == VESKError::NEED_REALNAME) {
+        const auto pending = std::make_shared<InnerLoginRet>(ret);
         const std::lock_guard<os::Mutex> lock(mLoginMutex);
-        mPendingLoginRet = std::make_shared<InnerLoginRet>(ret);
+        if (seqID == mCurrentLoginSeqID) {
+            mPendingLoginRet = pending;
+        }
     } else if (ret.retCode == VESKError::SUCCESS) {
         HandleLoginSuccess(ret, seqID, body);
     }
@@ -255,7 +277,9 @@ void VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string&
                        "methodNameID has been reset for kMethodNameBind");
         return;
     }
-    SaveLoginRet(ret);
+    if (!StoreCurrentLogin(ret, seqID)) {
+        return;
+    }
     TimerRefreshToken(seqID, ret.channel.c_str());
     VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "loginNotifyObservers count: %i",
                    static_cast<int>(mLoginNotifyObservers.size()));
@@ -317,13 +341,10 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
                             seqID);
         return;
     }
-    {
-        // Only now: a refused automatic login does not end a login that is running.
-        const std::lock_guard<os::Mutex> lock(mLoginMutex);
-        mCurrentLoginSeqID = seqID;
-    }
     AutoLoginRequest autoLogin;
     static_cast<ShortRequest&>(autoLogin) = request;
+    // Only now: a refused automatic login does not end a login that is running.
+    autoLogin.order = BeginLogin(seqID);
     autoLogin.channel = ret.channel.c_str();
     autoLogin.uid = ret.uid.c_str();
     VESKLoginIMPL::GetInstance()->PluginAutoLogin(autoLogin);
@@ -398,7 +419,35 @@ bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
 
 bool VESKLoginManager::SaveLoginRet(const InnerLoginRet& ret) {
     const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    ++mHeldLogin;
     return StoreLogin(ret);
+}
+
+/// A login that came too late must neither sign the old player in nor cost the newer one's record.
+/// @return whether it is the login in progress, stored or not.
+bool VESKLoginManager::StoreCurrentLogin(const InnerLoginRet& ret, const std::string& seqID) {
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    if (!IsCurrent(seqID, kOnLoginResp)) {
+        return false;
+    }
+    ++mHeldLogin;
+    StoreLogin(ret);
+    return true;
+}
+
+/// Stores what was made from the record of @p generation, unless that is not the held one any more.
+bool VESKLoginManager::StoreChanged(const InnerLoginRet& ret, uint64_t generation) {
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    if (generation != mStoreGeneration) {
+        return false;
+    }
+    StoreLogin(ret);
+    return true;
+}
+
+uint64_t VESKLoginManager::StoreGeneration() {
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    return mStoreGeneration;
 }
 
 bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
@@ -409,6 +458,7 @@ bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
         return false;
     }
     auto saved = std::make_shared<const InnerLoginRet>(ret);
+    ++mStoreGeneration;
     {
         const std::lock_guard<os::Mutex> lock(mLoginRetMutex);
         mLoginRet.swap(saved);
@@ -418,8 +468,13 @@ bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
 }
 
 bool VESKLoginManager::DeleteLoginRet() {
-    const std::lock_guard<os::Mutex> storeLock(mStoreMutex);
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    return DropLogin();
+}
+
+bool VESKLoginManager::DropLogin() {
     ++mStoreGeneration;
+    ++mHeldLogin;
     const auto reset = std::make_shared<InnerLoginRet>(*HeldLogin());
     reset->resetLoginRet();
     {
@@ -445,6 +500,7 @@ void VESKLoginManager::UpdateLoginRet(const String& loginData, InnerLoginRet& ou
                        seqID.c_str());
         return;
     }
+    const uint64_t generation = StoreGeneration();
     InnerLoginRet stored;
     if (!GetLoginRet(stored)) {
         VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet",
@@ -465,8 +521,9 @@ void VESKLoginManager::UpdateLoginRet(const String& loginData, InnerLoginRet& ou
     }
     VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "save target result ok");
     stored.FromJson(target);
-    SaveLoginRet(stored);
-    out = stored;
+    if (StoreChanged(stored, generation)) {
+        out = stored;
+    }
 }
 
 void VESKLoginManager::TimerRefreshToken(const std::string& seqID, const std::string& channel) {
@@ -484,6 +541,11 @@ void VESKLoginManager::TimerRefreshToken(const std::string& seqID, const std::st
     VESKTaskManager::GetInstance()->StartTimer();
 }
 
+void VESKLoginManager::NoteRefresh() {
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    mRefreshedLogin = mHeldLogin;
+}
+
 void VESKLoginManager::PluginRefreshObserver(const InnerLoginPluginRet& answer,
                                              const char* /*seqID*/) {
     if (!answer.channelInfo.empty()) {
@@ -499,22 +561,27 @@ void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
         return;
     }
     const int64_t now = os::UnixSeconds();
-    uint32_t generation = 0;
+    uint64_t generation = 0;
+    bool isOurs = false;
     {
         const std::lock_guard<os::Mutex> lock(mStoreMutex);
         generation = mStoreGeneration;
+        isOurs = mRefreshedLogin == 0 || mRefreshedLogin == mHeldLogin;
+        mRefreshedLogin = 0;
     }
     InnerLoginRet ret;
     GetLoginRet(ret);
+    // It may be the answer to what another login has asked, or nothing may be held any more.
+    if (!isOurs || ret.openid.length() == 0 || answer.channel != ret.channel.c_str()) {
+        VESK_LOG_DEBUG("VESKLoginManager::PluginRefreshObserver",
+                       "token of channel %s is not for the held login", answer.channel.c_str());
+        return;
+    }
     ret.token = token.c_str();
     ret.tokenExpire = now + lifetime;
     ret.channelInfo =
         VESKLoginBodies::RefreshedChannelInfo(answer.channel, ret.openid.c_str(), token).c_str();
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
-    // A login or logout since then has dropped the record that this one was made from.
-    if (generation == mStoreGeneration) {
-        StoreLogin(ret);
-    }
+    StoreChanged(ret, generation);
 }
 
 // ---- Logout ----

@@ -37,11 +37,15 @@ public:
     /// @return whether one is held. An expired one is, with retCode TOKEN_EXPIRED.
     bool GetLoginRet(InnerLoginRet& out);
 
-    /// @return whether the device file was written; only then is @p ret held.
+    /// @return whether the device file was written. Only then is @p ret held.
     bool SaveLoginRet(const InnerLoginRet& ret);
 
     /// @return whether the device file was removed.
     bool DeleteLoginRet();
+
+    /// The channel is about to be asked for a fresh token of the login that is held: its answer is
+    /// for no other one.
+    void NoteRefresh();
 
     /// Merges the JSON object @p loginData into the held login and gives the result in @p out.
     void UpdateLoginRet(const String& loginData, InnerLoginRet& out);
@@ -66,6 +70,8 @@ private:
     void HandleLogin(const InnerLoginPluginRet& answer, int32_t result, const std::string& body,
                      const std::string& seqID);
     void HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID, const std::string& body);
+    uint64_t BeginLogin(const std::string& seqID);
+    bool IsCurrent(const std::string& seqID, const char* method);
     void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
     void RefreshLogin(const InnerLoginPluginRet& answer);
     void SendLogoutRequest(const std::string& seqID);
@@ -88,9 +94,14 @@ private:
     bool CheckExpiry(InnerLoginRet& out);
     bool ReadDeviceCache(InnerLoginRet& out);
     bool StoreLogin(const InnerLoginRet& ret);
+    bool StoreCurrentLogin(const InnerLoginRet& ret, const std::string& seqID);
+    bool StoreChanged(const InnerLoginRet& ret, uint64_t generation);
+    uint64_t StoreGeneration();
+    bool DropLogin();
 
-    os::Mutex mLoginMutex; // guards the four below
+    os::Mutex mLoginMutex; // guards the five below
     std::string mCurrentLoginSeqID;
+    uint64_t mLoginCount = 0;
     std::string mAutoLoginSeqID;
     int32_t mLoginState = 0;
     std::shared_ptr<const InnerLoginRet> mPendingLoginRet; // waits for real-name authentication
@@ -101,8 +112,12 @@ private:
     os::Mutex mPendingLogoutMutex;
     std::map<std::string, std::string> mPendingLogouts; // sequence id to logout parameters
 
-    os::Mutex mStoreMutex; // one user of the device file at a time; taken before mLoginRetMutex
-    uint32_t mStoreGeneration = 0;
+    // One user of the device file at a time; taken before mLoginRetMutex and mLoginMutex. It guards
+    // the three below.
+    os::Mutex mStoreMutex;
+    uint64_t mStoreGeneration = 0; // moves with each change of the held record
+    uint64_t mHeldLogin = 0;       // moves with each login and logout, but with no refresh
+    uint64_t mRefreshedLogin = 0;  // the one that a fresh token was asked for; 0: nobody has asked
 
     std::vector<NotifyObserver> mLoginNotifyObservers;
     std::vector<NotifyObserver> mLogoutNotifyObservers;

@@ -124,6 +124,11 @@ TEST_F(Ferno, SecondLoginSupersedesACodeThatIsShown) {
     EXPECT_EQ(observer.baseCount(), 0u);
 }
 
+TEST_F(Ferno, CrossingPreCodesLeaveTheNewerLoginAnswered) {
+    script("on_qrcode=1:qr:u,60:success");
+    expectNewerOfCrossingPreCodes();
+}
+
 TEST_F(Ferno, LogoutWhileACodeIsShownLeavesTheLoginRunning) {
     script("on_qrcode=10:qr:u,1000:success");
     startLogin();

@@ -42,6 +42,11 @@ TEST_F(KZ, EveryFailureOfTheComponentEndsTheLogin) {
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
+TEST_F(KZ, CrossingPreCodesLeaveTheNewerLoginAnswered) {
+    script("on_qrcode=1:info:1:u,60:result:0:3");
+    expectNewerOfCrossingPreCodes();
+}
+
 TEST_F(KZ, RememberedPlayerIsLoggedInWithoutACode) {
     writeFile(game.loginCache(), "KZuid-of-earlier");
     start();

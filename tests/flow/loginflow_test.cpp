@@ -19,6 +19,10 @@ TEST_F(LoginFlow, OnlyTheNewerOfTwoLoginsIsAnswered) {
 
     waitForLogLine(kDropped);
     EXPECT_EQ(observer.loginCount(), 1u);
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.openid, "openid-new");
+    EXPECT_EQ(readFile(game.loginCache()), "Steamuid-new");
 }
 
 TEST_F(LoginFlow, ExtraJsonIsCheckedButNeitherStopsALoginNorLeavesTheGame) {

@@ -17,4 +17,22 @@ VESKLoginRet MessengerTest::scanAndLogin() {
     return observer.nextLogin().ret;
 }
 
+void MessengerTest::expectNewerOfCrossingPreCodes() {
+    start();
+    const size_t tries = static_cast<size_t>(triesOr(8));
+    for (size_t i = 0; i < tries; ++i) {
+        // Late, early and at once.
+        for (const int delay : {i % 3 == 0 ? 40 : 5, i % 3 == 1 ? 40 : 5}) {
+            backend.next({"auth/pcprecode", R"({"ret":0,"precode":"p"})", 200, delay});
+        }
+        VESKLogin::Login(channel.c_str(), "", "", "");
+        backend.waitForRequest("auth/pcprecode", 1);
+        VESKLogin::Login(channel.c_str(), "", "", "");
+        ASSERT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS) << "in try " << i;
+        backend.clear();
+    }
+    EXPECT_EQ(observer.loginCount(), tries);
+    EXPECT_GE(game.logLines("mCurrentLoginSeqID is not equal"), tries / 3);
+}
+
 } // namespace vesk::test

@@ -13,6 +13,9 @@ protected:
 
     void startLogin();
     VESKLoginRet scanAndLogin();
+    /// Two logins whose pre-codes come about the same time, in either order; a script keeps the player
+    /// from confirming before that.
+    void expectNewerOfCrossingPreCodes();
 
     const std::string channel;
 };

@@ -24,4 +24,9 @@ std::string environment(const char* name) {
     return value;
 }
 
+int triesOr(int usual) {
+    const char* value = std::getenv("VESK_TRIES");
+    return value == nullptr ? usual : std::atoi(value);
+}
+
 } // namespace vesk::test

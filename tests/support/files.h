@@ -15,6 +15,9 @@ void writeFile(const std::filesystem::path& file, const std::string& bytes);
 /// An environment variable that the runner script has set. Throws when it is not there.
 std::string environment(const char* name);
 
+/// How often a case tries what depends on chance: @p usual, or what VESK_TRIES says.
+int triesOr(int usual);
+
 } // namespace vesk::test
 
 #endif

@@ -49,6 +49,7 @@ void VESKRefreshTokenTask::DoTask() {
         break;
     case Decision::Refresh:
         VESK_LOG_INFO("VESKRefreshTokenTask::DoTask", "Start to refresh token");
+        VESKLoginManager::GetInstance()->NoteRefresh();
         VESKLoginIMPL::GetInstance()->RefreshToken(ret);
         break;
     }

@@ -21,9 +21,9 @@ void VESKLoginIMPL::LoginChannel(const ExtendedLoginRequest& request) {
         return;
     }
     if (request.channel == "KZ") {
-        VESKLoginKZ::GetInstance()->QrCodeLogin(request.seqID, request.preCode);
+        VESKLoginKZ::GetInstance()->QrCodeLogin(request.seqID, request.preCode, request.order);
     } else if (request.channel == "Ferno") {
-        VESKLoginFerno::GetInstance()->QrCodeLogin(request.seqID, request.preCode);
+        VESKLoginFerno::GetInstance()->QrCodeLogin(request.seqID, request.preCode, request.order);
     } else if (request.channel == "Steam") {
         VESKLoginSteam::GetInstance()->Login(request.seqID);
     }
@@ -34,7 +34,7 @@ void VESKLoginIMPL::PluginAutoLogin(const AutoLoginRequest& request) {
                    request.channel.c_str());
     const VESKCallGate::Pass pass(mGate);
     if (pass && request.channel == "KZ") {
-        VESKLoginKZ::GetInstance()->AutoLogin(request.seqID, request.uid);
+        VESKLoginKZ::GetInstance()->AutoLogin(request.seqID, request.uid, request.order);
     }
 }
 

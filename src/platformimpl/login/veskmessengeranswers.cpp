@@ -8,9 +8,18 @@
 namespace Braxel {
 namespace VESK {
 
-void VESKMessengerAnswers::SetSeqID(const std::string& seqID) {
-    const std::lock_guard<os::Mutex> lock(mMutex);
-    mSeqID = seqID;
+bool VESKMessengerAnswers::SetSeqID(const std::string& seqID, uint64_t order) {
+    {
+        const std::lock_guard<os::Mutex> lock(mMutex);
+        if (order >= mOrder) {
+            mOrder = order;
+            mSeqID = seqID;
+            return true;
+        }
+    }
+    VESK_LOG_DEBUG("VESKMessengerAnswers::SetSeqID", "[ %s ], a newer login has begun",
+                   seqID.c_str());
+    return false;
 }
 
 std::string VESKMessengerAnswers::SeqID() {

@@ -19,7 +19,10 @@ public:
         : mChannelID(channelID), mChannel(channel), mTokenKey(tokenKey) {}
 
     /// Later answers belong to this request. One is in progress at a time.
-    void SetSeqID(const std::string& seqID);
+    /// @param order of the request among all.
+    /// @return false when a newer one has come first; then nothing changes, and the component must
+    ///         not be asked.
+    bool SetSeqID(const std::string& seqID, uint64_t order);
 
     void CommitQrCode(const QrNotifyRecord& record);
 
@@ -40,8 +43,9 @@ private:
     const int32_t mChannelID;
     const char* const mChannel;
     const char* const mTokenKey;
-    os::Mutex mMutex;
+    os::Mutex mMutex; // guards both below
     std::string mSeqID;
+    uint64_t mOrder = 0;
 };
 
 } // namespace VESK

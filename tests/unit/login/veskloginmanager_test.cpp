@@ -1,5 +1,8 @@
 #include "login/veskloginmanager.h"
 
+#include <chrono>
+#include <thread>
+
 #include "common/veskdefine.h"
 #include "foundation/task/manager/vesktaskmanager.h"
 #include "unit/unittest.h"
@@ -189,10 +192,41 @@ TEST_F(LoginManager, RefreshOfOtherChannelsOrWithoutDataChangesNothing) {
     const std::string before = held().ToJson();
     refresh("KZ", "");
     refresh("Steam", R"({"ctk":"new","ctt":"new"})");
+    refresh("Ferno", R"({"ctt":"new"})");
+    EXPECT_EQ(held().ToJson(), before);
+    manager.NoteRefresh();
+    save(login("1")); // another login, of the same player
+    refresh("KZ", R"({"ctk":"asked for before"})");
     EXPECT_EQ(held().ToJson(), before);
     // An answer without the token is taken at its word: the login is no longer held.
     refresh("KZ", R"({"ctk":7})");
     EXPECT_STREQ(held(false).uid.c_str(), "u1");
+}
+
+// The refreshed record takes its time to be made, with a token of that size, and meanwhile the next
+// login comes, each time a little later.
+TEST_F(LoginManager, RefreshNeverOverwritesTheNextLogin) {
+    const std::string token(200000, 'x');
+    const int tries = triesOr(60);
+    int lost = 0;
+    for (int i = 0; i < tries; ++i) {
+        const InnerLoginRet next = login("2", i % 2 == 0 ? "KZ" : "Steam");
+        save(login("1"));
+        onEightThreads([&](int thread) {
+            if (thread == 0) {
+                refresh("KZ", R"({"ctk":")" + token + R"("})");
+            } else if (thread == 1) {
+                std::this_thread::sleep_for(std::chrono::microseconds(i % 20 * 300));
+                manager.SaveLoginRet(next);
+            }
+        });
+        const InnerLoginRet ret = held();
+        const bool isFresh = ret.token.length() == token.size() && i % 2 == 0;
+        const bool isNext = std::string(ret.uid.c_str()) == "u2" &&
+                            std::string(ret.channel.c_str()) == next.channel.c_str();
+        lost += isNext && (isFresh || std::string(ret.token.c_str()) == "T2") ? 0 : 1;
+    }
+    EXPECT_EQ(lost, 0) << "of " << tries;
 }
 
 TEST_F(LoginManager, EightThreadsReadSaveAndDelete) {

@@ -34,13 +34,15 @@ void VESKLoginFerno::InitializeOpenSDK() {
     }
 }
 
-void VESKLoginFerno::QrCodeLogin(std::string seqID, std::string preCode) {
+void VESKLoginFerno::QrCodeLogin(std::string seqID, std::string preCode, uint64_t order) {
     VESK_LOG_INFO("VESKLoginFerno::QrCodeLogin", "Start Ferno login, seqID:%s preCode:%s",
                   seqID.c_str(), preCode.c_str());
     if (!mInitialised) {
         InitializeOpenSDK();
     }
-    mAnswers.SetSeqID(seqID);
+    if (!mAnswers.SetSeqID(seqID, order)) {
+        return;
+    }
     const std::string appID = VESKConfigManager::GetInstance()->Get<const char*>("FERNO_APP_ID");
     VESKFRWrapper::GetInstance()->Login(appID, preCode, kScopes);
 }

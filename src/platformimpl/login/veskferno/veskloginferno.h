@@ -2,6 +2,7 @@
 #define VESK_PLATFORMIMPL_LOGIN_VESKFERNO_VESKLOGINFERNO_H
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 
 #include "common/vesksingleton.h"
@@ -20,7 +21,8 @@ public:
     bool IsInitialised() const { return mInitialised; }
     void InitializeOpenSDK();
 
-    void QrCodeLogin(std::string seqID, std::string preCode);
+    /// @param order of the login among all; one that is older than the last is dropped.
+    void QrCodeLogin(std::string seqID, std::string preCode, uint64_t order);
     void GetLoginRecord();
     void Logout(std::string seqID);
 

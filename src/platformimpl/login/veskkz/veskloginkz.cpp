@@ -28,23 +28,27 @@ void VESKLoginKZ::InitializeOpenSDK() {
     }
 }
 
-void VESKLoginKZ::QrCodeLogin(std::string seqID, std::string preCode) {
+void VESKLoginKZ::QrCodeLogin(std::string seqID, std::string preCode, uint64_t order) {
     VESK_LOG_INFO("VESKLoginKZ::QrCodeLogin", "QrCode login, seqID:%s preCode:%s", seqID.c_str(),
                   preCode.c_str());
     if (!mInitialised) {
         InitializeOpenSDK();
     }
-    mAnswers.SetSeqID(seqID);
+    if (!mAnswers.SetSeqID(seqID, order)) {
+        return;
+    }
     VESKKZWrapper::GetInstance()->StartQrCodeLogin(preCode);
 }
 
-void VESKLoginKZ::AutoLogin(std::string seqID, std::string openid) {
+void VESKLoginKZ::AutoLogin(std::string seqID, std::string openid, uint64_t order) {
     VESK_LOG_INFO("VESKLoginKZ::AutoLogin", "Auto login, seqID:%s openid:%s", seqID.c_str(),
                   openid.c_str());
     if (!mInitialised) {
         InitializeOpenSDK();
     }
-    mAnswers.SetSeqID(seqID);
+    if (!mAnswers.SetSeqID(seqID, order)) {
+        return;
+    }
     if (!VESKKZWrapper::GetInstance()->AutoLogin(openid)) {
         mAnswers.CommitLoginFailure(seqID);
     }

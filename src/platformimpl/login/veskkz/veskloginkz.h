@@ -2,6 +2,7 @@
 #define VESK_PLATFORMIMPL_LOGIN_VESKKZ_VESKLOGINKZ_H
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 
 #include "common/vesksingleton.h"
@@ -21,8 +22,9 @@ public:
     bool IsInitialised() const { return mInitialised; }
     void InitializeOpenSDK();
 
-    void QrCodeLogin(std::string seqID, std::string preCode);
-    void AutoLogin(std::string seqID, std::string openid);
+    /// @param order of the login among all; one that is older than the last is dropped.
+    void QrCodeLogin(std::string seqID, std::string preCode, uint64_t order);
+    void AutoLogin(std::string seqID, std::string openid, uint64_t order);
     void GetLoginRecord(std::string oldToken);
     void Logout(std::string seqID);
 

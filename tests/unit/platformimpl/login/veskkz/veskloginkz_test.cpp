@@ -56,7 +56,8 @@ struct LoginKZ : UnitTest {
 
 TEST_F(LoginKZ, EveryAnswerCarriesTheLastRequestsSequenceId) {
     write("VESKConfig.ini", "KZ_APP_ID=17\nKZ_APP_KEY=k\n");
-    channel.QrCodeLogin("s1", "pre");
+    channel.QrCodeLogin("s1", "pre", 2);
+    channel.QrCodeLogin("older", "pre-1", 1);
     EXPECT_THAT(script.calls, ElementsAre("Initialize 17 k", "LoginByQRCode pre"));
     const Bag qr({}, {{L"QRCodeImageUrl", "u"}, {L"QRCodeID", "7"}});
     const Bag user({{L"ResultCode", 0}, {L"QRCodeState", 3}}, {{L"openid", "o"}, {L"ctk", "c"}});
@@ -75,10 +76,10 @@ TEST_F(LoginKZ, EveryAnswerCarriesTheLastRequestsSequenceId) {
 
 TEST_F(LoginKZ, AutomaticLoginWithoutAComponentFailsAtOnce) {
     script.creates = false;
-    channel.AutoLogin("s1", "o");
+    channel.AutoLogin("s1", "o", 1);
     EXPECT_THAT(results(), ElementsAre("failed s1 112 9999"));
     script.creates = true;
-    channel.AutoLogin("s2", "o");
+    channel.AutoLogin("s2", "o", 2);
     Bag list({{L"ResultCode", 0}}, {});
     list.listSize = 0;
     script.send(8, &list);
