@@ -589,11 +589,6 @@ void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
 void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
     const std::string& seqID = request.seqID;
     VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ], logout", seqID.c_str());
-    {
-        const std::string params = VESKLoginBodies::LogoutParams(channelOnly);
-        const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
-        mPendingLogouts[seqID] = params;
-    }
     InnerLoginRet stored;
     if (!GetLoginRet(stored) && stored.retCode != VESKError::TOKEN_EXPIRED) {
         VESK_LOG_ERROR("VESKLoginManager::Logout", "[ %s ], get loginRet fail", seqID.c_str());
@@ -610,16 +605,26 @@ void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
     }
     VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ] logout %s", seqID.c_str(),
                    logout.channel.c_str());
+    KeepLogoutParams(seqID, channelOnly);
     if (logout.channel == "Guest") {
         InnerBaseRet ret(VESKError::SUCCESS);
         ret.methodNameID = kMethodNameLogout;
         VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDPluginLogout,
                                                                  seqID);
-    } else {
-        VESKLoginIMPL::GetInstance()->Logout(logout);
+    } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
+        TakeLogoutParams(seqID); // nobody will answer
     }
     VESKTaskManager::GetInstance()->RemoveTask(VESKRefreshTokenTask::kTaskName);
     VESKTaskManager::GetInstance()->StopTimer();
+}
+
+/// Before the channel is asked: it may answer at once.
+void VESKLoginManager::KeepLogoutParams(const std::string& seqID, bool channelOnly) {
+    if (!seqID.empty()) { // its answer asks for nothing
+        std::string params = VESKLoginBodies::LogoutParams(channelOnly);
+        const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
+        mPendingLogouts[seqID].swap(params);
+    }
 }
 
 std::string VESKLoginManager::TakeLogoutParams(const std::string& seqID) {

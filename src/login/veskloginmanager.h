@@ -75,6 +75,7 @@ private:
     void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
     void RefreshLogin(const InnerLoginPluginRet& answer);
     void SendLogoutRequest(const std::string& seqID);
+    void KeepLogoutParams(const std::string& seqID, bool channelOnly);
     std::string TakeLogoutParams(const std::string& seqID);
 
     // Channel answers, by way of the inner observer holder.

@@ -38,7 +38,7 @@ void VESKLoginIMPL::PluginAutoLogin(const AutoLoginRequest& request) {
     }
 }
 
-void VESKLoginIMPL::Logout(const LogoutRequest& request) {
+bool VESKLoginIMPL::Logout(const LogoutRequest& request) {
     VESKJsonBuffer params;
     VESKJsonWriter writer(params);
     writer.objectBegin();
@@ -48,7 +48,7 @@ void VESKLoginIMPL::Logout(const LogoutRequest& request) {
                    request.channel.c_str(), params.text().c_str());
     const VESKCallGate::Pass pass(mGate);
     if (!pass) {
-        return;
+        return false;
     }
     if (request.channel == "KZ") {
         VESKLoginKZ::GetInstance()->Logout(request.seqID);
@@ -56,7 +56,10 @@ void VESKLoginIMPL::Logout(const LogoutRequest& request) {
         VESKLoginFerno::GetInstance()->Logout(request.seqID);
     } else if (request.channel == "Steam") {
         VESKLoginSteam::GetInstance()->Logout(request.seqID);
+    } else {
+        return false;
     }
+    return true;
 }
 
 void VESKLoginIMPL::RefreshToken(const std::string& channel) {

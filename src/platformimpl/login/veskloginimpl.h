@@ -20,7 +20,9 @@ public:
 
     void LoginChannel(const ExtendedLoginRequest& request);
     void PluginAutoLogin(const AutoLoginRequest& request);
-    void Logout(const LogoutRequest& request);
+
+    /// @return whether there is a channel to answer.
+    bool Logout(const LogoutRequest& request);
 
     /// Asks the channel for a fresh token.
     void RefreshToken(const std::string& channel);

@@ -155,6 +155,21 @@ TEST_F(LoginManager, UpdateRefusesWhatDoesNotFit) {
     EXPECT_FALSE(std::filesystem::exists(folder / "upra_login.txt"));
 }
 
+TEST_F(LoginManager, LogoutThatNoChannelAnswersIsNotRemembered) {
+    for (const char* held : {"", "Unknown"}) {
+        if (*held != '\0') {
+            save(login("1", held));
+        }
+        ShortRequest request;
+        request.seqID = std::string("s") + held;
+        manager.Logout(request, true);
+        // Late, what would have been remembered until now.
+        InnerBaseRet answer(VESKError::SUCCESS);
+        VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(answer, 108, request.seqID);
+        EXPECT_EQ(logged("[ " + request.seqID + " ], param JSON , channelOnly false"), 1u);
+    }
+}
+
 TEST_F(LoginManager, GuestsHaveNoTokenToRefresh) {
     manager.TimerRefreshToken("s", "Guest");
     EXPECT_THAT(newMessages(), Contains("[ s ] channel Guest  not need to refresh token"));
