@@ -17,7 +17,7 @@ namespace {
 
 constexpr size_t kMessageBufferSize = 0xA000;
 constexpr size_t kUsualLineSize = 512;
-constexpr int32_t kMaxFileSize = 0x200000;
+constexpr int64_t kMaxFileSize = 0x200000;
 
 constexpr struct {
     int32_t stride;

@@ -1,5 +1,7 @@
 #include "platformimpl/foundation/file/veskfileutils.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 
@@ -22,14 +24,51 @@ FilePtr Open(const std::string& directory, const std::string& path, const char* 
     return FilePtr(directory.empty() ? nullptr : os::OpenPlainFile(path, mode));
 }
 
-std::string ReadAll(std::FILE* file) {
-    std::string content;
-    char piece[1024];
-    // Deliberate: a zero byte in the file cuts the rest of its piece.
-    while (std::fgets(piece, sizeof piece, file) != nullptr) {
-        content.append(piece);
+constexpr size_t kLongestPiece = 1023;
+
+/// Reads the file. False when it is longer than @p limit: half a setting or half a player's id is
+/// worse than none.
+bool ReadAll(std::FILE* file, size_t limit, std::string& content) {
+    std::string bytes;
+    char block[1024];
+    size_t length = 0;
+    while ((length = std::fread(block, 1, sizeof block, file)) != 0) {
+        bytes.append(block, length);
+        if (bytes.size() > limit) {
+            return false;
+        }
     }
-    return content;
+    // Deliberate: a zero byte cuts the rest of its piece, which ends with its line or its length.
+    for (size_t begin = 0; begin < bytes.size(); begin += length) {
+        const size_t lineEnd = bytes.find('\n', begin);
+        length = std::min(kLongestPiece, std::min(lineEnd, bytes.size() - 1) - begin + 1);
+        const size_t zero = bytes.find('\0', begin);
+        content.append(bytes, begin, std::min(length, zero - begin));
+    }
+    return true;
+}
+
+bool Put(FilePtr file, const std::string& data) {
+    const bool put = file && std::fputs(data.c_str(), file.get()) >= 0;
+    return file && std::fclose(file.release()) == 0 && put;
+}
+
+/// Writes the data aside and puts that in the file's place: neither a kill nor another game of the
+/// same folder, nor a full disk, leaves a part of it there.
+bool Replace(const std::string& directory, const std::string& path, const std::string& data) {
+    const std::string aside = os::AsideName(path);
+    std::remove(aside.c_str()); // of a process of that number which was killed
+    FilePtr file = Open(directory, aside, "w");
+    if (!file) {
+        // In a folder that takes no new files there may be one that can be written.
+        const bool isReadOnly = errno == EACCES || errno == EPERM;
+        return isReadOnly && os::FileSize(path) >= 0 && Put(Open(directory, path, "w"), data);
+    }
+    if (Put(std::move(file), data) && os::MoveOver(aside, path)) {
+        return true;
+    }
+    std::remove(aside.c_str());
+    return false;
 }
 
 } // namespace
@@ -43,11 +82,11 @@ std::string VESKFileUtils::ReadFile(const std::string& name) const {
     const std::string path = directory + name;
     VESK_LOG_INFO("VESKFileUtils::ReadFile", "Read file:%s", path.c_str());
     const FilePtr file = Open(directory, path, "r");
-    if (!file) {
+    std::string content;
+    if (!file || !ReadAll(file.get(), kLongestFile, content)) {
         VESK_LOG_ERROR("VESKFileUtils::ReadFile", "Read file error! file path:%s", path.c_str());
         return {};
     }
-    std::string content = ReadAll(file.get());
     VESK_LOG_INFO("VESKFileUtils::ReadFile", "Read file success! Content:\n%s", content.c_str());
     return content;
 }
@@ -57,12 +96,12 @@ std::string VESKFileUtils::ReadConfigFile(const std::string& name) const {
     const std::string path = directory + name;
     VESK_LOG_INFO("VESKFileUtils::ReadConfigFile", "Read config file:%s", path.c_str());
     const FilePtr file = Open(directory, path, "r");
-    if (!file) {
+    std::string content;
+    if (!file || !ReadAll(file.get(), kLongestConfigFile, content)) {
         VESK_LOG_ERROR("VESKFileUtils::ReadConfigFile", "Read config file error! file path:%s",
                        path.c_str());
         return {};
     }
-    std::string content = ReadAll(file.get());
     VESK_LOG_INFO("VESKFileUtils::ReadConfigFile", "Read config file success! Content:\n%s",
                   content.c_str());
     return content;
@@ -73,14 +112,7 @@ bool VESKFileUtils::WriteFile(const std::string& name, const std::string& data) 
     const std::string path = directory + name;
     VESK_LOG_INFO("VESKFileUtils::WriteFile", "Write to file:%s with data:%s", path.c_str(),
                   data.c_str());
-    FilePtr file = Open(directory, path, "w");
-    if (!file) {
-        VESK_LOG_ERROR("VESKFileUtils::WriteFile", "Write file error! file path:%s", path.c_str());
-        return false;
-    }
-    const bool put = std::fputs(data.c_str(), file.get()) >= 0;
-    const bool closed = std::fclose(file.release()) == 0;
-    if (!put || !closed) {
+    if (directory.empty() || !Replace(directory, path, data)) {
         VESK_LOG_ERROR("VESKFileUtils::WriteFile", "Write file error! file path:%s", path.c_str());
         return false;
     }

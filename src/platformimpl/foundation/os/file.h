@@ -9,13 +9,21 @@ namespace Braxel {
 namespace VESK {
 namespace os {
 
-/// Size in bytes of the file at @p path; -1 when it cannot be told or does not fit 32 bits.
-int32_t FileSize(const std::string& path);
+/// Size in bytes of the file at @p path; -1 when it cannot be told.
+int64_t FileSize(const std::string& path);
 
-/// Opens the text file at @p path like std::fopen(). Null for what is not a plain file, too:
-/// opening it may block. A file that this makes is the user's alone.
+/// Opens the text file at @p path like std::fopen(), which sets errno. Null for what is not a plain
+/// file, too: opening it may block. A file that this makes is the user's alone.
 /// @param mode "r" or "w"
 std::FILE* OpenPlainFile(const std::string& path, const char* mode);
+
+/// A name beside @p path that nobody else uses, in this process or another.
+std::string AsideName(const std::string& path);
+
+/// Puts the file @p aside in the place of @p path at one stroke: whoever opens that finds the old
+/// one or the new one. What is not a plain file there stays. May wait for a moment.
+/// @return whether it was done; @p aside is still there when not
+bool MoveOver(const std::string& aside, const std::string& path);
 
 /// Opens the text file at @p path, makes it if there is none, appends @p line in one go and closes
 /// it. What is not a plain file is left alone, and a file that this makes is the user's alone.

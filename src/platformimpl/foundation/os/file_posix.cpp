@@ -1,8 +1,9 @@
 #include "platformimpl/foundation/os/file.h"
 
+#include <atomic>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
-#include <limits>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,15 +12,14 @@ namespace Braxel {
 namespace VESK {
 namespace os {
 
-int32_t FileSize(const std::string& path) {
+int64_t FileSize(const std::string& path) {
     struct stat status = {};
-    if (stat(path.c_str(), &status) != 0 || status.st_size > std::numeric_limits<int32_t>::max()) {
-        return -1;
-    }
-    return static_cast<int32_t>(status.st_size);
+    return stat(path.c_str(), &status) == 0 ? status.st_size : -1;
 }
 
 namespace {
+
+std::atomic<unsigned> gAsides{0};
 
 // What the files hold is secret: the log and the login cache have tokens in them.
 constexpr mode_t kUserOnly = 0600;
@@ -52,6 +52,16 @@ std::FILE* OpenPlainFile(const std::string& path, const char* mode) {
         close(file);
     }
     return stream;
+}
+
+std::string AsideName(const std::string& path) {
+    return path + "." + std::to_string(getpid()) + "-" + std::to_string(++gAsides) + ".tmp";
+}
+
+bool MoveOver(const std::string& aside, const std::string& path) {
+    struct stat status = {};
+    const bool isFree = stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
+    return isFree && std::rename(aside.c_str(), path.c_str()) == 0;
 }
 
 bool AppendLine(const std::string& path, const std::string& line) {

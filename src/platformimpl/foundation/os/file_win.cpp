@@ -1,23 +1,53 @@
 #include "platformimpl/foundation/os/file.h"
 
+#include <atomic>
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <windows.h>
 
 namespace Braxel {
 namespace VESK {
 namespace os {
 
-int32_t FileSize(const std::string& path) {
-    struct _stat64i32 status = {};
-    if (_stat64i32(path.c_str(), &status) != 0) {
-        return -1;
-    }
-    return static_cast<int32_t>(status.st_size);
+namespace {
+
+std::atomic<unsigned> gAsides{0};
+
+} // namespace
+
+int64_t FileSize(const std::string& path) {
+    struct _stat64 status = {};
+    return _stat64(path.c_str(), &status) == 0 ? status.st_size : -1;
 }
 
 std::FILE* OpenPlainFile(const std::string& path, const char* mode) {
     return std::fopen(path.c_str(), mode); // which fails for folders
+}
+
+std::string AsideName(const std::string& path) {
+    return path + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++gAsides) +
+           ".tmp";
+}
+
+bool MoveOver(const std::string& aside, const std::string& path) {
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        return false;
+    }
+    // A file that somebody reads, another game of the same folder or a virus scanner, cannot be
+    // replaced until it is closed.
+    for (int tries = 0; tries < 50; ++tries) {
+        if (MoveFileExA(aside.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) != 0) {
+            return true;
+        }
+        const DWORD error = GetLastError();
+        if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) {
+            return false;
+        }
+        Sleep(5);
+    }
+    return false;
 }
 
 bool AppendLine(const std::string& path, const std::string& line) {

@@ -76,6 +76,13 @@ TEST_F(Logger, FileOverTwoMebibytesIsDeletedAtTheStart) {
     EXPECT_THAT(read("veskrecord.log"), StartsWith("jEoK\x1c[k."));
 }
 
+TEST_F(Logger, FileOverFourGibibytesIsDeletedAtTheStartToo) {
+    write("veskrecord.log", "");
+    std::filesystem::resize_file(folder / "veskrecord.log", (uint64_t{4} << 30) + 5); // of holes
+    VESK_LOG_INFO("Here", "%s", "fresh");
+    EXPECT_LT(std::filesystem::file_size(folder / "veskrecord.log"), 100u);
+}
+
 TEST_F(Logger, FileOfTwoMebibytesIsKeptAndGrows) {
     write("veskrecord.log", std::string(2097152, 'x'));
     VESK_LOG_INFO("Here", "%s", "one");

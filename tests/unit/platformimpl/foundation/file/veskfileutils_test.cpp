@@ -54,6 +54,36 @@ TEST_F(FileUtils, ZeroByteCutsTheRestOfItsPiece) {
     EXPECT_EQ(files.ReadFile("long"), std::string(500, 'x') + std::string(977, 'z'));
 }
 
+TEST_F(FileUtils, FileIsReplacedAtOneStrokeAndNothingIsLeftAside) {
+    const std::string contents[] = {"short", std::string(100000, 'l')};
+    EXPECT_TRUE(files.WriteFile("a.txt", contents[0]));
+    onEightThreads([&](int thread) {
+        for (int i = 0; i < 20; ++i) {
+            if (thread < 2) {
+                EXPECT_TRUE(files.WriteFile("a.txt", contents[thread]));
+            } else if (thread < 4) {
+                const std::string content = files.ReadFile("a.txt");
+                EXPECT_TRUE(content == contents[0] || content == contents[1]) << content.size();
+            }
+        }
+    });
+    std::filesystem::create_directories(folder / "b.txt" / "full");
+    EXPECT_FALSE(files.WriteFile("b.txt", "text"));
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        EXPECT_NE(entry.path().extension(), ".tmp") << entry.path();
+    }
+}
+
+TEST_F(FileUtils, FileOverItsLimitCountsAsMissing) {
+    for (const size_t more : {0, 1}) {
+        write("a.txt", std::string(VESKFileUtils::kLongestFile + more, 'x'));
+        write("b.txt", std::string(VESKFileUtils::kLongestConfigFile + more, 'x'));
+        EXPECT_EQ(files.ReadFile("a.txt").empty(), more == 1);
+        EXPECT_EQ(files.ReadConfigFile("b.txt").empty(), more == 1);
+    }
+    EXPECT_EQ(logged("Read file error!") + logged("Read config file error!"), 2u);
+}
+
 TEST_F(FileUtils, WithoutADirectoryNothingIsReadOrWritten) {
     VESKModule::UsePath("library");
     // In the working directory, where a bare name would lie; run-case.sh finds it empty afterwards.
