@@ -27,7 +27,7 @@ void Load(MessageTable& table) {
     const VESKJsonManager json(content);
     json.ForEachString(
         [&table](const std::string& code, const std::string& message) { table[code] = message; });
-    if (table.empty()) {
+    if (!json.IsObject() || std::string(json) == "{}") {
         VESK_LOG_DEBUG("VESKUtils::GetRetMsg",
                        "miss VESKRetMsg file in assert(Android) or VESKAppSetting.bundle(iOS)");
     }

@@ -35,11 +35,11 @@ TEST_F(ReturnMessages, SecondFileIsReadOnceWhenTheFirstIsMissing) {
 
 TEST_F(ReturnMessages, BrokenFirstFileIsNoReasonToReadTheSecond) {
     write("VESKRetMsg.json", R"({"0":"second","1":"second"})");
-    for (const char* broken : {R"({"0":)", "[]", "{}", "7"}) {
+    for (const char* broken : {R"({"0":)", "[]", "{}", "7", R"({"0":7})"}) {
         write("VESKRetMsg_.json", broken);
         EXPECT_EQ(VESKUtils::GetRetMsg(0), "") << broken;
     }
-    EXPECT_EQ(logged(noTable), 4u);
+    EXPECT_EQ(logged(noTable), 4u) << "a file without texts is not missing";
     EXPECT_EQ(logged(noFirstFile), 0u);
     write("VESKRetMsg_.json", R"({"0":"mended"})");
     EXPECT_EQ(VESKUtils::GetRetMsg(0), "mended");
@@ -48,6 +48,7 @@ TEST_F(ReturnMessages, BrokenFirstFileIsNoReasonToReadTheSecond) {
 
 TEST_F(ReturnMessages, ShippedFileHasATextForEachCode) {
     write("VESKRetMsg.json", read("shipped/VESKRetMsg.json"));
+    EXPECT_EQ(VESKUtils::GetRetMsg(VESKError::SUCCESS), "Success");
     for (const int32_t code :
          {-1, VESKError::SUCCESS, VESKError::NO_LOGIN, VESKError::NETWORK_ERROR,
           VESKError::SERVER_ERROR, VESKError::AUTOLOGIN_NOT_ALLOWED, VESKError::CHANNEL_INIT_FAILED,
