@@ -26,7 +26,7 @@ constexpr int kBundleTurns = 120;
 constexpr int kReturnTurns = 500;
 
 bool isSecure() {
-    return test::environment("VESK_TEST_BACKEND_URL").compare(0, 8, "https://") == 0;
+    return bench::isSecure(test::environment("VESK_TEST_BACKEND_URL"));
 }
 
 double logInAndOut(Game& game, const char* channel) {

@@ -27,12 +27,12 @@ void PlainRequest::post() const {
     curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 1L);
     curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
-    const bool isSecure = url.compare(0, 8, "https://") == 0;
     curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS,
-                     isSecure ? CURLPROTO_HTTPS : CURLPROTO_HTTP | CURLPROTO_HTTPS);
+                     isSecure(url) ? CURLPROTO_HTTPS : CURLPROTO_HTTP | CURLPROTO_HTTPS);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
     curl_easy_setopt(handle, CURLOPT_CAINFO, caFile.c_str());
+    curl_easy_setopt(handle, CURLOPT_CAPATH, nullptr);
     curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT, kTimeoutSeconds);
     curl_easy_setopt(handle, CURLOPT_TIMEOUT, kTimeoutSeconds);
     curl_easy_setopt(handle, CURLOPT_DNS_USE_GLOBAL_CACHE, 0L);
@@ -54,6 +54,10 @@ void PlainRequest::post() const {
                      status, answer.c_str());
         std::exit(1);
     }
+}
+
+bool isSecure(const std::string& url) {
+    return curl_strnequal(url.c_str(), "https:", 6) != 0;
 }
 
 void onNewThread(std::function<void()> work) {

@@ -18,6 +18,9 @@ struct PlainRequest {
     void post() const;
 };
 
+/// Whether the address is one of HTTPS.
+bool isSecure(const std::string& url);
+
 /// Starts a detached thread for @p work.
 void onNewThread(std::function<void()> work);
 

@@ -90,12 +90,12 @@ void measureQueue(Figures& figures) {
         },
         [&] { return queueAll(request); });
     const auto perSecond = [](double ns) { return static_cast<double>(kRequests) * 1e9 / ns; };
-    const bool isSecure = request.url.compare(0, 8, "https://") == 0;
-    figures.ratio(isSecure ? "1,000 HTTPS requests queued at once"
-                           : "1,000 plain HTTP requests queued at once",
+    const bool secure = isSecure(request.url);
+    figures.ratio(secure ? "1,000 HTTPS requests queued at once"
+                         : "1,000 plain HTTP requests queued at once",
                   "4 threads of plain libcurl working off a list", "requests/s",
                   {perSecond(times.baseline), perSecond(times.measured)},
-                  isSecure ? atLeast(0.95) : reported());
+                  secure ? atLeast(0.95) : reported());
 }
 
 } // namespace vesk::bench

@@ -27,6 +27,8 @@ BackendAddress::BackendAddress(const std::string& text) : mText(text) {
         return;
     }
     mScheme = text.substr(0, colon);
+    std::transform(mScheme.begin(), mScheme.end(), mScheme.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     std::string rest = text.substr(colon + 3);
     const size_t slash = rest.find_first_of("/?");
     if (slash != std::string::npos) {

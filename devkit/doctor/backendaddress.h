@@ -13,6 +13,7 @@ public:
     bool isValid() const { return mValid; }
     bool isSecure() const { return mScheme == "https"; }
     bool hasPath() const { return !mPath.empty(); }
+    /// In lower case, whatever the text has.
     const std::string& scheme() const { return mScheme; }
     const std::string& host() const { return mHost; }
     const std::string& port() const { return mPort; }

@@ -149,13 +149,14 @@ void readAnswer(CURL* handle, const std::string& head, Connection& connection) {
 } // namespace
 
 Connection tryConnection(const std::string& url, const std::filesystem::path& certificates) {
-    const bool secure = url.compare(0, 8, "https://") == 0;
+    const bool secure = curl_strnequal(url.c_str(), "https:", 6) != 0;
     const Handle handle = makeHandle(url + "/");
     char error[CURL_ERROR_SIZE] = {};
     std::string head;
     const std::string trusted = certificates.string();
     curl_easy_setopt(handle.get(), CURLOPT_NOBODY, 1L);
     curl_easy_setopt(handle.get(), CURLOPT_CAINFO, trusted.c_str());
+    curl_easy_setopt(handle.get(), CURLOPT_CAPATH, nullptr);
     curl_easy_setopt(handle.get(), CURLOPT_ERRORBUFFER, error);
     curl_easy_setopt(handle.get(), CURLOPT_HEADERFUNCTION, onHeader);
     curl_easy_setopt(handle.get(), CURLOPT_HEADERDATA, &head);

@@ -117,6 +117,10 @@ std::string trustSummary(const Pem& pem) {
 } // namespace
 
 std::string fileBytes(const fs::path& file) {
+    std::error_code ignored;
+    if (!fs::is_regular_file(file, ignored)) {
+        return {}; // opening a FIFO would block
+    }
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }

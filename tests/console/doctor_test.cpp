@@ -52,7 +52,7 @@ TEST_F(DoctorTest, NamesWhatIsWrongWithASetting) {
         {line("VESK_URL", ""), "problem", "VESK_URL", "is not set", "VESK_URL = ..."},
         {line("VESK_URL", "VESK_URL = localhost"), "problem", "VESK_URL", "no address", "https://"},
         {line("VESK_URL", "VESK_URL = " + mUrl + "/"), "problem", "VESK_URL", "slash", "Remove"},
-        {line("VESK_URL", "VESK_URL = http://localhost"), "warning", "VESK_URL", "not encrypted",
+        {line("VESK_URL", "VESK_URL = HTTP://localhost"), "warning", "VESK_URL", "not encrypted",
          "https://"},
         {line("VESK_SDK_KEY", "VESK_SDK_KEY ="), "problem", "VESK_SDK_KEY", "is not set", "Add"},
         {line("VESK_SDK_KEY", "VESK_SDK_KEX = dev-key-0123"), "problem", "VESKConfig.ini, line 4",

@@ -2,6 +2,8 @@
 
 #include "loopbacksocket.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstdlib>
 
 namespace vesk::scanclient {
@@ -29,7 +31,12 @@ std::optional<std::string> bodyOf(const std::string& answer) {
 
 ControlClient::ControlClient(const std::string& url) {
     const std::string scheme = "http://";
-    const size_t begin = url.compare(0, scheme.size(), scheme) == 0 ? scheme.size() : 0;
+    const bool hasScheme =
+        url.size() >= scheme.size() &&
+        std::equal(scheme.begin(), scheme.end(), url.begin(), [](char expected, char c) {
+            return expected == std::tolower(static_cast<unsigned char>(c));
+        });
+    const size_t begin = hasScheme ? scheme.size() : 0;
     mHost = url.substr(begin, url.find('/', begin) - begin);
     const size_t colon = mHost.find(':');
     const std::string name = mHost.substr(0, colon);
