@@ -15,6 +15,7 @@ std::string readFault(const rapidjson::Document& document, LineFault& fault) {
         {"pass", LineFault::Action::Pass},   {"refuse", LineFault::Action::Refuse},
         {"deaf", LineFault::Action::Deaf},   {"reset", LineFault::Action::Reset},
         {"close", LineFault::Action::Close}, {"stall", LineFault::Action::Stall},
+        {"flood", LineFault::Action::Flood},
     };
     const std::string name = textMember(document, "action");
     bool known = false;
@@ -26,13 +27,18 @@ std::string readFault(const rapidjson::Document& document, LineFault& fault) {
     }
     if (!known) {
         return "action is " + backend::quoted(name) +
-               " where 'pass', 'refuse', 'deaf', 'reset', 'close' or 'stall' was expected";
+               " where 'pass', 'refuse', 'deaf', 'reset', 'close', 'stall' or 'flood' was expected";
     }
     const std::string from = textMember(document, "from");
     if (!from.empty() && from != "client" && from != "server") {
         return "from is " + backend::quoted(from) + " where 'client' or 'server' was expected";
     }
     fault.fromServer = from == "server";
+    fault.head = textMember(document, "head");
+    fault.wave = textMember(document, "wave");
+    if (fault.wave.empty() && fault.action == LineFault::Action::Flood) {
+        return "wave is missing, of which the flood consists";
+    }
     const auto after = document.FindMember("after");
     if (after != document.MemberEnd()) {
         if (!after->value.IsUint()) {

@@ -18,10 +18,13 @@ struct LineFault {
         Reset,  ///< the client sees a TCP reset
         Close,  ///< the client sees an orderly end
         Stall,  ///< nothing comes any more
+        Flood,  ///< nothing is carried; the client is sent texts without an end
     };
     Action action = Action::Pass;
     size_t after = 0;        ///< the bytes that are carried before a reset, close or stall
     bool fromServer = false; ///< whose bytes count: the server's, else the client's
+    std::string head;        ///< what a flood begins with
+    std::string wave;        ///< what it goes on with, again and again
 };
 
 /// A port that carries connections to another port of this machine, byte for byte, below TLS.

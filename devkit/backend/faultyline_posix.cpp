@@ -94,6 +94,10 @@ public:
 
     void run(const std::atomic<bool>& ended) {
         mClient.set(IPPROTO_TCP, TCP_NODELAY, 1);
+        if (mFault.action == Action::Flood) {
+            flood(ended);
+            return;
+        }
         mServer.set(IPPROTO_TCP, TCP_NODELAY, 1);
         bool carries = connectTo(mServer, mTarget);
         while (carries && !ended) {
@@ -126,6 +130,24 @@ private:
         }
         count += static_cast<size_t>(size);
         return to.sendAll(chunk, static_cast<size_t>(size));
+    }
+
+    void flood(const std::atomic<bool>& ended) const {
+        std::string rest = mFault.head;
+        while (!ended) {
+            if (rest.empty()) {
+                rest = mFault.wave;
+            }
+            pollfd client = {mClient.fd(), POLLOUT, 0};
+            if (::poll(&client, 1, kPollMs) > 0) {
+                const ssize_t sent =
+                    ::send(mClient.fd(), rest.data(), rest.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+                if (sent <= 0) {
+                    return;
+                }
+                rest.erase(0, static_cast<size_t>(sent));
+            }
+        }
     }
 
     void strike(const std::atomic<bool>& ended) const {

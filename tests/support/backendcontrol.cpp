@@ -57,6 +57,20 @@ void BackendControl::breakLine(const std::string& action, size_t after, const st
     call("/line", &body);
 }
 
+void BackendControl::floodLine(const std::string& head, const std::string& wave) {
+    rapidjson::StringBuffer json;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(json);
+    writer.StartObject();
+    for (const auto& [name, text] : {std::pair{"action", std::string("flood")},
+                                     std::pair{"head", head}, std::pair{"wave", wave}}) {
+        writer.Key(name);
+        writer.String(text.c_str());
+    }
+    writer.EndObject();
+    const std::string body = json.GetString();
+    call("/line", &body);
+}
+
 void BackendControl::clear() {
     const std::string none;
     call("/clear", &none);

@@ -50,6 +50,8 @@ public:
     size_t lineConnections();
     /// @param after how many bytes @p from "client" or "server" come through before
     void breakLine(const std::string& action, size_t after = 0, const std::string& from = "client");
+    /// Who connects is sent @p head, and then @p wave without an end.
+    void floodLine(const std::string& head, const std::string& wave);
 
 private:
     std::string call(const std::string& path, const std::string* postBody);
