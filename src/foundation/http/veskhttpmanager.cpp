@@ -197,7 +197,6 @@ VESKHTTPManager::ParamsPtr VESKHTTPManager::TakeFresh(std::list<ParamsPtr>& expi
 }
 
 void VESKHTTPManager::RunRequest() {
-    const int32_t timeoutSeconds = QueueTimeoutSeconds();
     for (;;) {
         VESKHTTPClient* client = GetHTTPClient();
         if (client == nullptr) {
@@ -209,7 +208,7 @@ void VESKHTTPManager::RunRequest() {
         }
         VESK_LOG_DEBUG("VESKHTTPManager::RunRequest", "[VESK HTTP] Get clientIdle successful");
         std::list<ParamsPtr> expired;
-        const ParamsPtr fresh = TakeFresh(expired, timeoutSeconds);
+        const ParamsPtr fresh = TakeFresh(expired, QueueTimeoutSeconds());
         for (const ParamsPtr& params : expired) {
             Answer(*params, kResultExpired);
         }
