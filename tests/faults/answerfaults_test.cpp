@@ -204,6 +204,9 @@ TEST_F(AnswerFaults, BodiesAndStatuses) {
 }
 
 TEST_F(AnswerFaults, Redirects) {
+    // Neither capitals nor a missing slash make an address less secure.
+    std::string spelled = environment("VESK_TEST_BACKEND_URL");
+    game.configure("VESK_URL=" + spelled.replace(0, 8, "hTTPs:/"));
     settle();
     const std::string there = environment("VESK_TEST_BACKEND_URL") + "/v2/auth/login";
     std::string clear = backend.lineUrl() + "/v2/auth/login";

@@ -1,6 +1,8 @@
 #include "faults/faulttest.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <deque>
 
 #include "support/waituntil.h"
 
@@ -39,6 +41,18 @@ void FaultTest::countRow(const std::string& what, size_t results) {
     ++mRows;
     mResults += results;
     EXPECT_EQ(observer.loginCount(), mResults) << what;
+}
+
+void FaultTest::setVariable(const std::string& name, const std::string& value) {
+    static auto& texts = *new std::deque<std::string>; // the environment keeps them
+    putenv(texts.emplace_back(name + "=" + value).data());
+}
+
+void FaultTest::forgetProxies() {
+    for (const char* name : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "http_proxy",
+                             "no_proxy", "NO_PROXY"}) {
+        setVariable(name, "");
+    }
 }
 
 void FaultTest::expectQuiet() {

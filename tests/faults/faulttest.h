@@ -19,6 +19,10 @@ protected:
     /// Counts a row that has made its logins by itself.
     /// @param results how many login results the observer has heard of it
     void countRow(const std::string& what, size_t results = 1);
+    /// Sets a variable of the environment; an empty value is as good as none.
+    static void setVariable(const std::string& name, const std::string& value);
+    /// No variable names a proxy, or what it is not for.
+    static void forgetProxies();
     /// Waits until descriptors and threads have come back to what settle() counted.
     void expectQuiet();
     /// The next login works, nothing was heard too often, and all is quiet.

@@ -15,7 +15,7 @@ namespace vesk::test {
 namespace {
 
 /// How a visit went, as a process can tell it.
-enum Outcome { kHeld = 10, kNotHeld, kNoAddress, kOther };
+enum Outcome { kHeld = 10, kNotHeld, kNoAddress, kNoTrust, kOther };
 
 struct FileFaults : FaultTest {
     /// A login in a process that the permissions of files bind, as they do not bind root.
@@ -35,7 +35,7 @@ struct FileFaults : FaultTest {
         if (ret.retCode == VESKError::SUCCESS) {
             return found ? kHeld : kNotHeld;
         }
-        return ret.thirdCode == 3 ? kNoAddress : kOther;
+        return ret.thirdCode == 3 ? kNoAddress : ret.thirdCode == 77 ? kNoTrust : kOther;
     }
 
     template <typename Meanwhile>
@@ -60,11 +60,9 @@ TEST_F(FileFaults, NoFileIsNeededButTheConfiguration) {
     const struct {
         const char* file;
         Outcome outcome;
-    } rows[] = {{"VESKConfig.ini", kNoAddress},
-                {"VESKRetMsg_.json", kHeld},
-                {"VESKRetMsg.json", kHeld},
-                {"veskrecord.log", kHeld},
-                {"upra_login.txt", kHeld}};
+    } rows[] = {{"VESKConfig.ini", kNoAddress}, {"cacert.pem", kNoTrust},
+                {"VESKRetMsg_.json", kHeld},    {"VESKRetMsg.json", kHeld},
+                {"veskrecord.log", kHeld},      {"upra_login.txt", kHeld}};
     for (const auto& row : rows) {
         const fs::path file = game.path() / row.file;
         const std::string before = readFile(file);

@@ -1,7 +1,4 @@
 // What happens to a connection on its way, and to the trust in the other end.
-#include <cstdlib>
-#include <vector>
-
 #include "faults/faulttest.h"
 
 namespace vesk::test {
@@ -69,7 +66,8 @@ TEST_F(TransportFaults, NobodyIsTrustedWithoutReason) {
     } rows[] = {{"empty list", ""},
                 {"no certificate in it", "hello\n"},
                 {"half a certificate", good.substr(0, good.size() / 2)},
-                {"zero bytes", std::string(4096, '\0')}};
+                {"zero bytes", std::string(4096, '\0')},
+                {"good, but followed by a megabyte", good + std::string(1 << 20, '\n')}};
     for (const auto& row : rows) {
         writeFile(file, row.bytes);
         fails(row.row);
@@ -98,33 +96,19 @@ TEST_F(TransportFaults, ProxyVariables) {
                 {"all_proxy", closed, 7},   {"ALL_PROXY", "socks5://localhost:1", 7},
                 {"https_proxy", mute, 56},  {"https_proxy", "http://[", 5},
                 {"http_proxy", closed, 0}};
-    const std::vector<const char*> names = {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY",
-                                            "http_proxy",  "no_proxy",    "NO_PROXY"};
-    // The environment keeps the text itself.
-    static std::vector<std::string>& texts = *new std::vector<std::string>;
-    texts.reserve(100);
-    const auto set = [](const std::string& name, const std::string& value) {
-        texts.push_back(name + "=" + value);
-        putenv(texts.back().data());
-    };
-    const auto clear = [&] {
-        for (const char* name : names) {
-            set(name, "");
-        }
-    };
-    clear();
+    forgetProxies();
     settle();
     for (const auto& row : rows) {
-        set(row.name, row.value);
+        setVariable(row.name, row.value);
         const std::string label = row.name + (" " + row.value);
         if (row.code == 0) {
             EXPECT_EQ(faulty(label).retCode, VESKError::SUCCESS) << label;
         } else {
             fails(label, row.code);
-            set("no_proxy", "localhost");
+            setVariable("no_proxy", "localhost");
             EXPECT_EQ(faulty(label + ", but not for this host").retCode, VESKError::SUCCESS);
         }
-        clear();
+        forgetProxies();
     }
     expectWhole();
 }

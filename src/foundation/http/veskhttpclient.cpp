@@ -9,6 +9,7 @@
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/foundation/file/vesklibrarydirectory.h"
 #include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/foundation/os/file.h"
 #include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/foundation/os/thread.h"
 
@@ -22,6 +23,9 @@ constexpr uint32_t kDefaultTimeoutSeconds = 15;
 /// No answer of the backend comes near; a server that never stops
 /// sending must not eat the game's memory.
 constexpr size_t kMaxAnswerBytes = size_t{4} << 20;
+
+/// More is no list of authorities; Schannel's side of libcurl has the same bound.
+constexpr int64_t kMaxTrustBytes = int64_t{1} << 20;
 
 struct HandleDeleter {
     void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
@@ -41,16 +45,25 @@ void Append(ListPtr& list, const std::string& line) {
     }
 }
 
+/// Whether the address begins so, in whatever case: libcurl takes it either way.
+bool BeginsWith(const std::string& url, const std::string& scheme) {
+    return curl_strnequal(url.c_str(), scheme.c_str(), scheme.size()) != 0;
+}
+
 /// "host:port" of an http or https address; empty for any other.
 std::string HostAndPort(const std::string& url) {
     for (const auto& scheme : {std::pair<std::string, std::string>{"https://", ":443"},
                                std::pair<std::string, std::string>{"http://", ":80"}}) {
-        if (url.compare(0, scheme.first.size(), scheme.first) == 0) {
+        if (BeginsWith(url, scheme.first)) {
             const size_t begin = scheme.first.size();
             return url.substr(begin, url.find('/', begin) - begin) + scheme.second;
         }
     }
     return {};
+}
+
+std::string CertPath() {
+    return LibraryDirectory() + "cacert.pem";
 }
 
 } // namespace
@@ -166,50 +179,68 @@ size_t VESKHTTPClient::OnBody(char* data, size_t size, size_t count, void* conte
 
 size_t VESKHTTPClient::OnHeader(char* data, size_t size, size_t count, void* context) {
     VESKHTTPClient* client = static_cast<VESKHTTPClient*>(context);
-    return client->Receive(client->mResponseHeader, data, size * count);
+    return client->mBounds.CountHeader(size * count)
+               ? client->Receive(client->mResponseHeader, data, size * count)
+               : 0;
+}
+
+size_t VESKHTTPClient::OnCountedHeader(char* /*data*/, size_t size, size_t count, void* context) {
+    VESKHTTPClient* client = static_cast<VESKHTTPClient*>(context);
+    return client->mBounds.CountHeader(size * count) ? size * count : 0;
 }
 
 long VESKHTTPClient::TimeoutSeconds() const {
     return static_cast<long>(mTimeout == 0 ? kDefaultTimeoutSeconds : mTimeout);
 }
 
-void VESKHTTPClient::SetTransport(void* handle) {
+void VESKHTTPClient::SetTransport(void* handle, const std::string& certPath) {
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 1L);
     curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(handle, CURLOPT_URL, mUrl.c_str());
-    // A redirect sends the body again: never from https to anything that is in the clear.
-    const bool isSecure = mUrl.compare(0, 8, "https://") == 0;
+    // A redirect sends the body again: never from https to anything that is in the clear. Without
+    // the slashes, because libcurl takes one and three of them as well.
+    const bool isSecure = BeginsWith(mUrl, "https:");
     curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS,
                      isSecure ? CURLPROTO_HTTPS : CURLPROTO_HTTP | CURLPROTO_HTTPS);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
-    const std::string certPath = LibraryDirectory() + "cacert.pem";
-    VESK_LOG_INFO("VESKHTTPClient::SetTransport", "cert path:%s", certPath.c_str());
-    curl_easy_setopt(handle, CURLOPT_CAINFO, certPath.c_str());
+    // No file is below a file, so libcurl finds nothing to wait for or to fill the memory with.
+    const bool isUsable = !os::IsOtherThanPlainFile(certPath, kMaxTrustBytes);
+    curl_easy_setopt(handle, CURLOPT_CAINFO, (isUsable ? certPath : certPath + "/").c_str());
+    // Some builds of libcurl trust the system's authorities besides.
+    curl_easy_setopt(handle, CURLOPT_CAPATH, nullptr);
     curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT, TimeoutSeconds());
     curl_easy_setopt(handle, CURLOPT_TIMEOUT, TimeoutSeconds());
     curl_easy_setopt(handle, CURLOPT_DNS_USE_GLOBAL_CACHE, 0L);
     curl_easy_setopt(handle, CURLOPT_DNS_CACHE_TIMEOUT, 60L);
+    mBounds.Begin(handle, TimeoutSeconds());
 }
 
 int32_t VESKHTTPClient::Perform(void* handle) {
     const int64_t before = os::UnixSeconds();
-    const CURLcode result = curl_easy_perform(handle);
+    const int32_t result = mBounds.Judge(curl_easy_perform(handle));
     const int64_t now = os::UnixSeconds();
     mTransferTime = now - before;
     mStartTime = now - mStartTime;
-    return static_cast<int32_t>(result);
+    return result;
 }
 
-void VESKHTTPClient::ReadResponseCode(void* handle) {
+int32_t VESKHTTPClient::ReadResponseCode(void* handle) {
     long code = 0;
     const CURLcode result = curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &code);
-    if (result != CURLE_OK) {
-        VESK_LOG_ERROR("VESKHTTPClient::ReadResponseCode", "Curl curl_easy_getinfo failed: %s\n",
-                       curl_easy_strerror(result));
-    }
     mResponseCode = static_cast<int32_t>(code);
+    return result;
+}
+
+void VESKHTTPClient::ReadStatistics(void* handle) {
+    long requestSize = 0;
+    long headerSize = 0;
+    curl_easy_getinfo(handle, CURLINFO_SIZE_DOWNLOAD, &mDownloadedSize);
+    curl_easy_getinfo(handle, CURLINFO_REQUEST_SIZE, &requestSize);
+    curl_easy_getinfo(handle, CURLINFO_HEADER_SIZE, &headerSize);
+    mRequestSize = static_cast<int32_t>(requestSize);
+    mHeaderSize = static_cast<int32_t>(headerSize);
 }
 
 void VESKHTTPClient::Complete(int32_t result) {
@@ -231,7 +262,9 @@ int32_t VESKHTTPClient::SendReadRequest() {
         mRequesterCallback = nullptr;
         return CURLE_FAILED_INIT;
     }
-    SetTransport(handle.get());
+    const std::string certPath = CertPath();
+    VESK_LOG_INFO("VESKHTTPClient::SendReadRequest", "cert path:%s", certPath.c_str());
+    SetTransport(handle.get(), certPath);
     curl_easy_setopt(handle.get(), CURLOPT_MAXREDIRS, 2L);
     ListPtr hosts;
     if (mHttpDns) {
@@ -248,7 +281,11 @@ int32_t VESKHTTPClient::SendReadRequest() {
         curl_easy_setopt(handle.get(), CURLOPT_WRITEDATA, this);
     }
     const int32_t result = Perform(handle.get());
-    ReadResponseCode(handle.get());
+    const int32_t codeResult = ReadResponseCode(handle.get());
+    if (codeResult != CURLE_OK) {
+        VESK_LOG_ERROR("VESKHTTPClient::SendReadRequest", "Curl curl_easy_getinfo failed: %s\n",
+                       curl_easy_strerror(static_cast<CURLcode>(codeResult)));
+    }
     VESK_LOG_DEBUG("VESKHTTPClient::SendReadRequest",
                    "[VESK HTTP] Get method get http response code get http response code "
                    "result:%d, code:%ld",
@@ -260,13 +297,7 @@ int32_t VESKHTTPClient::SendReadRequest() {
                        result, mUrl.c_str(), mReqSeq);
         return result;
     }
-    long requestSize = 0;
-    long headerSize = 0;
-    curl_easy_getinfo(handle.get(), CURLINFO_SIZE_DOWNLOAD, &mDownloadedSize);
-    curl_easy_getinfo(handle.get(), CURLINFO_REQUEST_SIZE, &requestSize);
-    curl_easy_getinfo(handle.get(), CURLINFO_HEADER_SIZE, &headerSize);
-    mRequestSize = static_cast<int32_t>(requestSize);
-    mHeaderSize = static_cast<int32_t>(headerSize);
+    ReadStatistics(handle.get());
     return CURLE_OK;
 }
 
@@ -278,12 +309,18 @@ int32_t VESKHTTPClient::SendPostRequest() {
         VESK_LOG_ERROR("VESKHTTPClient::SendPostRequest", "[VESK HTTP] curl_handle NULL");
         return CURLE_FAILED_INIT;
     }
-    SetTransport(handle.get());
+    const std::string certPath = CertPath();
+    VESK_LOG_INFO("VESKHTTPClient::SendPostRequest", "cert path:%s", certPath.c_str());
+    SetTransport(handle.get(), certPath);
     // UPLOAD 0 turns the method into GET; POSTFIELDS below turns it back. Keep this order.
     curl_easy_setopt(handle.get(), CURLOPT_POST, 1L);
     curl_easy_setopt(handle.get(), CURLOPT_UPLOAD, 0L);
     curl_easy_setopt(handle.get(), CURLOPT_WRITEFUNCTION, &OnBody);
     curl_easy_setopt(handle.get(), CURLOPT_WRITEDATA, this);
+    // Nobody wants the headers of a POST. They are counted, which no peer can tell from leaving
+    // them to libcurl, because it would keep as many as a peer sends.
+    curl_easy_setopt(handle.get(), CURLOPT_HEADERFUNCTION, &OnCountedHeader);
+    curl_easy_setopt(handle.get(), CURLOPT_HEADERDATA, this);
     ListPtr headers;
     for (const auto& header : mHeaders) {
         Append(headers, header.first + ": " + header.second);

@@ -7,6 +7,7 @@
 #include <pthread.h>
 #include <string>
 
+#include "foundation/http/vesktransferbounds.h"
 #include "foundation/tools/veskhttpparams.h"
 #include "platformimpl/foundation/os/mutex.h"
 
@@ -53,15 +54,17 @@ private:
     static void CreateRequestThreadCallBack(void* client);
     static size_t OnBody(char* data, size_t size, size_t count, void* client);
     static size_t OnHeader(char* data, size_t size, size_t count, void* client);
+    static size_t OnCountedHeader(char* data, size_t size, size_t count, void* client);
     size_t Receive(std::string& buffer, const char* data, size_t length);
 
     int32_t SendReadRequest();
     int32_t SendPostRequest();
 
     /// Sets what every transfer has in common on the CURL handle.
-    void SetTransport(void* handle);
+    void SetTransport(void* handle, const std::string& certPath);
     int32_t Perform(void* handle);
-    void ReadResponseCode(void* handle);
+    int32_t ReadResponseCode(void* handle);
+    void ReadStatistics(void* handle);
     void Complete(int32_t result);
     long TimeoutSeconds() const;
 
@@ -86,6 +89,7 @@ private:
     int64_t mTransferTime = 0;
     uint32_t mTimeout = 0;
     bool mHttpDns = false;
+    VESKTransferBounds mBounds;
 };
 
 } // namespace VESK

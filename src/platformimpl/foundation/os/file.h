@@ -31,6 +31,10 @@ bool MoveOver(const std::string& aside, const std::string& path);
 /// @return whether all was written
 bool AppendLine(const std::string& path, const std::string& line);
 
+/// Whether something is at @p path that is no plain file, or one of more than @p maxBytes. Opens
+/// nothing, so nothing blocks.
+bool IsOtherThanPlainFile(const std::string& path, int64_t maxBytes);
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

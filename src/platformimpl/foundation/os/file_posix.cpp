@@ -79,6 +79,12 @@ bool AppendLine(const std::string& path, const std::string& line) {
     return close(file) == 0 && good;
 }
 
+bool IsOtherThanPlainFile(const std::string& path, int64_t maxBytes) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 &&
+           (!S_ISREG(status.st_mode) || status.st_size > maxBytes);
+}
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

@@ -61,6 +61,12 @@ bool AppendLine(const std::string& path, const std::string& line) {
     return _close(file) == 0 && written == length;
 }
 
+bool IsOtherThanPlainFile(const std::string& path, int64_t maxBytes) {
+    struct _stat64 status = {};
+    return _stat64(path.c_str(), &status) == 0 &&
+           ((status.st_mode & _S_IFMT) != _S_IFREG || status.st_size > maxBytes);
+}
+
 } // namespace os
 } // namespace VESK
 } // namespace Braxel

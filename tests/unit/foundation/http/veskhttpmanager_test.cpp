@@ -102,6 +102,7 @@ TEST_F(HttpManager, GetFollowsTwoRedirectsAndSendsNoHeadersOfTheRequester) {
         EXPECT_EQ(heard.body, expected);
         EXPECT_NE(heard.thread, std::this_thread::get_id());
     }
+    EXPECT_EQ(logged("VESKHTTPClient::SendReadRequest,"), 7u);
 }
 
 TEST_F(HttpManager, FourRunAndTheRestWaits) {
@@ -140,7 +141,7 @@ TEST_F(HttpManager, RequestThatWaitedTooLongNeverReachesAClient) {
 }
 
 TEST_F(HttpManager, WithoutATimeToWaitRequestItselfAnswers) {
-    write("VESKConfig.ini", "VESK_HTTP_TIMEOUT=");
+    write("VESKConfig.ini", "VESK_HTTP_TIMEOUT=\nVESK_CONFIG_LOG_ENABLE=1");
     get("http://127.0.0.1", 1);
     const Heard heard = waitFor(1).at(0);
     EXPECT_EQ(heard.result, 4);
@@ -148,6 +149,12 @@ TEST_F(HttpManager, WithoutATimeToWaitRequestItselfAnswers) {
     EXPECT_EQ(heard.userData, &context);
     EXPECT_EQ(heard.thread, std::this_thread::get_id());
     EXPECT_EQ(logged("][VESK HTTP] have no available http request"), 1u);
+    std::string order;
+    for (const std::string& line : logLines()) {
+        order += line.find("] Get clientIdle") != std::string::npos ? "client " : "";
+        order += line.find("key = VESK_HTTP_TIMEOUT") != std::string::npos ? "time " : "";
+    }
+    EXPECT_EQ(order, "client time ");
 }
 
 TEST_F(HttpManager, EveryNinthConnectErrorIsToldWhateverSucceedsBetween) {
