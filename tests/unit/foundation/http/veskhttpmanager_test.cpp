@@ -121,25 +121,6 @@ TEST_F(HttpManager, FourRunAndTheRestWaits) {
     EXPECT_THAT(answered, UnorderedElementsAreArray(ids));
 }
 
-TEST_F(HttpManager, RequestThatWaitedTooLongNeverReachesAClient) {
-    write("VESKConfig.ini", "VESK_HTTP_TIMEOUT=1");
-    LoopbackServer server;
-    const auto ids = get(server.url(), 6);
-    const int64_t start = now();
-    waitUntil("the next second", [&] { return now() > start; });
-    server.close();
-    std::vector<int32_t> expired;
-    for (const Heard& one : waitFor(6)) {
-        if (one.result == 4) {
-            expired.push_back(one.reqSeq);
-        }
-    }
-    EXPECT_THAT(expired, ElementsAre(ids[4], ids[5]));
-    EXPECT_EQ(logged("][VESK HTTP] req timeout! reqSeq:" + std::to_string(ids[4]) + ", url:http"),
-              1u);
-    EXPECT_EQ(logged("][VESK HTTP] http request url:"), 4u);
-}
-
 TEST_F(HttpManager, WithoutATimeToWaitRequestItselfAnswers) {
     write("VESKConfig.ini", "VESK_HTTP_TIMEOUT=\nVESK_CONFIG_LOG_ENABLE=1");
     get("http://127.0.0.1", 1);
