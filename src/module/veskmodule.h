@@ -10,8 +10,13 @@ namespace VESK {
 /// What the library knows of its own file. Nothing here logs or touches any other part.
 class VESKModule {
 public:
+    /// The mark by which the library's file and memory are known. Nothing reads it, so it is
+    /// neither inline nor constexpr: the compiler would leave it out.
+    static const char kTag[];
+
     /// The directory of the library's own file with its trailing separator, in the OEM code page
-    /// on Windows and in the loader's own bytes on Linux. Empty when it is not known.
+    /// on Windows and in the loader's own bytes on Linux. Empty when it is not known. It is the
+    /// one of when the library was loaded: the working directory may change after that.
     static std::string Directory();
 
     /// Makes @p path the library's own file. For programs that have the sources compiled in and
