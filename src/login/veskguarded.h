@@ -9,13 +9,14 @@ namespace VESK {
 
 /// Runs the body of an exported operation: nothing may be thrown into the game, and the library
 /// stays until it has returned.
+/// @param method the operation's name for the log, fully qualified
 template <typename Body>
-void Guarded(const Body& body) noexcept {
+void Guarded(const char* method, const Body& body) noexcept {
     const VESKModule::Use use;
     try {
         body();
     } catch (...) {
-        VESK_LOG_ERROR("VESKLogin", "exception inside the SDK, the operation ends here");
+        VESK_LOG_AT(kLogError, method, "exception inside the SDK, the operation ends here");
     }
 }
 

@@ -29,12 +29,13 @@ VESKCallGate& DeliveryGate() {
 }
 
 /// Calls the game: its exceptions must not reach the thread that delivers.
+/// @param method who calls, fully qualified
 template <typename Call>
-void NotifyUser(const Call& call) {
+void NotifyUser(const char* method, const Call& call) {
     try {
         call();
     } catch (...) {
-        VESK_LOG_ERROR("VESKLogin", "exception out of the observer");
+        VESK_LOG_AT(kLogError, method, "exception out of the observer");
     }
 }
 
@@ -52,7 +53,8 @@ void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
                        ret.methodNameID);
         if (ret.methodNameID != kMethodNameLogin ||
             VESKLoginManager::GetInstance()->checkLoginNotify(seqID)) {
-            NotifyUser([&] { observer->OnLoginRetNotify(ret); });
+            NotifyUser("Braxel::VESK::VESKLogin::LoginRetObserver",
+                       [&] { observer->OnLoginRetNotify(ret); });
             return;
         }
     }
@@ -73,7 +75,7 @@ void BaseRetObserver(const InnerBaseRet& inner, const char* seqID) {
     VESK_LOG_DEBUG("VESKLogin::BaseRetObserver",
                    "[ %s ] convert InnerBaseRet to VESKBaseRet finish then will notify user",
                    seqID);
-    NotifyUser([&] { observer->OnBaseRetNotify(ret); });
+    NotifyUser("Braxel::VESK::VESKLogin::BaseRetObserver", [&] { observer->OnBaseRetNotify(ret); });
 }
 
 void QrCodeRetObserver(const InnerQrCodeRet& inner, const char* seqID) {
@@ -89,7 +91,8 @@ void QrCodeRetObserver(const InnerQrCodeRet& inner, const char* seqID) {
     VESK_LOG_DEBUG("VESKLogin::QrCodeRetObserver",
                    "[ %s ] convert InnerQrCodeRet to VESKQrCodeRet finish then will notify user",
                    seqID);
-    NotifyUser([&] { observer->OnQrCodeRetNotify(ret); });
+    NotifyUser("Braxel::VESK::VESKLogin::QrCodeRetObserver",
+               [&] { observer->OnQrCodeRetNotify(ret); });
 }
 
 /// Deliberate: a JSON object without a password still gets one, the digest of the empty text.
@@ -106,7 +109,7 @@ std::string WithPasswordDigest(const String& extraJson) {
 } // namespace
 
 void VESKLogin::SetLoginObserver(VESKLoginObserver* observer) {
-    Guarded([&] {
+    Guarded("Braxel::VESK::VESKLogin::SetLoginObserver", [&] {
         // Deliberate: the misplaced format letter, and so no address.
         VESK_LOG_DEBUG("VESKLogin::SetLoginObserver", "SetLoginObserver, observer address:p%%");
         gObserver = observer;
@@ -119,7 +122,7 @@ void VESKLogin::SetLoginObserver(VESKLoginObserver* observer) {
 
 void VESKLogin::Login(const String& channel, const String& permissions, const String& subChannel,
                       const String& extraJson) {
-    Guarded([&] {
+    Guarded("Braxel::VESK::VESKLogin::Login", [&] {
         VESK_LOG_DEBUG("VESKLogin::Login", "channel:%s permissions:%s subChannel:%s extraJson:%s",
                        channel.c_str(), permissions.c_str(), subChannel.c_str(), extraJson.c_str());
         LoginRequest request;
@@ -135,7 +138,7 @@ void VESKLogin::Login(const String& channel, const String& permissions, const St
 }
 
 void VESKLogin::AutoLogin() {
-    Guarded([&] {
+    Guarded("Braxel::VESK::VESKLogin::AutoLogin", [&] {
         ShortRequest request;
         request.methodNameID = kMethodNameAutoLogin;
         request.seqID = VESK::CreateSequenceId();
@@ -147,7 +150,7 @@ void VESKLogin::AutoLogin() {
 
 bool VESKLogin::GetLoginRet(VESKLoginRet& loginRet) {
     bool found = false;
-    Guarded([&] {
+    Guarded("Braxel::VESK::VESKLogin::GetLoginRet", [&] {
         InnerLoginRet inner;
         found = VESKLoginManager::GetInstance()->GetLoginRet(inner);
         loginRet = ToPublic(inner);
@@ -156,7 +159,7 @@ bool VESKLogin::GetLoginRet(VESKLoginRet& loginRet) {
 }
 
 void VESKLogin::Logout(const String& channel, const String& subChannel, bool channelOnly) {
-    Guarded([&] {
+    Guarded("Braxel::VESK::VESKLogin::Logout", [&] {
         ShortRequest request;
         request.methodNameID = kMethodNameLogout;
         request.seqID = VESK::CreateSequenceId();
@@ -171,7 +174,7 @@ bool VESKLogin::SwitchUser(bool /*useLaunchUser*/) {
 }
 
 void VESKLogin::UnInstall() {
-    Guarded([] {
+    Guarded("Braxel::VESK::VESKLogin::UnInstall", [] {
         VESK_LOG_DEBUG("VESKLogin::UnInstall", "UnInstall platform sdk");
         DeliveryGate().Close();
         VESKHTTPManager::GetInstance()->Shutdown();

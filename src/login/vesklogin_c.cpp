@@ -47,7 +47,7 @@ uint32_t vesk_version_number(void) {
 
 int32_t vesk_set_login_observer(const vesk_login_observer* observer) {
     int32_t set = 0;
-    Guarded([&] {
+    Guarded("Braxel::VESK::VESKLogin::SetLoginObserver", [&] {
         VESKCObserver* adapter = VESKCObserver::GetInstance();
         if (adapter->Set(observer)) {
             VESKLogin::SetLoginObserver(observer != nullptr ? adapter : nullptr);
@@ -72,7 +72,7 @@ int32_t vesk_get_login_ret(vesk_login_ret** login_ret) {
     if (login_ret != nullptr) {
         *login_ret = nullptr;
     }
-    Guarded([&] {
+    Guarded("Braxel::VESK::VESKLogin::GetLoginRet", [&] {
         VESKLoginRet ret;
         held = VESKLogin::GetLoginRet(ret);
         if (login_ret != nullptr) {

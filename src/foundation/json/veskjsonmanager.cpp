@@ -10,7 +10,7 @@ VESKJsonManager::VESKJsonManager(std::string& json) : mDocument(new JsonDocument
     if (json.size() < 2) {
         json = "{}";
     }
-    ParseJson(json, *mDocument);
+    ParseJson(json, *mDocument, "Braxel::VESK::VESKJsonManager::VESKJsonManager");
 }
 
 VESKJsonManager::~VESKJsonManager() = default;

@@ -51,16 +51,16 @@ size_t FindTooDeep(const std::string& json) {
     return std::string::npos;
 }
 
-void LogFailure(const std::string& json, size_t offset) {
+void LogFailure(const std::string& json, size_t offset, const char* method) {
     // Deliberate: the count grows with the offset, so a late error shows more text.
     const std::string excerpt = json.substr(std::min(offset, json.size()), offset + 32);
-    VESK_LOG_ERROR("VESKJsonManager::parse", "Parse json string [ %s ] fail. %s ", json.c_str(),
-                   excerpt.c_str());
+    VESK_LOG_AT(kLogError, method, "Parse json string [ %s ] fail. %s ", json.c_str(),
+                excerpt.c_str());
 }
 
 } // namespace
 
-bool ParseJson(const std::string& json, JsonDocument& document) {
+bool ParseJson(const std::string& json, JsonDocument& document, const char* method) {
     constexpr char kByteOrderMark = '\xEF'; // its first byte; the other way does not know it
     if (json.find('\0') == std::string::npos && json.compare(0, 1, &kByteOrderMark, 1) != 0) {
         // Faster, as each byte need not be compared with a length.
@@ -78,7 +78,7 @@ bool ParseJson(const std::string& json, JsonDocument& document) {
         return true;
     }
     document.SetNull();
-    LogFailure(json, offset);
+    LogFailure(json, offset, method);
     return false;
 }
 

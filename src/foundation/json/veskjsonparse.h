@@ -17,8 +17,9 @@ constexpr size_t kUsualJsonSize = 1024;
 /// nesting deeper than 256 levels is refused, so that whatever walks the document afterwards needs
 /// little of it either.
 ///
-/// A failure is logged with an excerpt and leaves @p document null.
-bool ParseJson(const std::string& json, JsonDocument& document);
+/// A failure is logged with an excerpt, as a line of @p method, and leaves @p document null.
+/// @param method fully qualified
+bool ParseJson(const std::string& json, JsonDocument& document, const char* method);
 
 /// The compact text of @p value.
 std::string JsonText(const JsonValue& value);

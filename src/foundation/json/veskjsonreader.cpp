@@ -36,7 +36,7 @@ void VESKJsonReader::init(const std::string& json) {
     }
     const auto parsed = std::make_shared<Parsed>();
     mDocument = std::shared_ptr<JsonDocument>(parsed, &parsed->document);
-    mParseFailed = !ParseJson(json, *mDocument);
+    mParseFailed = !ParseJson(json, *mDocument, "Braxel::VESK::VESKJsonReader::init");
     if (mDocument->IsObject()) {
         mCursor = mDocument.get();
     }

@@ -11,6 +11,13 @@
 namespace Braxel {
 namespace VESK {
 
+namespace {
+
+constexpr const char* kConvert = "Braxel::VESK::VESKJsonWriter::convert";
+constexpr const char* kMerge = "Braxel::VESK::VESKJsonWriter::merge";
+
+} // namespace
+
 struct VESKJsonBuffer::State {
     JsonStringBuffer buffer{nullptr, kUsualJsonSize};
     JsonStringWriter writer{buffer};
@@ -28,22 +35,21 @@ VESKJsonWriter::VESKJsonWriter(VESKJsonBuffer& buffer)
     : mBuffer(&buffer),
       mLogEnable(VESKConfigManager::GetInstance()->Get<bool>("VESK_JSON_LOG_ENABLE", false)) {}
 
-bool VESKJsonWriter::ready() const {
+bool VESKJsonWriter::ready(const char* method) const {
     if (mBuffer == nullptr) {
-        VESK_LOG_ERROR("VESKJsonWriter::objectBegin",
-                       "need construct first, suggest use VESKJsonManager");
+        VESK_LOG_AT(kLogError, method, "need construct first, suggest use VESKJsonManager");
     }
     return mBuffer != nullptr;
 }
 
 void VESKJsonWriter::objectBegin() {
-    if (ready()) {
+    if (ready("Braxel::VESK::VESKJsonWriter::objectBegin")) {
         mBuffer->mState->writer.StartObject();
     }
 }
 
 void VESKJsonWriter::objectEnd() {
-    if (ready()) {
+    if (ready("Braxel::VESK::VESKJsonWriter::objectEnd")) {
         mBuffer->mState->writer.EndObject();
     }
 }
@@ -58,7 +64,7 @@ void VESKJsonWriter::putString(const char* key, const char* text, size_t length)
 }
 
 void VESKJsonWriter::convert(const char* key, int32_t value) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     putKey(key);
@@ -69,19 +75,19 @@ void VESKJsonWriter::convert(const char* key, int32_t value) {
 }
 
 void VESKJsonWriter::convert(const char* key, int64_t value) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     putKey(key);
     mBuffer->mState->writer.Int64(value);
     if (mLogEnable) {
-        VESK_LOG_DEBUG("VESKJsonWriter::convert", "key : %s , val(int) : %d", key,
-                       static_cast<int>(value));
+        VESK_LOG_DEBUG("VESKJsonWriter::convert", "key : %s , val(int) : %lld", key,
+                       static_cast<long long>(value));
     }
 }
 
 void VESKJsonWriter::convert(const char* key, bool value) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     putKey(key);
@@ -92,19 +98,19 @@ void VESKJsonWriter::convert(const char* key, bool value) {
 }
 
 void VESKJsonWriter::convert(const char* key, float value) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     putKey(key);
     mBuffer->mState->writer.Double(value);
     if (mLogEnable) {
-        VESK_LOG_DEBUG("VESKJsonWriter::convert", "key : %s , val(int) : %d", key,
-                       static_cast<int>(value));
+        VESK_LOG_DEBUG("VESKJsonWriter::convert", "key : %s , val(float) : %.9g", key,
+                       static_cast<double>(value));
     }
 }
 
 void VESKJsonWriter::convert(const char* key, const char* value) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     const char* text = value == nullptr ? "" : value;
@@ -116,7 +122,7 @@ void VESKJsonWriter::convert(const char* key, const char* value) {
 }
 
 void VESKJsonWriter::convert(const char* key, const String& value) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     putString(key, value.c_str(), value.length());
@@ -127,7 +133,7 @@ void VESKJsonWriter::convert(const char* key, const String& value) {
 }
 
 void VESKJsonWriter::convert(const char* key, const std::string& value) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     putString(key, value.data(), value.size());
@@ -138,11 +144,12 @@ void VESKJsonWriter::convert(const char* key, const std::string& value) {
 }
 
 void VESKJsonWriter::convertJson(const char* key, const std::string& json) {
-    if (!ready()) {
+    if (!ready(kConvert)) {
         return;
     }
     JsonDocument document;
-    const bool usable = ParseJson(json, document) && (document.IsObject() || document.IsArray());
+    const bool usable =
+        ParseJson(json, document, kConvert) && (document.IsObject() || document.IsArray());
     const std::string text = usable ? json : "{}";
     putKey(key);
     mBuffer->mState->writer.RawValue(text.data(), text.size(),
@@ -167,7 +174,7 @@ void VESKJsonWriter::merge(std::string& json1, const std::string& json2) {
     JsonDocument::AllocatorType allocator(kChunkSize);
     JsonDocument target(&allocator);
     JsonDocument source(&allocator);
-    if (!ParseJson(json1, target) || !ParseJson(json2, source)) {
+    if (!ParseJson(json1, target, kMerge) || !ParseJson(json2, source, kMerge)) {
         return;
     }
     if (!target.IsObject() || !source.IsObject()) {

@@ -57,7 +57,8 @@ public:
     static void merge(std::string& json1, const std::string& json2);
 
 private:
-    bool ready() const;
+    /// Whether there is a buffer; logs for @p method, fully qualified, when not.
+    bool ready(const char* method) const;
     void putKey(const char* key);
     void putString(const char* key, const char* text, size_t length);
 

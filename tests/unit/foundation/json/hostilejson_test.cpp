@@ -53,6 +53,9 @@ TEST_F(HostileJson, DeepNestingIsAParseFailureOnASmallStackToo) {
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attributes);
     EXPECT_EQ(logged("]Parse json string [ "), 20u);
+    EXPECT_EQ(logged(",Braxel::VESK::VESKJsonManager::VESKJsonManager,"), 4u);
+    EXPECT_EQ(logged(",Braxel::VESK::VESKJsonReader::init,"), 8u);
+    EXPECT_EQ(logged(",Braxel::VESK::VESKJsonWriter::merge,"), 8u);
 }
 
 TEST_F(HostileJson, OnlyBracketsThatNestCount) {

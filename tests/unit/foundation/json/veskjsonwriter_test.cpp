@@ -15,6 +15,7 @@ TEST_F(JsonWriter, EachTypeHasItsFormAndTheSwitchShowsIt) {
     writer.convert("l", int64_t{5000000000});
     writer.convert("t", true);
     writer.convert("f", 0.0F);
+    writer.convert("g", -2.5F);
     writer.convert("c", "chars");
     writer.convert("none", static_cast<const char*>(nullptr));
     writer.convert("s", String("a\"b"));
@@ -24,11 +25,14 @@ TEST_F(JsonWriter, EachTypeHasItsFormAndTheSwitchShowsIt) {
         writer.convertJson("no", noObject);
     }
     writer.objectEnd();
-    EXPECT_EQ(buffer.text(),
-              R"({"i":-7,"l":5000000000,"t":true,"f":0.0,"c":"chars","none":"","s":"a\"b",)"
-              "\"z\":\"\xff\\u0000\","
-              R"("o":{"b": [1]},"no":{},"no":{},"no":{}})");
+    EXPECT_EQ(
+        buffer.text(),
+        R"({"i":-7,"l":5000000000,"t":true,"f":0.0,"g":-2.5,"c":"chars","none":"","s":"a\"b",)"
+        "\"z\":\"\xff\\u0000\","
+        R"("o":{"b": [1]},"no":{},"no":{},"no":{}})");
     EXPECT_EQ(logged("]key : i , val(int) : -7"), 1u);
+    EXPECT_EQ(logged("]key : l , val(int) : 5000000000"), 1u);
+    EXPECT_EQ(logged("]key : g , val(float) : -2.5"), 1u);
     EXPECT_EQ(logged("]key : c , val(char*) : chars, type: 5"), 1u);
     EXPECT_EQ(logged("]key : s , val(String) : a\"b , type : 5"), 1u);
     EXPECT_EQ(logged("config key: VESK_JSON_LOG_ENABLE, value: true"), 1u);
@@ -39,6 +43,9 @@ TEST_F(JsonWriter, WithoutABufferItOnlyComplains) {
     writer.objectBegin();
     writer.convert("a", 1);
     writer.objectEnd();
+    for (const std::string method : {"objectBegin", "convert", "objectEnd"}) {
+        EXPECT_EQ(logged(",Braxel::VESK::VESKJsonWriter::" + method + ","), 1u) << method;
+    }
     EXPECT_EQ(logged("VESK [W.E]"), 3u);
     EXPECT_THAT(newMessages(), Each("need construct first, suggest use VESKJsonManager"));
 }
