@@ -100,6 +100,9 @@ def check_json(root):
 
 LITERAL = r'"((?:[^"\\]|\\.)*)"'
 CALL = re.compile(rf'VESK_LOG_(DEBUG|INFO|ERROR)\(\s*{LITERAL},\s*((?:{LITERAL}\s*)+)')
+# A call whose method is a variable: any of those that the file names in full.
+CALL_AT = re.compile(rf'VESK_LOG_AT\(\s*kLog(\w+),\s*[\w.()]+,\s*((?:{LITERAL}\s*)+)')
+METHOD = re.compile(r'"Braxel::VESK::([\w:]+)"')
 QUOTED = re.compile(r"VESK \[W\.([DIE])\]\[\.\.\.\]\[([\w.]+),Braxel::VESK::([\w:]+),\.\.\.\](.*)$")
 # What a placeholder of printf may look like on a page; ... stands for any value.
 VALUES = {"s": ".*", "p": ".*", "c": "."}
@@ -124,6 +127,8 @@ def log_calls(root):
     calls, texts = [], {}
     for path, text in sources(root).items():
         calls += [(m[1][0], path.name, m[2], joined(m[3])) for m in CALL.finditer(text)]
+        calls += [(m[1][0], path.name, method, joined(m[2]))
+                  for m in CALL_AT.finditer(text) for method in METHOD.findall(text)]
         texts[path.name] = [joined(f'"{literal}"') for literal in re.findall(LITERAL, text)
                             if len(literal) > 3 and "%" not in literal]
     return calls, texts
