@@ -77,9 +77,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         bytes = inTextMode(bytes);
     }
     const bool redact = (mode & kRedact) != 0;
-    expect(read(bytes, TextFormat(), piece, redact) ==
-               read(bytes, TextFormat(), bytes.size() + 1, redact),
+    const std::string shown = read(bytes, TextFormat(), piece, redact);
+    expect(shown == read(bytes, TextFormat(), bytes.size() + 1, redact),
            "pieces are read as the whole is");
+    for (const char* steering : {"\x1b", "\xc2\x9b", "\xe2\x80\xae"}) {
+        expect(shown.find(steering) == std::string::npos, "nothing steers the terminal");
+    }
     expectJson(read(bytes, JsonFormat(), piece, redact));
     LoginStory story;
     LogReader reader(story, {}, true);

@@ -1,5 +1,6 @@
 #include "printable.h"
 
+#include "control.h"
 #include "utf8.h"
 
 namespace vesk::doctor {
@@ -8,12 +9,7 @@ std::string printable(std::string_view rest) {
     std::string result;
     while (!rest.empty()) {
         const size_t length = text::utf8Length(rest);
-        const auto first = static_cast<unsigned char>(rest[0]);
-        // U+0080 to U+009F are control characters as well.
-        const bool control =
-            first < 0x20 || first == 0x7F ||
-            (first == 0xC2 && length == 2 && static_cast<unsigned char>(rest[1]) < 0xA0);
-        if (length == 0 || control) {
+        if (length == 0 || text::isControl(text::codePoint(rest.substr(0, length)))) {
             result += '?';
         } else {
             result += rest.substr(0, length);

@@ -1,9 +1,9 @@
 #include "lasttime.h"
 
+#include "logfile.h"
 #include "logreader.h"
 
 #include <algorithm>
-#include <fstream>
 
 namespace vesk::logread {
 
@@ -26,7 +26,8 @@ public:
 } // namespace
 
 std::string lastDay(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::ifstream file = openLog(path);
+    file.seekg(0, std::ios::end);
     const std::streamoff size = std::max<std::streamoff>(file.tellg(), 0);
     file.seekg(std::max<std::streamoff>(size - kTailSize, 0));
     std::string tail(static_cast<size_t>(kTailSize), '\0');

@@ -1,7 +1,8 @@
 #include "logfollower.h"
 
+#include "logfile.h"
+
 #include <algorithm>
-#include <fstream>
 #include <utility>
 
 namespace vesk::logread {
@@ -22,8 +23,8 @@ LogFollower::LogFollower(std::filesystem::path file, LogReader& reader)
     : mPath(std::move(file)), mReader(reader), mBuffer(kBufferSize, '\0') {}
 
 bool LogFollower::poll() {
-    std::ifstream file(mPath, std::ios::binary | std::ios::ate);
-    if (!file) {
+    std::ifstream file = openLog(mPath);
+    if (!file.seekg(0, std::ios::end)) {
         return false;
     }
     const auto size = static_cast<uint64_t>(std::max<std::streamoff>(file.tellg(), 0));

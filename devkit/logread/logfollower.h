@@ -18,7 +18,7 @@ public:
     LogFollower(std::filesystem::path file, LogReader& reader);
 
     /// Hands what is new to the reader; when nothing is, the record that waits as well.
-    /// @return false when the file cannot be read at present.
+    /// @return false when the file cannot be read at present. Throws when it is no plain file.
     bool poll();
 
 private:

@@ -1,5 +1,6 @@
 #include "commandline.h"
 #include "lasttime.h"
+#include "logfile.h"
 #include "logfollower.h"
 #include "loginstory.h"
 #include "recordprinter.h"
@@ -8,7 +9,6 @@
 #include <chrono>
 #include <cstdio>
 #include <exception>
-#include <fstream>
 #include <stdexcept>
 #include <thread>
 
@@ -37,7 +37,7 @@ RecordFilter makeFilter(const CommandLine& options) {
 }
 
 void readWhole(const std::string& path, LogReader& reader) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file = openLog(path);
     std::string buffer(kBufferSize, '\0');
     do {
         file.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));

@@ -1,5 +1,6 @@
 #include "printabletext.h"
 
+#include "control.h"
 #include "utf8.h"
 
 #include <cstdint>
@@ -13,27 +14,39 @@ namespace {
 constexpr uint64_t kOnes = 0x0101010101010101U;
 constexpr uint64_t kHighBits = 0x8080808080808080U;
 
-/// Whether one of eight bytes is a control character; may say so of bytes beside one.
-bool hasControl(const char* bytes) {
+/// Whether eight bytes are plain ASCII; may deny it of bytes beside one that is not.
+bool isPlain(const char* bytes) {
     uint64_t word = 0;
     std::memcpy(&word, bytes, sizeof word);
     const uint64_t deletes = word ^ (kOnes * 0x7F);
-    const uint64_t found = ((word - kOnes * 0x20) & ~word) | ((deletes - kOnes) & ~deletes);
-    return (found & kHighBits) != 0;
+    const uint64_t found = ((word - kOnes * 0x20) & ~word) | ((deletes - kOnes) & ~deletes) | word;
+    return (found & kHighBits) == 0;
 }
 
-void appendByte(std::string& out, std::string_view text, size_t at) {
-    const auto c = static_cast<unsigned char>(text[at]);
-    if (c == '\r' && at + 1 < text.size() && text[at + 1] == '\n') {
-        return;
-    }
-    if ((c >= 0x20 && c != 0x7F) || c == '\n' || c == '\t') {
-        out.push_back(text[at]);
-        return;
-    }
+/// The character that begins a text, or the byte that belongs to none.
+std::string_view firstCharacter(std::string_view text) {
+    const size_t length = text::utf8Length(text);
+    return text.substr(0, length == 0 ? 1 : length);
+}
+
+void appendEscape(std::string& out, const char* format, unsigned value) {
     char escape[8] = {};
-    std::snprintf(escape, sizeof escape, "\\x%02x", static_cast<unsigned>(c));
+    std::snprintf(escape, sizeof escape, format, value);
     out.append(escape);
+}
+
+/// @return behind the character
+size_t appendCharacter(std::string& out, std::string_view text, size_t at) {
+    const std::string_view character = firstCharacter(text.substr(at));
+    const size_t end = at + character.size();
+    if (character == "\n" || character == "\t" || !text::isControl(text::codePoint(character))) {
+        out.append(character);
+    } else if (character != "\r" || text.substr(end, 1) != "\n") {
+        for (const char byte : character) {
+            appendEscape(out, "\\x%02x", static_cast<unsigned char>(byte));
+        }
+    }
+    return end;
 }
 
 } // namespace
@@ -42,14 +55,14 @@ void appendPrintable(std::string& out, std::string_view text) {
     size_t plainFrom = 0;
     size_t i = 0;
     while (i < text.size()) {
-        if (i + 8 <= text.size() && !hasControl(text.data() + i)) {
+        if (i + 8 <= text.size() && isPlain(text.data() + i)) {
             i += 8;
             continue;
         }
         out.append(text.substr(plainFrom, i - plainFrom));
         const size_t end = i + 8 < text.size() ? i + 8 : text.size();
-        for (; i < end; ++i) {
-            appendByte(out, text, i);
+        while (i < end) {
+            i = appendCharacter(out, text, i);
         }
         plainFrom = i;
     }
@@ -59,22 +72,20 @@ void appendPrintable(std::string& out, std::string_view text) {
 void appendJsonText(std::string& out, std::string_view text) {
     out.push_back('"');
     while (!text.empty()) {
-        const size_t length = vesk::text::utf8Length(text);
-        const char c = text[0];
-        if (length == 0) {
+        const std::string_view character = firstCharacter(text);
+        const uint32_t code = text::codePoint(character);
+        if (text::utf8Length(text) == 0) {
             out.append("\\ufffd");
-        } else if (c == '"' || c == '\\') {
-            out.append({'\\', c});
-        } else if (c == '\n') {
+        } else if (character == "\"" || character == "\\") {
+            out.append("\\").append(character);
+        } else if (character == "\n") {
             out.append("\\n");
-        } else if (length == 1 && (c < 0x20 || c == 0x7F)) {
-            char escape[8] = {};
-            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
-            out.append(escape);
+        } else if (text::isControl(code)) {
+            appendEscape(out, "\\u%04x", code);
         } else {
-            out.append(text.substr(0, length));
+            out.append(character);
         }
-        text.remove_prefix(length == 0 ? 1 : length);
+        text.remove_prefix(character.size());
     }
     out.push_back('"');
 }

@@ -8,8 +8,9 @@
 
 namespace vesk::logread {
 
-/// Appends text with its control characters as "\x1b", so that a log cannot steer the terminal.
-/// Line feeds and tabs stay; a carriage return before a line feed is left out.
+/// Appends text with the bytes of its control characters as "\x1b", so that a log cannot steer the
+/// terminal, nor show its text in another order. Line feeds and tabs stay; a carriage return before
+/// a line feed is left out.
 void appendPrintable(std::string& out, std::string_view text);
 
 /// Appends text as a JSON string, with quotes. What is not UTF-8 becomes U+FFFD.

@@ -1,5 +1,6 @@
 #include "redactor.h"
 
+#include "jsonescapes.h"
 #include "secretnames.h"
 
 #include <algorithm>
@@ -92,11 +93,11 @@ bool isSettingName(std::string_view name) {
 
 } // namespace
 
-std::string Redactor::redact(std::string_view message) {
-    mText = message;
+std::string Redactor::redact(std::string_view written) {
+    const std::string message = withoutJsonEscapes(written);
     mOut.clear();
     const auto holds = [&](std::string_view part) {
-        return message.find(part) != std::string_view::npos;
+        return message.find(part) != std::string::npos;
     };
     mQrCode = holds("qrcode") || holds("Qrcode") || holds("QRCode") || holds("qrCode");
     // Text that is damaged, and so still scrambled in part, shows by its control characters. No
@@ -104,9 +105,10 @@ std::string Redactor::redact(std::string_view message) {
     size_t rest = std::min(findControl(message), message.size());
     for (const std::string_view label : kSecretRest) {
         const size_t at = message.find(label);
-        rest = at == std::string_view::npos ? rest : std::min(rest, at + label.size());
+        rest = at == std::string::npos ? rest : std::min(rest, at + label.size());
     }
-    mText = message.substr(0, rest);
+    const std::string_view whole = message;
+    mText = whole.substr(0, rest);
     for (size_t at = 0; at < mText.size();) {
         const bool isName =
             isNameCharacter(mText[at]) && (at == 0 || !isNameCharacter(mText[at - 1]));
@@ -116,7 +118,7 @@ std::string Redactor::redact(std::string_view message) {
             mOut.push_back(mText[at++]);
         }
     }
-    mText = message;
+    mText = whole;
     mask(rest, message.size());
     return mKnown.mask(mOut);
 }

@@ -15,7 +15,8 @@ namespace vesk::logread {
 /// anywhere, so nothing is parsed. In doubt it masks more. Empty values stay empty.
 class Redactor {
 public:
-    /// The message with "***" in place of each secret.
+    /// The message with "***" in place of each secret, and with characters that JSON wrote as codes
+    /// as themselves.
     std::string redact(std::string_view message);
 
 private:

@@ -50,6 +50,9 @@ TEST_F(Following, BeginsAnewWhenTheFileIsReplacedOrTruncated) {
     EXPECT_THAT(poll(), ElementsAre("new", "a", "a", "b 6 b")) << "longer, but another one";
     writeFile(file, inTextMode(a + b));
     EXPECT_THAT(poll(), ElementsAre("a", "b 6 b")) << "from the other system";
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    EXPECT_THROW(follower.poll(), std::runtime_error) << "no plain file, so it may never end";
 }
 
 } // namespace

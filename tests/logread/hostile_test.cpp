@@ -24,6 +24,8 @@ std::string hostileLog(std::mt19937& random) {
         scrambled("VESK [W.D][2026-11-24 13:53:09.383][,,]"),
         std::string("\\\\\\\"\0\n\r\n", 8),
         std::string(200, '"'),
+        scrambled(kHead + R"({"i":"{\\u0022tok\u0065n\u005cu0022:\u005cu005cu005cu005cu005c"})"),
+        scrambled(kHead + "\u2066\u2069\xc2\x9b\x9b\xe2\x80"),
     };
     std::string bytes;
     for (int count = 0; count < 30; ++count) {

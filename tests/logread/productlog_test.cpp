@@ -59,10 +59,12 @@ TEST_F(ProductLog, ProgramPrintsWhatItsOptionsAskFor) {
     EXPECT_EQ(run("--since \"2199-01-01 00:00\" " + file), "");
     EXPECT_EQ(run("--since 00:00 " + file), run(file));
     EXPECT_NE(run("--redact " + file).find("VESK_SDK_KEY = ***"), std::string::npos);
-    for (const std::string wrong : {"--since noon ", "--level X ", "--login --json ", "nowhere "}) {
-        EXPECT_EQ(run(wrong + file), "failed\n") << wrong;
+    for (const std::string& wrong :
+         {"--since noon " + file, "--level X " + file, "--login --json " + file, "nowhere " + file,
+          std::string("nowhere"), std::string("/dev/zero"),
+          std::string("--since 01:00 /dev/zero")}) {
+        EXPECT_EQ(run(wrong), "failed\n") << wrong;
     }
-    EXPECT_EQ(run("nowhere"), "failed\n");
 }
 
 } // namespace

@@ -78,19 +78,30 @@ TEST(Reading, QuotedPrefixDoesNotBeginARecord) {
 }
 
 TEST(Reading, ControlCharactersDoNotReachTheTerminal) {
-    EXPECT_THAT(readLog(scrambled(kHead + "a\x1b[2J\rb\x7f\tc\r\nd")),
-                ElementsAre(kHead + "a\\x1b[2J\\x0db\\x7f\tc\nd"));
+    const std::pair<std::string, std::string> rows[] = {
+        {"a\x1b[2J\rb\x7f\tc\r\nd", "a\\x1b[2J\\x0db\\x7f\tc\nd"},
+        {"alone \x9b[2J \x80 \x9f \xa0\xff", "alone \\x9b[2J \\x80 \\x9f \xa0\xff"},
+        {"in UTF-8\xc2\x9b[2J\xc2\xa0\xc3\x9b", "in UTF-8\\xc2\\x9b[2J\xc2\xa0\xc3\x9b"},
+        {"\u202e\u202c\u2066\u2069", R"(\xe2\x80\xae\xe2\x80\xac\xe2\x81\xa6\xe2\x81\xa9)"},
+        {"\u200e\u200f\u061c", R"(\xe2\x80\x8e\xe2\x80\x8f\xd8\x9c)"},
+        {"\u202f\u2026\u200d\u0661", "\u202f\u2026\u200d\u0661"},
+        {"\xe2\x80\x1b", "\xe2\\x80\\x1b"},
+    };
+    for (const auto& [text, shown] : rows) {
+        EXPECT_THAT(readLog(scrambled(kHead + text + " end")), ElementsAre(kHead + shown + " end"));
+    }
 }
 
 TEST(Reading, JsonHasEachPartAndIsValidWhateverTheBytes) {
-    const std::string out = printLog(scrambled(kHead + "\xC3\xA9 \xFF \"q\"\n\x01\xED\xA0\x80\\") +
-                                         scrambled(kHead + "x: <"),
-                                     JsonFormat());
+    const std::string out =
+        printLog(scrambled(kHead + "\xC3\xA9 \xFF \"q\"\n\x01\xED\xA0\x80\\\u2066\u2069\u009b") +
+                     scrambled(kHead + "x: <"),
+                 JsonFormat());
     EXPECT_EQ(out.substr(0, out.find('\n')),
               R"({"time":"2026-11-24 13:53:09.383","level":"D","file":"f.cpp",)"
               R"("method":"Braxel::VESK::X::f","line":76,"message":")"
               "\xC3\xA9"
-              R"( \ufffd \"q\"\n\u0001\ufffd\ufffd\ufffd\\","cut":false})");
+              R"( \ufffd \"q\"\n\u0001\ufffd\ufffd\ufffd\\\u2066\u2069\u009b","cut":false})");
     rapidjson::Document last;
     last.Parse<rapidjson::kParseValidateEncodingFlag>(out.substr(out.find('\n') + 1).c_str());
     ASSERT_FALSE(last.HasParseError());
