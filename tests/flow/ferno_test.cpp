@@ -17,6 +17,7 @@ TEST_F(Ferno, ScannedAndConfirmedCodeLogsIn) {
     const VESKQrCodeRet code = observer.nextQrCode().ret;
     EXPECT_EQ(code.methodNameID, kMethodNameQrCode);
     EXPECT_EQ(code.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(code.thirdCode, -1); // nobody outside has said anything
     EXPECT_EQ(code.channelID, 1);
     EXPECT_EQ(code.channel, "Ferno");
     EXPECT_EQ(code.qrCodeUrl, "https://ferno.example/qr/1");

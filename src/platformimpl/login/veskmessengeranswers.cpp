@@ -30,7 +30,6 @@ std::string VESKMessengerAnswers::SeqID() {
 void VESKMessengerAnswers::CommitQrCode(const QrNotifyRecord& record) {
     InnerQrCodeRet ret(VESKError::SUCCESS);
     ret.methodNameID = kMethodNameQrCode;
-    ret.thirdCode = 0;
     ret.channelID = mChannelID;
     ret.channel = mChannel;
     ret.qrCodeUrl = record.qrCodeUrl.c_str();
