@@ -24,11 +24,15 @@ public:
     static void UsePath(const std::string& path);
 
     /// Starts a thread of the operating system that unloads this library once nobody is inside it
-    /// any more, and returns at once. Does nothing where the library stays loaded.
+    /// any more, and returns at once. It gives back the reference that the game has taken, unless
+    /// the game does so itself. Does nothing where the library stays loaded, nor a second time.
     static void StartUnload();
 
     /// From now on the library stays in the process, whoever unloads it.
     static void StayLoaded();
+
+    /// Whether a thread that holds no reference on the module is inside the library.
+    static bool InUse() { return sUses != 0; }
 
     /// What is to run when the library leaves the process; it lives as long as the library.
     struct Release {

@@ -6,6 +6,7 @@
 
 #include "module/veskatlcommodule.h"
 #include "module/veskruntime.h"
+#include "module/veskunload_win.h"
 #include "platformimpl/foundation/os/text.h"
 
 namespace Braxel {
@@ -13,7 +14,6 @@ namespace VESK {
 
 namespace {
 
-std::atomic<bool> gUnloadStarted{false};
 bool gProcessGoesOn = false;
 std::atomic<VESKModule::Release*> gReleases{nullptr};
 
@@ -32,7 +32,7 @@ struct Leave {
     ~Leave() {
         // Only after UnInstall: otherwise a component may still call, and what it finds must be
         // there. At the end of the process Windows takes everything.
-        if (gUnloadStarted && gProcessGoesOn) {
+        if (unload::Started() && gProcessGoesOn) {
             ReleaseProcessWide();
             ReleaseRuntimeMemory();
         }
@@ -41,13 +41,11 @@ struct Leave {
 
 const Leave gLeave; // before whatever has a destructor, so that it goes last
 CVESKATLComModule gAtlModule;
-HMODULE gModule = nullptr;
 wchar_t gModulePath[MAX_PATH] = {};
 
 /// Called by the loader for each process and thread that comes or goes. It must not log: the
 /// loader holds its lock.
 bool Attach(HMODULE module, DWORD reason) {
-    gModule = module;
     wchar_t path[MAX_PATH] = {};
     const DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
     // A path that does not fit is cut, and its cut form would name another folder.
@@ -77,13 +75,6 @@ void VESKModule::UsePath(const std::string& path) {
     }
 }
 
-namespace {
-
-/// Time for a thread that has just left to run the last few instructions of ours.
-constexpr DWORD kLeaveMilliseconds = 50;
-
-} // namespace
-
 void VESKModule::AtUnload(Release& release) {
     release.next = gReleases.load();
     while (!gReleases.compare_exchange_weak(release.next, &release)) {
@@ -95,7 +86,7 @@ namespace {
 HMODULE FindOwnModule(DWORD flags) {
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | flags,
-                       reinterpret_cast<LPCWSTR>(&gUnloadStarted), &module);
+                       reinterpret_cast<LPCWSTR>(gModulePath), &module);
     return module;
 }
 
@@ -114,29 +105,21 @@ VESKModule::Reference::~Reference() {
 }
 
 void VESKModule::StartUnload() {
-    if (gModule == nullptr || gUnloadStarted.exchange(true)) {
-        return;
-    }
-    // UnInstall may be called from inside an observer method: the frames below it are ours.
-    const auto unload = [](void* module) -> DWORD {
-        do {
-            Sleep(kLeaveMilliseconds);
-        } while (sUses != 0);
-        Sleep(kLeaveMilliseconds);
-        FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
-    };
-    HANDLE thread = CreateThread(nullptr, 0, unload, gModule, 0, nullptr);
-    if (thread != nullptr) {
-        CloseHandle(thread);
-    }
+    unload::Start();
 }
 
 } // namespace VESK
 } // namespace Braxel
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
-    if (reason == DLL_PROCESS_DETACH) {
-        Braxel::VESK::gProcessGoesOn = processEnds == nullptr;
+    namespace unload = Braxel::VESK::unload;
+    if (reason == DLL_PROCESS_ATTACH) {
+        unload::OnLoaded(module);
+    } else if (reason == DLL_THREAD_DETACH) {
+        unload::OnThreadEnd();
+    } else if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
+        Braxel::VESK::gProcessGoesOn = true;
+        unload::OnLeave();
     }
     return Braxel::VESK::Attach(module, reason) ? TRUE : FALSE;
 }

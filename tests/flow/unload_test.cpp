@@ -87,6 +87,58 @@ TEST_F(Unload, WhileAnObserverMethodRunsOnAnotherThread) {
     expectGone(seconds(5));
 }
 
+TEST_F(Unload, WhileTheGameFreesItAsWell) {
+    static ActingObserver& acting = *new ActingObserver;
+    static std::atomic<bool> ended{false};
+    const struct {
+        const char* name;
+        int references, answerMs, freedAfterMs;
+        bool insideAMethod;
+    } rows[] = {
+        {"at once", 1, 0, 0, false},
+        {"20 ms later", 1, 0, 20, false},
+        {"just when it goes by itself", 1, 0, 100, false},
+        {"200 ms later", 1, 0, 200, false},
+        {"with a request in flight", 1, 500, 0, false},
+        {"inside an observer method on another thread", 1, 1, 0, true},
+        {"twice, as it was loaded", 2, 0, 0, false},
+        {"three times, as it was loaded, with a request in flight", 3, 300, 60, false},
+    };
+    sdk.close();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        LoadedSdk another(game.path());
+        for (int i = 1; i < row.references; ++i) {
+            another = LoadedSdk(game.path());
+        }
+        ended = false;
+        acting.onLogin = [&](const VESKLoginRet&) {
+            another.unInstall();
+            ended = true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        };
+        another.setObserver(&acting);
+        const size_t before = backend.requests("auth/login").size();
+        if (row.answerMs != 0 && kSdkUnloadsItself) {
+            backend.next({"auth/login", "{}", 200, row.answerMs});
+            another.login("Steam");
+            backend.waitForRequest("auth/login", before + 1);
+        }
+        if (row.insideAMethod && kSdkUnloadsItself) {
+            waitUntil("UnInstall", [] { return ended.load(); });
+        } else {
+            another.unInstall();
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(row.freedAfterMs));
+        std::thread([&] {
+            for (int i = 0; i < row.references; ++i) {
+                another.close();
+            }
+        }).join();
+        another.leave(seconds(5));
+    }
+}
+
 TEST_F(Unload, WhileFernoShowsACode) {
     const Messenger ferno(game, "ferno", "frlogin.dll");
     ferno.script("on_qrcode=10:qr:u,300:success,10:success");

@@ -1,5 +1,6 @@
 #include "platformimpl/foundation/os/thread.h"
 
+#include <atomic>
 #include <cerrno>
 #include <new>
 #include <windows.h>
@@ -16,9 +17,22 @@ struct ThreadStart {
     HMODULE module;
 };
 
+std::atomic<int> gRunning{0};
+
+/// Set for the threads that are started here.
+struct Mark {
+    Mark() = default;
+    Mark(const Mark&) = delete;
+    Mark& operator=(const Mark&) = delete;
+    ~Mark() { TlsFree(slot); }
+    const DWORD slot = TlsAlloc();
+};
+Mark gMark;
+
 HMODULE ReferenceOwnModule();
 
 void* RunThread(void* context) {
+    TlsSetValue(gMark.slot, &gMark);
     const ThreadStart start = *static_cast<ThreadStart*>(context);
     delete static_cast<ThreadStart*>(context);
     try {
@@ -43,11 +57,15 @@ int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument
     ThreadStart* start = new (std::nothrow) ThreadStart{routine, argument, module};
     int result = EAGAIN;
     if (module != nullptr && start != nullptr) {
+        ++gRunning;
         pthread_attr_t attributes;
         pthread_attr_init(&attributes);
         pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
         result = pthread_create(thread, &attributes, &RunThread, start);
         pthread_attr_destroy(&attributes);
+        if (result != 0) {
+            --gRunning;
+        }
     }
     if (result != 0) {
         delete start;
@@ -56,6 +74,16 @@ int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument
         }
     }
     return result;
+}
+
+int RunningThreads() {
+    return gRunning;
+}
+
+void ThreadHasEnded() {
+    if (TlsGetValue(gMark.slot) != nullptr) {
+        --gRunning;
+    }
 }
 
 uint64_t CurrentThreadId() {
