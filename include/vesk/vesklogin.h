@@ -13,7 +13,7 @@ namespace Braxel {
 namespace VESK {
 
 /// The SDK's facade. Every operation returns as soon as its work is queued; results arrive through
-/// the observer. Nothing throws.
+/// the observer. Nothing throws. A thread that calls needs 128 KB of stack (docs/threads.md).
 class VESK_API VESKLogin {
 public:
     /// Sets the one observer of the process. Call it before the first login.

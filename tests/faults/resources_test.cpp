@@ -61,6 +61,32 @@ TEST_F(ResourceFaults, RefusedThreadOrHandleIsTheLoginsFailure) {
     EXPECT_EQ(game.logLines("timer is waiting"), before + 1) << "the next login has one again";
 }
 
+TEST_F(ResourceFaults, SmallStacksSuffice) {
+    start();
+    const auto withStack = [](size_t size) {
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        pthread_attr_setstacksize(&attributes, size);
+        return attributes;
+    };
+    // What threads get that ask for nothing, and what the headers ask a game's thread to have.
+    const pthread_attr_t ours = withStack(48 << 10);
+    ASSERT_EQ(pthread_setattr_default_np(&ours), 0);
+    const pthread_attr_t games = withStack(128 << 10);
+    pthread_t game = {};
+    const auto visit = [](void* test) -> void* {
+        VESKLogin::Login("Steam", "", "", (std::string(250, '[') + std::string(250, ']')).c_str());
+        EXPECT_EQ(static_cast<ResourceFaults*>(test)->observer.nextLogin().ret.retCode, 0);
+        VESKLogin::Logout("", "", false);
+        VESKLogin::UnInstall();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&game, &games, visit, this), 0);
+    pthread_join(game, nullptr);
+    EXPECT_EQ(observer.nextBase().ret.retCode, VESKError::SUCCESS);
+    countRow("a visit on small stacks");
+}
+
 TEST_F(ResourceFaults, FewDescriptorsAreTheLoginsFailure) {
     settle();
     int32_t last = -1;

@@ -1,6 +1,7 @@
 #ifndef VESK_PLATFORMIMPL_FOUNDATION_OS_THREAD_H
 #define VESK_PLATFORMIMPL_FOUNDATION_OS_THREAD_H
 
+#include <cstddef>
 #include <cstdint>
 #include <pthread.h>
 
@@ -9,6 +10,10 @@ namespace VESK {
 namespace os {
 
 using ThreadRoutine = void (*)(void* argument);
+
+/// What a thread of the library has at least, whatever the system or the game's program gives a
+/// thread that asks for nothing: a log line alone takes 50 KB, and observer methods run there.
+constexpr size_t kThreadStack = 512U << 10;
 
 /// Starts a detached POSIX thread. Every thread of the library is started here.
 ///

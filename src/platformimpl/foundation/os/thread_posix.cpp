@@ -36,6 +36,10 @@ int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    size_t usual = 0;
+    if (pthread_attr_getstacksize(&attributes, &usual) != 0 || usual < kThreadStack) {
+        pthread_attr_setstacksize(&attributes, kThreadStack);
+    }
     const int result = pthread_create(thread, &attributes, &RunThread, start);
     pthread_attr_destroy(&attributes);
     if (result != 0) {
