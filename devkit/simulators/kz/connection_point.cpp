@@ -1,5 +1,6 @@
 #include "connection_point.h"
 
+#include <objbase.h>
 #include <olectl.h>
 
 #include "call_log.h"
@@ -9,6 +10,24 @@
 #include "settings.h"
 
 namespace vesk::kzsim {
+namespace {
+
+HRESULT makeSink(IUnknown* listener, const Settings& settings, Sinks::Sink& sink) {
+    const bool dispatched = firesThroughDispatch(settings);
+    if (settings.number("apartment", 0) == 0) {
+        return Listener::hold(listener, dispatched, sink);
+    }
+    APTTYPE type = APTTYPE_CURRENT;
+    APTTYPEQUALIFIER qualifier = APTTYPEQUALIFIER_NONE;
+    const HRESULT apartment = CoGetApartmentType(&type, &qualifier);
+    return FAILED(apartment) ? apartment : Listener::deposit(listener, dispatched, sink);
+}
+
+} // namespace
+
+bool firesThroughDispatch(const Settings& settings) {
+    return settings.text("events", "custom") == "dispatch";
+}
 
 ULONG ConnectionPoint::AddRef() {
     return mOwner.AddRef();
@@ -35,7 +54,7 @@ HRESULT ConnectionPoint::GetConnectionInterface(IID* id) {
     if (id == nullptr) {
         return E_POINTER;
     }
-    *id = idOf(VESK_KZ_IID_EVENTS);
+    *id = idOf(firesThroughDispatch(Settings()) ? VESK_KZ_IID_DISPEVENTS : VESK_KZ_IID_EVENTS);
     return S_OK;
 }
 
@@ -49,13 +68,10 @@ HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
         return E_POINTER;
     }
     *cookie = 0;
-    Sinks::Sink sink;
-    if (FAILED(listener->QueryInterface(idOf(VESK_KZ_IID_EVENTS),
-                                        reinterpret_cast<void**>(sink.Receive())))) {
-        return CONNECT_E_CANNOTCONNECT;
-    }
     const Settings settings;
-    const HRESULT result = settings.result("advise");
+    Sinks::Sink sink;
+    const HRESULT found = makeSink(listener, settings, sink);
+    const HRESULT result = FAILED(found) ? found : settings.result("advise");
     if (SUCCEEDED(result)) {
         *cookie = mSinks.add(sink);
     }

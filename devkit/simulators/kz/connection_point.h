@@ -8,6 +8,10 @@
 namespace vesk::kzsim {
 
 class OpenSDK;
+class Settings;
+
+/// Whether the events are a dispinterface.
+bool firesThroughDispatch(const Settings& settings);
 
 /// Where listeners are advised. A part of the component's object: a reference on the one is a
 /// reference on the other.

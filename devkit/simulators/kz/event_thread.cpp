@@ -116,8 +116,12 @@ void EventThread::deliver(const Event& event) {
         if (isStopping()) {
             break;
         }
-        sink->OnNotify(event.type, event.bag.Get());
-        heard = true;
+        const HRESULT result = sink->notify(event.type, event.bag.Get());
+        if (FAILED(result)) {
+            logProblem("event " + std::to_string(event.type) + ": the listener answers " +
+                       std::to_string(result));
+        }
+        heard = heard || SUCCEEDED(result);
     }
     if (heard) {
         logEvent(event.type);

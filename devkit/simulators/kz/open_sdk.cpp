@@ -217,7 +217,8 @@ HRESULT OpenSDK::FindConnectionPoint(REFIID id, IConnectionPoint** connectionPoi
         return E_POINTER;
     }
     *connectionPoint = nullptr;
-    if (id != idOf(VESK_KZ_IID_EVENTS)) {
+    if (id !=
+        idOf(firesThroughDispatch(Settings()) ? VESK_KZ_IID_DISPEVENTS : VESK_KZ_IID_EVENTS)) {
         return CONNECT_E_NOCONNECTION;
     }
     *connectionPoint = &mConnectionPoint;

@@ -26,7 +26,7 @@ bool Sinks::keep(DWORD cookie, bool forever) {
     const std::lock_guard<Lock> guard(mLock);
     const auto found = mSinks.find(cookie);
     if (found != mSinks.end() && forever) {
-        found->second->AddRef();
+        new Sink(found->second);
     }
     return found != mSinks.end();
 }

@@ -4,8 +4,7 @@
 #include <map>
 #include <vector>
 
-#include "comsupport.h"
-#include "kzopensdk.h"
+#include "listener.h"
 #include "lock.h"
 
 namespace vesk::kzsim {
@@ -13,7 +12,7 @@ namespace vesk::kzsim {
 /// The listeners that are advised now. They are called, and released, without the lock.
 class Sinks {
 public:
-    using Sink = Braxel::VESK::ComPtr<IKZOpenSDKEvents>;
+    using Sink = Listener::Pointer;
 
     Sinks() = default;
 

@@ -8,8 +8,8 @@
 /// The ids come from the component's maker and belong to a version of the component; the ones here
 /// are those of the simulator in the dev kit. Replace them when configuring:
 ///   cmake -DVESK_KZ_CLSID_OPENSDK={...} -DVESK_KZ_IID_OPENSDK={...} -DVESK_KZ_IID_PROPERTIES={...}
-///         -DVESK_KZ_IID_EVENTS={...}
-/// The order of the methods is part of the contract.
+///         -DVESK_KZ_IID_EVENTS={...} -DVESK_KZ_IID_DISPEVENTS={...} -DVESK_KZ_DISPID_NOTIFY=...
+/// The order of the methods is part of the contract; docs/kz-component.md tells the rest of it.
 #ifndef VESK_KZ_CLSID_OPENSDK
 #define VESK_KZ_CLSID_OPENSDK "{7A1D3C52-94B0-4E4F-8C61-2F60D5A7E901}"
 #endif
@@ -21,6 +21,15 @@
 #endif
 #ifndef VESK_KZ_IID_EVENTS
 #define VESK_KZ_IID_EVENTS "{7A1D3C52-94B0-4E4F-8C61-2F60D5A7E904}"
+#endif
+/// The events as a dispinterface. Its object looks different from one of IKZOpenSDKEvents, so its
+/// id must be another one.
+#ifndef VESK_KZ_IID_DISPEVENTS
+#define VESK_KZ_IID_DISPEVENTS "{7A1D3C52-94B0-4E4F-8C61-2F60D5A7E905}"
+#endif
+/// The dispinterface's one method, OnNotify(notifyType, result).
+#ifndef VESK_KZ_DISPID_NOTIFY
+#define VESK_KZ_DISPID_NOTIFY 1
 #endif
 
 /// A property bag: parameters of a request, or what an event brings.
@@ -40,7 +49,8 @@ struct IKZOpenSDKEvents : public IUnknown {
     virtual HRESULT STDMETHODCALLTYPE OnNotify(LONG notifyType, IKZProperties* result) = 0;
 };
 
-/// The component's object. It is a connection point container for IKZOpenSDKEvents as well.
+/// The component's object. It is a connection point container as well, for IKZOpenSDKEvents or for
+/// the dispinterface.
 struct IKZOpenSDK : public IUnknown {
     virtual HRESULT STDMETHODCALLTYPE CreateParameters(IKZProperties** parameters) = 0;
     /// "AppId", "AppKey".
