@@ -42,6 +42,7 @@ struct ScriptedKZ : Braxel::VESK::KZComponent {
     /// What the case sees of the component that the wrapper owns.
     struct Script {
         bool creates = true;
+        bool makesSink = true;
         bool initializes = true;
         bool takesLocalUser = true;
         std::function<void()> duringAdvise = [] {};
@@ -61,8 +62,12 @@ struct ScriptedKZ : Braxel::VESK::KZComponent {
     ~ScriptedKZ() override { --script.alive; }
 
     bool Create(const std::string&) override { return script.creates; }
-    int32_t Advise(Braxel::VESK::KZOpenSDKCallback* callback) override {
-        script.callback = callback;
+    bool MakeSink(Braxel::VESK::KZOpenSDKCallback* callback) override {
+        sink = callback;
+        return script.makesSink;
+    }
+    int32_t Advise() override {
+        script.callback = sink;
         script.duringAdvise();
         return 0;
     }
@@ -89,6 +94,7 @@ struct ScriptedKZ : Braxel::VESK::KZComponent {
     void Logout() override { script.calls.emplace_back("Logout"); }
 
     Script& script;
+    Braxel::VESK::KZOpenSDKCallback* sink = nullptr;
 };
 
 } // namespace vesk::test

@@ -29,13 +29,17 @@ public:
     /// Loads the component from @p path, the full path of its file, and makes its object.
     virtual bool Create(const std::string& path) = 0;
 
-    /// Connects @p callback to the events. Events may come before this returns.
+    /// Makes what receives the events and hands them to @p callback.
+    virtual bool MakeSink(KZOpenSDKCallback* callback) = 0;
+
+    /// Connects the sink to the events. Events may come before this returns.
     /// @return the component's own result; negative is a failure.
-    virtual int32_t Advise(KZOpenSDKCallback* callback) = 0;
+    virtual int32_t Advise() = 0;
 
     virtual bool Initialize(const std::string& appID, const std::string& appKey) = 0;
 
-    /// Ends the component's work. Events may come all the same, until it has been unloaded.
+    /// Ends the component's work, if it was begun. Events may come all the same, until it has been
+    /// unloaded.
     virtual bool ShutDown() = 0;
 
     /// Gives the component's objects and its file back. No code of it may be on a stack then.

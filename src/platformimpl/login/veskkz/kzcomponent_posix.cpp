@@ -9,7 +9,8 @@ namespace {
 class NoKZComponent : public KZComponent {
 public:
     bool Create(const std::string& /*path*/) override { return false; }
-    int32_t Advise(KZOpenSDKCallback* /*callback*/) override { return -1; }
+    bool MakeSink(KZOpenSDKCallback* /*callback*/) override { return false; }
+    int32_t Advise() override { return -1; }
     bool Initialize(const std::string& /*appID*/, const std::string& /*appKey*/) override {
         return false;
     }

@@ -1,5 +1,6 @@
 #include "platformimpl/login/veskkz/kzcomponent.h"
 
+#include <new>
 #include <objbase.h>
 #include <ocidl.h>
 
@@ -28,7 +29,12 @@ public:
                mObject;
     }
 
-    int32_t Advise(KZOpenSDKCallback* callback) override {
+    bool MakeSink(KZOpenSDKCallback* callback) override {
+        *mSink.Receive() = new (std::nothrow) CSink(callback);
+        return static_cast<bool>(mSink);
+    }
+
+    int32_t Advise() override {
         ComPtr<IConnectionPointContainer> container;
         HRESULT result = mObject->QueryInterface(IID_IConnectionPointContainer,
                                                  reinterpret_cast<void**>(container.Receive()));
@@ -36,7 +42,6 @@ public:
             result = container->FindConnectionPoint(KZId(VESK_KZ_IID_EVENTS), mPoint.Receive());
         }
         if (SUCCEEDED(result)) {
-            *mSink.Receive() = new CSink(callback);
             result = mPoint->Advise(mSink.Get(), &mCookie);
         }
         return static_cast<int32_t>(result);
@@ -44,16 +49,18 @@ public:
 
     bool Initialize(const std::string& appID, const std::string& appKey) override {
         const ComPtr<IKZProperties> parameters = MakeParameters();
-        return parameters && Set(parameters, L"AppId", appID) &&
-               Set(parameters, L"AppKey", appKey) &&
-               SUCCEEDED(mObject->Initialize(parameters.Get()));
+        mInitialized = parameters && Set(parameters, L"AppId", appID) &&
+                       Set(parameters, L"AppKey", appKey) &&
+                       SUCCEEDED(mObject->Initialize(parameters.Get()));
+        return mInitialized;
     }
 
     bool ShutDown() override {
         if (!mObject || mShutDown.exchange(true)) {
             return false;
         }
-        const HRESULT result = mObject->UnInitialize();
+        // Not unless it was begun: the object may be one that others in the process use, too.
+        const HRESULT result = mInitialized ? mObject->UnInitialize() : S_OK;
         if (mPoint && mCookie != 0) {
             mPoint->Unadvise(mCookie);
         }
@@ -125,6 +132,7 @@ private:
     ComPtr<IConnectionPoint> mPoint;
     ComPtr<CSink> mSink;
     DWORD mCookie = 0;
+    std::atomic<bool> mInitialized{false};
     std::atomic<bool> mShutDown{false};
 };
 

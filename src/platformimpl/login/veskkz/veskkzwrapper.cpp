@@ -60,11 +60,15 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
 
 bool VESKKZWrapper::StartComponent(KZComponent& component, const std::string& appID,
                                    const std::string& appKey) {
+    if (!component.MakeSink(this)) {
+        VESK_LOG_ERROR("VESKKZWrapper::InitializeOpenSDK", "Create CComObject failed!");
+        return false;
+    }
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Create CComObject succeed");
     int32_t advised = 0;
     {
         const std::lock_guard<os::Mutex> lock(mMutex);
-        advised = component.Advise(this);
+        advised = component.Advise();
     }
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Advise, result: %d", advised);
     if (advised >= 0) {

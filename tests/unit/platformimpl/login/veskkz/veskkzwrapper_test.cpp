@@ -140,6 +140,10 @@ TEST_F(KZWrapper, FailedInitialisationCanBeTriedAgain) {
     script.creates = false;
     EXPECT_FALSE(wrapper.InitializeOpenSDK("", ""));
     script.creates = true;
+    script.makesSink = false;
+    EXPECT_FALSE(wrapper.InitializeOpenSDK("", ""));
+    EXPECT_EQ(logged("Create CComObject succeed"), 0U);
+    script.makesSink = true;
     script.initializes = false;
     EXPECT_FALSE(wrapper.InitializeOpenSDK("", ""));
     EXPECT_EQ(script.alive, 0);
@@ -151,7 +155,10 @@ TEST_F(KZWrapper, FailedInitialisationCanBeTriedAgain) {
 }
 
 TEST_F(KZWrapper, AnEventDuringAdviseIsHeard) {
-    script.duringAdvise = [this] { std::thread([this] { script.send(0, nullptr); }).join(); };
+    script.duringAdvise = [this] {
+        EXPECT_EQ(logged("Create CComObject succeed"), 1U);
+        std::thread([this] { script.send(0, nullptr); }).join();
+    };
     EXPECT_TRUE(wrapper.InitializeOpenSDK("", ""));
     EXPECT_EQ(notify.heard.size(), 1U);
 }
