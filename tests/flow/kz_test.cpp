@@ -65,6 +65,21 @@ TEST_F(KZ, AutomaticLoginWithoutTheComponentFailsAtOnce) {
     EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::CHANNEL_LOGIN_FAILED);
 }
 
+TEST_F(KZ, ComponentThatCannotBeHeardIsAskedForNothing) {
+    script("advise=0x80004002\n");
+    writeFile(game.loginCache(), "KZuid-of-earlier");
+    start();
+    VESKLogin::AutoLogin();
+    ASSERT_EQ(observer.loginCount(), 1u);
+    for (const VESKLoginRet& ret : {observer.nextLogin().ret, scanAndLogin()}) {
+        EXPECT_EQ(ret.retCode, VESKError::CHANNEL_INIT_FAILED);
+        EXPECT_EQ(ret.methodNameID, kMethodNameLogin);
+        EXPECT_EQ(ret.retMsg, "KZ OpenSDK events cannot be received! Advise failed: 0x80004002");
+    }
+    EXPECT_TRUE(componentLines("GetLocalLoginList").empty());
+    EXPECT_TRUE(componentLines("LoginByQRCode").empty());
+}
+
 TEST_F(KZ, LogoutReachesTheComponentAndTheBackend) {
     EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
     EXPECT_EQ(logout().retCode, VESKError::SUCCESS);

@@ -43,6 +43,7 @@ struct ScriptedKZ : Braxel::VESK::KZComponent {
     struct Script {
         bool creates = true;
         bool makesSink = true;
+        int32_t advised = 0;
         bool initializes = true;
         bool takesLocalUser = true;
         std::function<void()> duringAdvise = [] {};
@@ -69,7 +70,7 @@ struct ScriptedKZ : Braxel::VESK::KZComponent {
     int32_t Advise() override {
         script.callback = sink;
         script.duringAdvise();
-        return 0;
+        return script.advised;
     }
     bool Initialize(const std::string& id, const std::string& key) override {
         script.calls.push_back("Initialize " + id + " " + key);

@@ -76,6 +76,7 @@ bool VESKKZWrapper::StartComponent(KZComponent& component, const std::string& ap
     } else {
         VESK_LOG_ERROR("VESKKZWrapper::InitializeOpenSDK", "Advise, result: %d error!", advised);
     }
+    mAdvised = advised;
     return component.Initialize(appID, appKey);
 }
 

@@ -38,6 +38,10 @@ public:
     /// Ends the component for good. It is unloaded as soon as nothing of it can come back.
     void UnInitializeOpenSDK();
 
+    /// What connecting to the component's events has answered; negative: none will ever come, nor
+    /// any answer to a request. 0 while there is no component.
+    int32_t AdviseResult() const { return IsInitialised() ? mAdvised.load() : 0; }
+
     /// Who hears the answers; not owned.
     void SetNotify(VESKChannelNotify* notify) { mNotify = notify; }
 
@@ -73,6 +77,7 @@ private:
     os::Mutex mMutex;          // held while the sink is connected
     os::Mutex mComponentMutex; // guards the pointer
     std::shared_ptr<KZComponent> mComponent;
+    std::atomic<int32_t> mAdvised{0};
     std::atomic<VESKChannelNotify*> mNotify{nullptr};
 };
 

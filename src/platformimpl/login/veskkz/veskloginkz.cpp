@@ -1,9 +1,14 @@
 #include "platformimpl/login/veskkz/veskloginkz.h"
 
+#include <cinttypes>
+#include <cstdio>
+
+#include "common/veskdefine.h"
 #include "common/veskids.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/login/veskkz/veskkzwrapper.h"
+#include "vesk/veskerror.h"
 
 namespace Braxel {
 namespace VESK {
@@ -34,10 +39,9 @@ void VESKLoginKZ::QrCodeLogin(std::string seqID, std::string preCode, uint64_t o
     if (!mInitialised) {
         InitializeOpenSDK();
     }
-    if (!mAnswers.SetSeqID(seqID, order)) {
-        return;
+    if (mAnswers.SetSeqID(seqID, order) && !AnswerWithoutEvents(seqID)) {
+        VESKKZWrapper::GetInstance()->StartQrCodeLogin(preCode);
     }
-    VESKKZWrapper::GetInstance()->StartQrCodeLogin(preCode);
 }
 
 void VESKLoginKZ::AutoLogin(std::string seqID, std::string openid, uint64_t order) {
@@ -46,12 +50,29 @@ void VESKLoginKZ::AutoLogin(std::string seqID, std::string openid, uint64_t orde
     if (!mInitialised) {
         InitializeOpenSDK();
     }
-    if (!mAnswers.SetSeqID(seqID, order)) {
+    if (!mAnswers.SetSeqID(seqID, order) || AnswerWithoutEvents(seqID)) {
         return;
     }
     if (!VESKKZWrapper::GetInstance()->AutoLogin(openid)) {
         mAnswers.CommitLoginFailure(seqID);
     }
+}
+
+bool VESKLoginKZ::AnswerWithoutEvents(const std::string& seqID) {
+    const int32_t advised = VESKKZWrapper::GetInstance()->AdviseResult();
+    if (advised >= 0) {
+        return false;
+    }
+    char text[96] = {};
+    std::snprintf(text, sizeof text,
+                  "KZ OpenSDK events cannot be received! Advise failed: 0x%08" PRIX32,
+                  static_cast<uint32_t>(advised));
+    VESK_LOG_ERROR("VESKLoginKZ::AnswerWithoutEvents", "%s", text);
+    InnerLoginRet ret(VESKError::CHANNEL_INIT_FAILED);
+    ret.methodNameID = kMethodNameLogin;
+    ret.retMsg = text;
+    VESKInnerObserverHolder<InnerLoginRet>::CommitToTaskQueue(ret, kObserverIDLoginRet, seqID);
+    return true;
 }
 
 void VESKLoginKZ::GetLoginRecord(std::string oldToken) {

@@ -36,6 +36,10 @@ private:
     friend class VESKSingleton<VESKLoginKZ>;
     VESKLoginKZ();
 
+    /// Answers the login when the component's events cannot be received: what it were asked for
+    /// would never come.
+    bool AnswerWithoutEvents(const std::string& seqID);
+
     std::atomic<bool> mInitialised{false};
     VESKMessengerAnswers mAnswers;
 };

@@ -34,7 +34,7 @@ struct LoginKZ : UnitTest {
             101, [](const InnerLoginRet& ret, const char* seq) {
                 results().push_back(std::string("failed ") + seq + " " +
                                     std::to_string(ret.methodNameID) + " " +
-                                    std::to_string(ret.retCode));
+                                    std::to_string(ret.retCode) + ret.retMsg.c_str());
             });
         VESKInnerObserverHolder<InnerBaseRet>::Register(
             108, [](const InnerBaseRet& ret, const char* seq) {
@@ -84,6 +84,15 @@ TEST_F(LoginKZ, AutomaticLoginWithoutAComponentFailsAtOnce) {
     list.listSize = 0;
     script.send(8, &list);
     EXPECT_THAT(results().back(), R"(record s2 123 2 KZ {"openid":"","ctk":""} )");
+}
+
+TEST_F(LoginKZ, ComponentThatCannotBeHeardIsAskedForNothing) {
+    script.advised = static_cast<int32_t>(0x80004002);
+    channel.QrCodeLogin("s1", "pre", 1);
+    channel.AutoLogin("s2", "o", 2);
+    const std::string text = "17KZ OpenSDK events cannot be received! Advise failed: 0x80004002";
+    EXPECT_THAT(results(), ElementsAre("failed s1 112 " + text, "failed s2 112 " + text));
+    EXPECT_THAT(script.calls, ElementsAre("Initialize  "));
 }
 
 TEST_F(LoginKZ, LogoutBeforeAnyLoginTouchesNoComponent) {
