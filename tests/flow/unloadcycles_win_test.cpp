@@ -1,9 +1,11 @@
 // A launcher that loads the SDK for each game that it starts, and unloads it again.
 #include <atomic>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <malloc.h>
+#include <thread>
 #include <windows.h>
 
+#include <objbase.h>
 #include <psapi.h>
 
 #include "support/actingobserver.h"
@@ -86,11 +88,47 @@ TEST_F(UnloadCycles, TwoHundredLeaveHandlesAndMemoryFlat) {
 
 TEST_F(UnloadCycles, OfTheComMessengerLeaveHandlesFlat) {
     const Messenger kz(game, "kz", "KZOpenSDK.dll");
-    run(2, "KZ"); // each takes the seconds in which the component comes to rest
-    const Held first = measure();
-    run(6, "KZ");
-    EXPECT_LE(measure().handles, first.handles + 2);
-    EXPECT_EQ(kz.componentLines("\"unloaded\":true").size(), 8u);
+    for (const char* settings : {"", "events=dispatch\napartment=1\n"}) {
+        kz.script(settings);
+        run(2, "KZ"); // each takes the seconds in which the component comes to rest
+        const Held first = measure();
+        run(6, "KZ");
+        EXPECT_LE(measure().handles, first.handles + 2) << settings;
+    }
+    EXPECT_EQ(kz.componentLines("\"unloaded\":true").size(), 16u);
+}
+
+constexpr DWORD kNoCom = ~0u;
+
+TEST_F(UnloadCycles, OfEachKindOfComServerLeaveEachKindOfThreadAsItWas) {
+    const Messenger kz(game, "kz", "KZOpenSDK.dll");
+    const auto cycleOnAThread = [this](DWORD apartment) {
+        if (apartment != kNoCom) {
+            CoInitializeEx(nullptr, apartment);
+        }
+        run(1, "KZ");
+        if (apartment != kNoCom) {
+            EXPECT_EQ(CoInitializeEx(nullptr, apartment), S_FALSE) << "the SDK took it away";
+            CoUninitialize();
+            CoUninitialize();
+        }
+        const DWORD other =
+            apartment == COINIT_APARTMENTTHREADED ? COINIT_MULTITHREADED : COINIT_APARTMENTTHREADED;
+        EXPECT_EQ(CoInitializeEx(nullptr, other), S_OK) << "the SDK has left one";
+        CoUninitialize();
+    };
+    for (const char* settings :
+         {"", "events=dispatch\n", "apartment=1\n", "events=dispatch\napartment=1\n"}) {
+        for (const DWORD apartment :
+             {kNoCom, DWORD{COINIT_MULTITHREADED}, DWORD{COINIT_APARTMENTTHREADED}}) {
+            kz.script(settings);
+            std::thread(cycleOnAThread, apartment).join();
+            APTTYPE type = APTTYPE_CURRENT;
+            APTTYPEQUALIFIER qualifier = APTTYPEQUALIFIER_NONE;
+            EXPECT_EQ(CoGetApartmentType(&type, &qualifier), CO_E_NOTINITIALIZED) << settings;
+        }
+    }
+    EXPECT_THAT(kz.componentLines("problem"), ::testing::IsEmpty());
 }
 
 } // namespace

@@ -3,9 +3,11 @@
 #include <new>
 #include <objbase.h>
 #include <ocidl.h>
+#include <olectl.h>
 
 #include "platformimpl/foundation/os/text.h"
 #include "platformimpl/login/veskkz/kzsink_win.h"
+#include "thirdsdk/kz/comapartment.h"
 #include "thirdsdk/kz/dllapihelper.h"
 
 namespace Braxel {
@@ -15,12 +17,16 @@ namespace {
 
 constexpr LONG kQrCodeSize = 200;
 
-/// The component over COM. Its calls need no apartment: events come directly on its own threads.
+/// The component over COM. Its object is made without the registry and so has no apartment: it is
+/// called directly on whatever thread there is, which is in COM during the call; events come
+/// directly on the component's threads.
 class KZComComponent : public KZComponent {
 public:
     ~KZComComponent() override { KZComComponent::Unload(); }
 
     bool Create(const std::string& path) override {
+        const ComApartment apartment;
+        mKeeper.Keep();
         mPath = os::LocaleToWide(path);
         return !mPath.empty() &&
                SUCCEEDED(CreateObjectFromDllFile(
@@ -31,23 +37,28 @@ public:
 
     bool MakeSink(KZOpenSDKCallback* callback) override {
         *mSink.Receive() = new (std::nothrow) CSink(callback);
-        return static_cast<bool>(mSink);
+        return mSink && mSink->IsComplete();
     }
 
     int32_t Advise() override {
+        const ComApartment apartment;
         ComPtr<IConnectionPointContainer> container;
         HRESULT result = mObject->QueryInterface(IID_IConnectionPointContainer,
                                                  reinterpret_cast<void**>(container.Receive()));
-        if (SUCCEEDED(result)) {
-            result = container->FindConnectionPoint(KZId(VESK_KZ_IID_EVENTS), mPoint.Receive());
+        if (SUCCEEDED(result) && !container) {
+            result = E_NOINTERFACE;
         }
         if (SUCCEEDED(result)) {
-            result = mPoint->Advise(mSink.Get(), &mCookie);
+            result = FindConnectionPoint(*container.Get());
+        }
+        if (SUCCEEDED(result)) {
+            result = mPoint->Advise(static_cast<IKZOpenSDKEvents*>(mSink.Get()), &mCookie);
         }
         return static_cast<int32_t>(result);
     }
 
     bool Initialize(const std::string& appID, const std::string& appKey) override {
+        const ComApartment apartment;
         const ComPtr<IKZProperties> parameters = MakeParameters();
         mInitialized = parameters && Set(parameters, L"AppId", appID) &&
                        Set(parameters, L"AppKey", appKey) &&
@@ -59,6 +70,7 @@ public:
         if (!mObject || mShutDown.exchange(true)) {
             return false;
         }
+        const ComApartment apartment;
         // Not unless it was begun: the object may be one that others in the process use, too.
         const HRESULT result = mInitialized ? mObject->UnInitialize() : S_OK;
         if (mPoint && mCookie != 0) {
@@ -68,6 +80,7 @@ public:
     }
 
     bool Unload() override {
+        const ComApartment apartment;
         mPoint.Reset();
         mObject.Reset();
         bool gone = true;
@@ -83,6 +96,7 @@ public:
     }
 
     std::string GetGenerateSerialNumber() override {
+        const ComApartment apartment;
         ComPtr<IKZProperties> answer;
         if (FAILED(mObject->GetGenerateSerialNumber(answer.Receive())) || !answer) {
             return {};
@@ -91,6 +105,7 @@ public:
     }
 
     bool LoginByQRCode(const std::string& preCode) override {
+        const ComApartment apartment;
         const ComPtr<IKZProperties> parameters = MakeParameters();
         // Saved, so that the player can be logged in again without a code.
         return parameters && Set(parameters, L"PreCode", preCode) &&
@@ -100,19 +115,39 @@ public:
     }
 
     int32_t GetLocalLoginList() override {
+        const ComApartment apartment;
         return static_cast<int32_t>(mObject->GetLocalLoginList());
     }
 
     bool LoginByLocalLoginUser(const std::string& openid) override {
+        const ComApartment apartment;
         const Bstr text(os::Utf8ToWide(openid));
         return SUCCEEDED(mObject->LoginByLocalLoginUser(text.Get()));
     }
 
-    bool RefreshClientTempKey() override { return SUCCEEDED(mObject->RefreshClientTempKey()); }
+    bool RefreshClientTempKey() override {
+        const ComApartment apartment;
+        return SUCCEEDED(mObject->RefreshClientTempKey());
+    }
 
-    void Logout() override { mObject->Logout(); }
+    void Logout() override {
+        const ComApartment apartment;
+        mObject->Logout();
+    }
 
 private:
+    /// The events' own interface wins: it needs no packing of arguments.
+    HRESULT FindConnectionPoint(IConnectionPointContainer& container) {
+        const HRESULT own =
+            container.FindConnectionPoint(KZId(VESK_KZ_IID_EVENTS), mPoint.Receive());
+        if (SUCCEEDED(own) && mPoint) {
+            return own;
+        }
+        const HRESULT dispatched =
+            container.FindConnectionPoint(KZId(VESK_KZ_IID_DISPEVENTS), mPoint.Receive());
+        return SUCCEEDED(dispatched) && !mPoint ? CONNECT_E_NOCONNECTION : dispatched;
+    }
+
     ComPtr<IKZProperties> MakeParameters() {
         ComPtr<IKZProperties> parameters;
         if (FAILED(mObject->CreateParameters(parameters.Receive()))) {
@@ -126,6 +161,7 @@ private:
         return SUCCEEDED(parameters->SetValue(name, Variant(os::Utf8ToWide(text)).Get()));
     }
 
+    ComKeeper mKeeper; // goes last
     std::wstring mPath;
     HMODULE mModule = nullptr;
     ComPtr<IKZOpenSDK> mObject;

@@ -9,10 +9,26 @@
 namespace Braxel {
 namespace VESK {
 
-/// Receives the events of the KZ component and hands them on.
-class CSink : public ComObject<IKZOpenSDKEvents> {
+/// Receives the events of the KZ component, through its own interface or as the dispinterface, and
+/// hands them on. It belongs to no apartment: whatever marshals it gives out the object itself.
+class CSink : public ComObject<IKZOpenSDKEvents>, public IDispatch {
 public:
     explicit CSink(KZOpenSDKCallback* callback);
+
+    /// @return false when the system cannot make what it needs; it must not be advised then.
+    bool IsComplete() const { return static_cast<bool>(mMarshaler); }
+
+    ULONG STDMETHODCALLTYPE AddRef() override { return ComObject::AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return ComObject::Release(); }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count,
+                                            LCID locale, DISPID* ids) override;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* answer, EXCEPINFO* exception,
+                                     UINT* wrongArgument) override;
 
     HRESULT STDMETHODCALLTYPE OnNotify(LONG notifyType, IKZProperties* result) override;
 
@@ -21,6 +37,8 @@ protected:
 
 private:
     const IID mInterfaceId;
+    const IID mDispInterfaceId;
+    ComPtr<IUnknown> mMarshaler; // aggregated
     // The component may let go of it long after it was told to: until then its code must be there.
     const VESKModule::Use mUse;
     KZOpenSDKCallback* const mCallback;
