@@ -24,7 +24,8 @@ struct VESKError {
     static constexpr int32_t SERVER_ERROR = 5;
     /// Automatic login is not available for this configuration or channel.
     static constexpr int32_t AUTOLOGIN_NOT_ALLOWED = 7;
-    /// The Steam client interface could not be started; the backend was not contacted.
+    /// The Steam client interface could not be started, and the backend was not contacted; or the
+    /// events of KZ's component cannot be received.
     static constexpr int32_t CHANNEL_INIT_FAILED = 17;
     /// The account must pass real-name authentication before it may play.
     static constexpr int32_t NEED_REALNAME = 20;
