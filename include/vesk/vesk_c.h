@@ -5,8 +5,7 @@
 /// copied; a text of a record is never null. Flags are 1 or 0. Nothing throws. Structs grow at
 /// their end only and begin with their size: the library reads no more of a struct of yours than
 /// that and writes nothing into it; read a member of a record only when its struct_size covers it.
-/// @thread Every function: any thread that has 128 KB of stack. Results arrive as vesk_login_observer
-///         says.
+/// @thread Every function: any with 128 KB of stack. Results arrive as vesk_login_observer says.
 #ifndef VESK_VESK_C_H
 #define VESK_VESK_C_H
 

@@ -2,7 +2,6 @@
 
 #include "common/veskdefine.h"
 #include "config/veskconfigmanager.h"
-#include "foundation/http/veskhttpmanager.h"
 #include "foundation/json/veskjsonreader.h"
 #include "foundation/json/veskjsonwriter.h"
 #include "foundation/task/manager/vesktaskmanager.h"
@@ -10,6 +9,7 @@
 #include "foundation/tools/veskhttpparams.h"
 #include "foundation/tools/vesknetworkutils.h"
 #include "login/veskloginbodies.h"
+#include "login/veskloginresults.h"
 #include "login/vesklogoutret.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/os/clock.h"
@@ -32,37 +32,6 @@ struct LoginContext {
     InnerLoginPluginRet answer;
     std::string seqID;
 };
-
-/// Posts @p body; @p context goes to the callback, which frees it, and is freed here when there
-/// will be no callback.
-template <typename Context>
-void Post(const std::string& url, HttpRequesterCallback callback, const std::string& body,
-          std::unique_ptr<Context> context, const std::string& seqID) {
-    VESKHTTPParams params(HTTP_OPT_POST, url, callback, body, context.get());
-    params.seqID = seqID;
-    if (VESKHTTPManager::GetInstance()->Request(&params)) {
-        context.release(); // NOLINT(bugprone-unused-return-value): the callback owns it now
-    }
-}
-
-void DeliverLoginRet(const InnerLoginRet& ret, const std::string& seqID) {
-    VESKInnerObserverHolder<InnerLoginRet>::CommitToTaskQueue(ret, kObserverIDLoginRet, seqID);
-}
-
-void DeliverLoginFailure(int32_t code, const std::string& message, int32_t methodNameID,
-                         const std::string& seqID) {
-    InnerLoginRet ret(code);
-    ret.retMsg = message.c_str();
-    ret.methodNameID = methodNameID;
-    DeliverLoginRet(ret, seqID);
-}
-
-void DeliverNetworkError(int32_t result, int32_t methodNameID, const std::string& seqID) {
-    InnerLoginRet ret(VESKError::NETWORK_ERROR);
-    ret.methodNameID = methodNameID;
-    ret.thirdCode = result;
-    DeliverLoginRet(ret, seqID);
-}
 
 /// Handles an answer to a login. One that there is no memory for is a failure of the transport to
 /// the game, which would wait for ever otherwise.
@@ -592,9 +561,7 @@ void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
     InnerLoginRet stored;
     if (!GetLoginRet(stored) && stored.retCode != VESKError::TOKEN_EXPIRED) {
         VESK_LOG_ERROR("VESKLoginManager::Logout", "[ %s ], get loginRet fail", seqID.c_str());
-        InnerBaseRet ret(stored.retCode);
-        ret.methodNameID = kMethodNameLogout;
-        VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDBaseRet, seqID);
+        DeliverLogoutRet(InnerBaseRet(stored.retCode), kObserverIDBaseRet, seqID);
         return;
     }
     LogoutRequest logout;
@@ -607,10 +574,7 @@ void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
                    logout.channel.c_str());
     KeepLogoutParams(seqID, channelOnly);
     if (logout.channel == "Guest") {
-        InnerBaseRet ret(VESKError::SUCCESS);
-        ret.methodNameID = kMethodNameLogout;
-        VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDPluginLogout,
-                                                                 seqID);
+        DeliverLogoutRet(InnerBaseRet(VESKError::SUCCESS), kObserverIDPluginLogout, seqID);
     } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
         TakeLogoutParams(seqID); // nobody will answer
     }
@@ -672,8 +636,7 @@ void VESKLoginManager::PluginLogoutObserver(const InnerBaseRet& answer, const ch
     InnerBaseRet ret(answer.retCode);
     ret.thirdCode = answer.thirdCode;
     ret.thirdMsg = answer.thirdMsg;
-    ret.methodNameID = kMethodNameLogout;
-    VESKInnerObserverHolder<InnerBaseRet>::CommitToTaskQueue(ret, kObserverIDBaseRet, seqID);
+    DeliverLogoutRet(ret, kObserverIDBaseRet, seqID);
 }
 
 void VESKLoginManager::SendLogoutRequest(const std::string& seqID) {

@@ -13,8 +13,8 @@ protected:
 
     void startLogin();
     VESKLoginRet scanAndLogin();
-    /// Two logins whose pre-codes come about the same time, in either order; a script keeps the player
-    /// from confirming before that.
+    /// Two logins whose pre-codes come about the same time, in either order. A script keeps the
+    /// player from confirming before that.
     void expectNewerOfCrossingPreCodes();
 
     const std::string channel;
