@@ -22,7 +22,7 @@ constexpr std::array<std::string_view, 8> kSecretRest = {"with data:",
                                                          "] fail. "};
 
 // The labels that may follow a secret in a sentence. Anything else belongs to the secret.
-constexpr std::array<std::string_view, 11> kLabels = {
+constexpr std::array<std::string_view, 11> kNextLabels = {
     "openid:", "token:", "ticket:", "sessionkey:", "ctt_timeout:",   "ctk:",
     "id:",     "state:", "size:",   "preCode:",    "result message:"};
 
@@ -75,7 +75,7 @@ size_t closingQuote(std::string_view text, size_t at, size_t backslashes) {
 
 bool startsWithLabel(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(", "), text.size()));
-    return std::any_of(kLabels.begin(), kLabels.end(), [&](std::string_view label) {
+    return std::any_of(kNextLabels.begin(), kNextLabels.end(), [&](std::string_view label) {
         return text.substr(0, label.size()) == label;
     });
 }
