@@ -15,6 +15,10 @@ install(DIRECTORY include/vesk DESTINATION include)
 if(WIN32)
     install(FILES "${VESK_DEF_FILE}" ${VESK_MSVC_IMPORT_LIBRARY} DESTINATION lib)
 endif()
+if(MINGW)
+    # Told -lVESKCore and -static, the linker passes by libVESKCore.dll.a and would take VESKCore.lib.
+    install(FILES $<TARGET_LINKER_FILE:VESKCore> DESTINATION lib RENAME libVESKCore.a)
+endif()
 install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
     DESTINATION ${beside_library})
 
@@ -29,10 +33,5 @@ install(FILES
     cmake/VESKCoreCopyOnce.cmake
     DESTINATION ${package_dir})
 
-set(vesk_link_flag -lVESKCore)
-if(MINGW)
-    # A linker that is told -static would pass by this one and take VESKCore.lib.
-    set(vesk_link_flag -l:libVESKCore.dll.a)
-endif()
 configure_file(cmake/VESKCore.pc.in VESKCore.pc @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/VESKCore.pc" DESTINATION lib/pkgconfig)

@@ -16,7 +16,7 @@ HoldsTheExpectedEntries() {
     diff <(tr ' ' '\n' <<<"$wanted") <(LC_ALL=C ls "$package")
     local libraries=(libVESKCore.so) programs=(vesk-devbackend vesk-doctor vesk-logread)
     if [[ "$platform" == windows ]]; then
-        libraries=(libVESKCore.dll.a VESKCore.lib VESKCore.def)
+        libraries=(libVESKCore.dll.a libVESKCore.a VESKCore.lib VESKCore.def)
         programs=(vesk-devbackend.exe vesk-doctor.exe vesk-logread.exe ../simulators/kz/KZOpenSDK.dll)
     fi
     (cd "$package/lib" && ls "${libraries[@]}" cmake/VESKCore pkgconfig/VESKCore.pc)
@@ -96,7 +96,7 @@ PkgConfigLinksIt() {
 
 PlainFlagsLinkItFromC() {
     compile cc -std=c11 "$tests/game/main.c" "$pages/c-interface.c" -o "game$suffix" \
-        -I"$package/include" -L"$package/lib" "$link" -Wl,-rpath,'$ORIGIN'
+        -I"$package/include" -L"$package/lib" -lVESKCore -Wl,-rpath,'$ORIGIN'
     layFiles .
     run game
     expectAnswers

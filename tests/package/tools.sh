@@ -2,12 +2,11 @@
 # What the cases say things with. They run in $case_folder, which is empty, and know the unpacked
 # archive of their platform as $package and the Linux one, for the dev backend, as $devkit.
 
-suffix='' compilers=() static=() shared=libVESKCore.so link=-lVESKCore
+suffix='' compilers=() static=() shared=libVESKCore.so
 if [[ "$platform" == windows ]]; then
     suffix=.exe
     static=(-static)
     shared=VESKCore.dll
-    link=-l:libVESKCore.dll.a
     compilers=(-DCMAKE_SYSTEM_NAME=Windows -DCMAKE_C_COMPILER=x86_64-w64-mingw32-gcc-posix
         -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix -DCMAKE_EXE_LINKER_FLAGS=-static)
 fi
