@@ -102,20 +102,20 @@ VESK_API int32_t vesk_set_login_observer(const vesk_login_observer* observer);
 /// @param channel "KZ", "Ferno" or "Steam", exactly so. Any other name is never answered.
 /// @param permissions,sub_channel kept with the request for the channel.
 /// @param extra_json a JSON object or empty. A member "password" is replaced by its MD5 digest.
-/// @thread on_login may come inside this call, for a failure that is known at once.
+/// @thread on_login may come inside this call, for a failure that is known at once; on_base, too.
 /// @errors In on_login: the codes 4, 5, 17, 20, 9999.
 VESK_API void vesk_login(const char* channel, const char* permissions, const char* sub_channel,
                          const char* extra_json);
 
 /// Logs in the player that this device remembers ("KZ" only, with a VESK_URL of your own).
-/// @errors In on_login: the codes 7, 1001, 9999, and those of vesk_login.
+/// @errors In on_login: the codes 7, 1001, 9999, -1, and those of vesk_login.
 VESK_API void vesk_auto_login(void);
 
 /// Reads the login result that is held now; no network traffic.
 /// @param login_ret receives a copy, also for 0; null when memory has run out. May be null.
 /// @return 1 when a login is held; still look at ret_code: an expired one is found, with 1002.
 /// @lifetime The copy is yours until vesk_login_ret_free; free it before vesk_uninstall.
-/// @errors ret_code 1001 when nothing is stored.
+/// @errors ret_code 1001 when nothing is stored, -1 when only a remembered player is known.
 VESK_API int32_t vesk_get_login_ret(vesk_login_ret** login_ret);
 
 /// Gives back what vesk_get_login_ret has handed out; null is allowed.
@@ -130,8 +130,8 @@ VESK_API void vesk_login_ret_free(vesk_login_ret* login_ret);
 VESK_API void vesk_logout(const char* channel, const char* sub_channel, int32_t channel_only);
 
 /// Ends the SDK; nothing is delivered afterwards. A library loaded at run time leaves the process
-/// on Windows. May be called from an observer function; waits for other threads' ones, for two
-/// seconds at most. Do not call the SDK again.
+/// on Windows. May be called from an observer function; waits for other threads' ones, see
+/// UnInstall in vesklogin.h. Do not call the SDK again.
 VESK_API void vesk_uninstall(void);
 
 /// Not available on this platform: returns at once, 0 or without a result. @{

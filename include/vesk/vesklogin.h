@@ -12,8 +12,10 @@
 namespace Braxel {
 namespace VESK {
 
-/// The SDK's facade. Every operation returns as soon as its work is queued; results arrive through
-/// the observer. Nothing throws. A thread that calls needs 128 KB of stack (docs/threads.md).
+/// The SDK's facade. No operation waits for the network: results arrive through the observer. The
+/// channel's component is called on the caller's thread and may take its time, above all while it
+/// starts, which is inside Login for Steam and KZ and inside AutoLogin. Nothing throws.
+/// A thread that calls needs 128 KB of stack (docs/threads.md).
 class VESK_API VESKLogin {
 public:
     /// Sets the one observer of the process. Call it before the first login.
@@ -29,7 +31,9 @@ public:
     /// @param subChannel kept with the request for the channel.
     /// @param extraJson a JSON object or empty. A member "password" is replaced by its MD5 digest.
     /// @thread Any. OnLoginRetNotify comes on a network or channel thread; for a failure that is
-    ///         known at once (the Steam interface does not start) it comes inside this call.
+    ///         known at once (the Steam interface does not start) it comes inside this call. So
+    ///         does OnBaseRetNotify, with 117 and -1, when all that is known is a player
+    ///         remembered from an earlier run.
     /// @errors Arrive in OnLoginRetNotify: NETWORK_ERROR, SERVER_ERROR, CHANNEL_INIT_FAILED,
     ///         NEED_REALNAME, CHANNEL_LOGIN_FAILED.
     static void Login(const String& channel, const String& permissions, const String& subChannel,
@@ -39,7 +43,8 @@ public:
     /// when VESK_URL is set to a backend of your own (docs/configuration.md).
     /// @thread As for Login.
     /// @errors Arrive in OnLoginRetNotify: AUTOLOGIN_NOT_ALLOWED, NO_STORED_LOGIN,
-    ///         CHANNEL_LOGIN_FAILED, and those of Login.
+    ///         CHANNEL_LOGIN_FAILED, and those of Login. `retCode` and `thirdCode` are -1 when the
+    ///         device's memory of the player is damaged.
     static void AutoLogin();
 
     /// Reads the login result that is held now; no network traffic.
@@ -47,7 +52,8 @@ public:
     /// @return true when a login is held. Still look at `retCode`: an expired login is found, with
     ///         VESKError::TOKEN_EXPIRED.
     /// @thread Any.
-    /// @errors `retCode` NO_STORED_LOGIN when nothing is stored.
+    /// @errors `retCode` NO_STORED_LOGIN when nothing is stored, -1 (as `thirdCode`) when only a
+    ///         player remembered from an earlier run is known.
     static bool GetLoginRet(VESKLoginRet& loginRet);
 
     /// Logs the player out of the channel and, unless told otherwise, of the backend.
@@ -69,9 +75,9 @@ public:
     /// library from the process. It goes when the game has loaded it at run time; a DLL that the
     /// program links, and the library on Linux, stay loaded and do nothing more.
     ///
-    /// May be called from an observer method. It waits for observer methods that other threads are
-    /// in, for two seconds at most, and for nothing else: work that is still running ends on its
-    /// own threads and reaches nobody.
+    /// May be called from an observer method. It waits for calls of other threads that
+    /// are under way, for 0.75 seconds at most, and for nothing else: work that is still running
+    /// ends on its own threads and reaches nobody.
     /// @thread Any. After it has returned do not call the SDK again.
     static void UnInstall();
 
