@@ -21,10 +21,11 @@ struct KZUnload : Unload {
 };
 
 TEST_F(KZUnload, EventsThatComeLaterFindNobody) {
-    showCode("late_event=1\n");
+    showCode("late_event=1\nkeep_sink=1\n");
     unInstall();
     expectGone(seconds(15));
     expectComponentGone();
+    EXPECT_EQ(kz.componentLines("\"event\":3").size(), 2u);
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
