@@ -93,7 +93,7 @@ VESK_API uint32_t vesk_version_number(void);
 
 /// Sets the one observer of the process, be it of C or C++: the last one wins.
 /// @param observer null silences all results.
-/// @return 1, or 0 when struct_size ends before on_login; nothing has changed then.
+/// @return 1, or 0, and no change, when struct_size ends before on_login or the SDK has ended.
 /// @lifetime The struct is copied. `user` and the functions must outlive their registration: set
 ///           null or another observer, and let calls that are just running return.
 VESK_API int32_t vesk_set_login_observer(const vesk_login_observer* observer);
@@ -112,7 +112,7 @@ VESK_API void vesk_login(const char* channel, const char* permissions, const cha
 VESK_API void vesk_auto_login(void);
 
 /// Reads the login result that is held now; no network traffic.
-/// @param login_ret receives a copy, also for 0; null when memory has run out. May be null.
+/// @param login_ret receives a copy, also for 0; null without memory or SDK. May be null.
 /// @return 1 when a login is held; still look at ret_code: an expired one is found, with 1002.
 /// @lifetime The copy is yours until vesk_login_ret_free; free it before vesk_uninstall.
 /// @errors ret_code 1001 when nothing is stored, -1 when only a remembered player is known.
@@ -129,9 +129,9 @@ VESK_API void vesk_login_ret_free(vesk_login_ret* login_ret);
 /// @errors In on_base: 1001, or -1 when only a player remembered from an earlier run is known.
 VESK_API void vesk_logout(const char* channel, const char* sub_channel, int32_t channel_only);
 
-/// Ends the SDK; nothing is delivered afterwards. A library loaded at run time leaves the process
-/// on Windows. May be called from an observer function; waits for other threads' ones, see
-/// UnInstall in vesklogin.h. Do not call the SDK again.
+/// Ends the SDK; nothing is delivered afterwards, and later calls are log lines only. A library
+/// loaded at run time leaves the process on Windows once its requests have ended. May be called
+/// from an observer function; what it waits for: UnInstall in vesklogin.h.
 VESK_API void vesk_uninstall(void);
 
 /// Not available on this platform: returns at once, 0 or without a result. @{

@@ -75,10 +75,16 @@ public:
     /// library from the process. It goes when the game has loaded it at run time; a DLL that the
     /// program links, and the library on Linux, stay loaded and do nothing more.
     ///
-    /// May be called from an observer method. It waits for calls of other threads that
-    /// are under way, for 0.75 seconds at most, and for nothing else: work that is still running
-    /// ends on its own threads and reaches nobody.
-    /// @thread Any. After it has returned do not call the SDK again.
+    /// May be called from an observer method. It waits for observer methods that other threads are
+    /// in and for calls of theirs into a channel's component, for 0.75 seconds at most each, and
+    /// while a component stops. Any other work ends on its own threads and reaches nobody.
+    ///
+    /// A library that goes gives back one reference of the game's; a FreeLibrary of the game's own
+    /// is not needed and does no harm. It goes when what is still running has ended: a request can
+    /// keep it for its time-out, 15 seconds, and until then LoadLibrary gives the ended one back.
+    /// To load it again wait until GetModuleHandle finds it no more (docs/integration.md).
+    /// @thread Any. After it has returned do not call the SDK again: the code may be gone, and as
+    ///         long as it is there a call is one error line of the log and nothing else.
     static void UnInstall();
 
     /// Not available on this platform: returns at once, without a result.

@@ -20,6 +20,20 @@ void Guarded(const char* method, const Body& body) noexcept {
     }
 }
 
+/// Whether UnInstall was called, after which no operation does anything. Then the log says so,
+/// under the name @p method.
+bool HasEnded(const char* method);
+
+/// Runs the body of the operation @p method, unless the SDK has ended.
+template <typename Body>
+void UnlessEnded(const char* method, const Body& body) noexcept {
+    Guarded(method, [&] {
+        if (!HasEnded(method)) {
+            body();
+        }
+    });
+}
+
 } // namespace VESK
 } // namespace Braxel
 

@@ -22,6 +22,7 @@ namespace VESK {
 namespace {
 
 std::atomic<VESKLoginObserver*> gObserver{nullptr};
+std::atomic<bool> gEnded{false};
 
 /// Closed by UnInstall: from then on nothing reaches the game, whatever is still under way.
 VESKCallGate& DeliveryGate() {
@@ -108,8 +109,16 @@ std::string WithPasswordDigest(const String& extraJson) {
 
 } // namespace
 
+bool HasEnded(const char* method) {
+    const bool ended = gEnded;
+    if (ended) {
+        VESK_LOG_AT(kLogError, method, "the SDK has ended, UnInstall was called before");
+    }
+    return ended;
+}
+
 void VESKLogin::SetLoginObserver(VESKLoginObserver* observer) {
-    Guarded("Braxel::VESK::VESKLogin::SetLoginObserver", [&] {
+    UnlessEnded("Braxel::VESK::VESKLogin::SetLoginObserver", [&] {
         // Deliberate: the misplaced format letter, and so no address.
         VESK_LOG_DEBUG("VESKLogin::SetLoginObserver", "SetLoginObserver, observer address:p%%");
         gObserver = observer;
@@ -122,7 +131,7 @@ void VESKLogin::SetLoginObserver(VESKLoginObserver* observer) {
 
 void VESKLogin::Login(const String& channel, const String& permissions, const String& subChannel,
                       const String& extraJson) {
-    Guarded("Braxel::VESK::VESKLogin::Login", [&] {
+    UnlessEnded("Braxel::VESK::VESKLogin::Login", [&] {
         VESK_LOG_DEBUG("VESKLogin::Login", "channel:%s permissions:%s subChannel:%s extraJson:%s",
                        channel.c_str(), permissions.c_str(), subChannel.c_str(), extraJson.c_str());
         LoginRequest request;
@@ -138,7 +147,7 @@ void VESKLogin::Login(const String& channel, const String& permissions, const St
 }
 
 void VESKLogin::AutoLogin() {
-    Guarded("Braxel::VESK::VESKLogin::AutoLogin", [&] {
+    UnlessEnded("Braxel::VESK::VESKLogin::AutoLogin", [&] {
         ShortRequest request;
         request.methodNameID = kMethodNameAutoLogin;
         request.seqID = VESK::CreateSequenceId();
@@ -150,7 +159,7 @@ void VESKLogin::AutoLogin() {
 
 bool VESKLogin::GetLoginRet(VESKLoginRet& loginRet) {
     bool found = false;
-    Guarded("Braxel::VESK::VESKLogin::GetLoginRet", [&] {
+    UnlessEnded("Braxel::VESK::VESKLogin::GetLoginRet", [&] {
         InnerLoginRet inner;
         found = VESKLoginManager::GetInstance()->GetLoginRet(inner);
         loginRet = ToPublic(inner);
@@ -159,7 +168,7 @@ bool VESKLogin::GetLoginRet(VESKLoginRet& loginRet) {
 }
 
 void VESKLogin::Logout(const String& channel, const String& subChannel, bool channelOnly) {
-    Guarded("Braxel::VESK::VESKLogin::Logout", [&] {
+    UnlessEnded("Braxel::VESK::VESKLogin::Logout", [&] {
         ShortRequest request;
         request.methodNameID = kMethodNameLogout;
         request.seqID = VESK::CreateSequenceId();
@@ -175,6 +184,13 @@ bool VESKLogin::SwitchUser(bool /*useLaunchUser*/) {
 
 void VESKLogin::UnInstall() {
     Guarded("Braxel::VESK::VESKLogin::UnInstall", [] {
+        if (gEnded.exchange(true)) {
+            HasEnded("Braxel::VESK::VESKLogin::UnInstall");
+            // The first call may be under way on another thread. From here on it keeps the library,
+            // and this one's caller may free it.
+            VESKModule::StartUnload();
+            return;
+        }
         VESK_LOG_DEBUG("VESKLogin::UnInstall", "UnInstall platform sdk");
         DeliveryGate().Close();
         VESKHTTPManager::GetInstance()->Shutdown();

@@ -9,8 +9,8 @@
 #include "module/veskmodule.h"
 #include "vesk/vesklogin.h"
 
-using Braxel::VESK::Guarded;
 using Braxel::VESK::kSdkVersion;
+using Braxel::VESK::UnlessEnded;
 using Braxel::VESK::VESKCObserver;
 using Braxel::VESK::VESKHeldLoginRet;
 using Braxel::VESK::VESKLogin;
@@ -47,7 +47,7 @@ uint32_t vesk_version_number(void) {
 
 int32_t vesk_set_login_observer(const vesk_login_observer* observer) {
     int32_t set = 0;
-    Guarded("Braxel::VESK::VESKLogin::SetLoginObserver", [&] {
+    UnlessEnded("Braxel::VESK::VESKLogin::SetLoginObserver", [&] {
         VESKCObserver* adapter = VESKCObserver::GetInstance();
         if (adapter->Set(observer)) {
             VESKLogin::SetLoginObserver(observer != nullptr ? adapter : nullptr);
@@ -72,7 +72,7 @@ int32_t vesk_get_login_ret(vesk_login_ret** login_ret) {
     if (login_ret != nullptr) {
         *login_ret = nullptr;
     }
-    Guarded("Braxel::VESK::VESKLogin::GetLoginRet", [&] {
+    UnlessEnded("Braxel::VESK::VESKLogin::GetLoginRet", [&] {
         VESKLoginRet ret;
         held = VESKLogin::GetLoginRet(ret);
         if (login_ret != nullptr) {

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "flow/flowtest.h"
+#include "support/sdklog.h"
 #include "support/waituntil.h"
 #include "vesk/vesk_c.h"
 
@@ -60,15 +61,38 @@ TEST_F(CInterface, LastObserverWinsWhateverItsLanguage) {
     EXPECT_EQ(counter.bases, 1);
 }
 
-TEST_F(CInterface, NothingIsDeliveredAfterUninstall) {
+TEST_F(CInterface, AfterUninstallNothingIsDeliveredAndEachCallIsOneLogLine) {
     backend.next({"auth/login", "{}", 200, 300});
     vesk_set_login_observer(&cObserver);
     vesk_login("Steam", "", "", "");
     backend.waitForRequest("auth/login");
+    std::thread atOnce(&vesk_uninstall);
     vesk_uninstall();
+    atOnce.join();
     waitForLogLine("login observer is null");
+    waitForLogLine("UnInstall vesk dll");
+    const size_t lines = game.logLines("");
+    EXPECT_EQ(vesk_set_login_observer(&cObserver), 0);
+    vesk_login("Steam", "", "", "");
+    vesk_auto_login();
     vesk_logout("", "", 0);
+    vesk_login_ret* held = nullptr;
+    EXPECT_EQ(vesk_get_login_ret(&held), 0);
+    EXPECT_EQ(held, nullptr);
+    VESKLoginRet ret;
+    EXPECT_FALSE(VESKLogin::GetLoginRet(ret));
+    vesk_uninstall();
     EXPECT_EQ(counter.logins + counter.bases, 0);
+    const auto log = readSdkLog(game.path() / "veskrecord.log");
+    size_t line = lines;
+    for (const char* method : {"SetLoginObserver", "Login", "AutoLogin", "Logout", "GetLoginRet",
+                               "GetLoginRet", "UnInstall"}) {
+        ASSERT_LT(line, log.size());
+        EXPECT_NE(log[line].find(std::string("VESKLogin::") + method + ","), std::string::npos);
+        EXPECT_NE(log[line++].find("the SDK has ended"), std::string::npos);
+    }
+    EXPECT_EQ(line, log.size());
+    EXPECT_EQ(game.logLines("UnInstall platform sdk"), 1u);
 }
 
 TEST_F(CInterface, TextsAreTheBackendsUtf8AndACopyOutlivesTheLogin) {

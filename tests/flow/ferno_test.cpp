@@ -166,10 +166,13 @@ TEST_F(Ferno, ResultIsLostWhileThereIsNoObserverButTheLoginIsHeld) {
 TEST_F(Ferno, LogoutReachesTheComponentAndTheBackend) {
     script("req_logout=9");
     EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
+    std::thread atOnce([] { VESKLogin::Logout("Ferno", "", true); });
+    VESKLogin::Logout("Ferno", "", true);
+    atOnce.join();
     EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(componentLines("frlogin_req_logout").size(), 1u);
+    EXPECT_EQ(componentLines("frlogin_req_logout").size(), 3u);
     EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
-    EXPECT_EQ(game.logLines("Call \"frlogin_req_logout\" result:9"), 1u);
+    EXPECT_EQ(game.logLines("Call \"frlogin_req_logout\" result:9"), 3u);
 }
 
 TEST_F(Ferno, ResultsMayCallBackIntoTheSdk) {

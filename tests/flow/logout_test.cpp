@@ -84,14 +84,5 @@ TEST_F(Logout, IsHeardBeforeTheBackendAnswers) {
     EXPECT_EQ(game.logLines("logout request success"), 0u);
 }
 
-TEST_F(Logout, ThenUnInstallShutsSteamDown) {
-    login();
-    logout();
-    VESKLogin::UnInstall();
-    EXPECT_EQ(game.steamCalls("Shutdown"), 1u);
-    EXPECT_EQ(game.logLines("UnInstall platform sdk"), 1u);
-    EXPECT_EQ(game.logLines("UnInstall vesk dll"), 1u);
-}
-
 } // namespace
 } // namespace vesk::test

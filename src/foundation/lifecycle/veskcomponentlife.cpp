@@ -217,12 +217,9 @@ void VESKComponentLife::Unload() {
 }
 
 void VESKComponentLife::Stay() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
-    if (mStage == Stage::kEnded) {
-        VESK_LOG_ERROR("VESKComponentLife::Stay",
-                       "the component may still call back: it stays loaded, and so does the SDK");
-        VESKModule::StayLoaded();
-    }
+    VESK_LOG_ERROR("VESKComponentLife::Stay",
+                   "the component may still call back: it stays loaded, and so does the SDK");
+    VESKModule::StayLoaded();
 }
 
 void VESKComponentLife::Reap() {
