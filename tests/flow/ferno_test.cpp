@@ -166,13 +166,18 @@ TEST_F(Ferno, ResultIsLostWhileThereIsNoObserverButTheLoginIsHeld) {
 TEST_F(Ferno, LogoutReachesTheComponentAndTheBackend) {
     script("req_logout=9");
     EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
-    std::thread atOnce([] { VESKLogin::Logout("Ferno", "", true); });
-    VESKLogin::Logout("Ferno", "", true);
+    const auto logOutTenTimes = [] {
+        for (int i = 0; i < 10; ++i) {
+            VESKLogin::Logout("Ferno", "", true);
+        }
+    };
+    std::thread atOnce(logOutTenTimes);
+    logOutTenTimes();
     atOnce.join();
     EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(componentLines("frlogin_req_logout").size(), 3u);
+    EXPECT_EQ(componentLines("frlogin_req_logout").size(), 21u);
     EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
-    EXPECT_EQ(game.logLines("Call \"frlogin_req_logout\" result:9"), 3u);
+    EXPECT_EQ(game.logLines("Call \"frlogin_req_logout\" result:9"), 21u);
 }
 
 TEST_F(Ferno, ResultsMayCallBackIntoTheSdk) {
