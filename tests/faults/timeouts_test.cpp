@@ -9,15 +9,23 @@ namespace {
 using TimeOuts = FaultTest;
 
 TEST_F(TimeOuts, LoginEndsAfterFifteenSeconds) {
-    game.configure("VESK_URL=" + backend.lineUrl());
+    const std::string line = backend.lineUrl();
+    game.configure("VESK_URL=" + line);
+    forgetProxies();
     settle();
-    const char* const rows[] = {"nobody accepts", "handshake stalls", "answer drips"};
+    const char* const rows[] = {"nobody accepts", "handshake stalls",
+                                "proxy refuses without an end", "answer drips"};
     for (const char* row : rows) {
         if (row == rows[0]) {
             backend.breakLine("deaf");
         } else if (row == rows[1]) {
             backend.breakLine("stall", 1, "server");
+        } else if (row == rows[2]) {
+            setVariable("https_proxy", "http" + line.substr(line.find(':')));
+            backend.floodLine("HTTP/1.1 407 Who\r\nContent-Length: 999999999999\r\n\r\n",
+                              std::string(50000, 'x'));
         } else {
+            forgetProxies();
             backend.breakLine("pass");
             Answer answer = loginAnswer("A");
             answer.more = R"(,"drip_ms":1000)";
