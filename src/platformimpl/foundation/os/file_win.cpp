@@ -1,6 +1,7 @@
 #include "platformimpl/foundation/os/file.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
@@ -14,6 +15,9 @@ namespace {
 
 std::atomic<unsigned> gAsides{0};
 
+constexpr int kTries = 50;
+constexpr DWORD kTryMilliseconds = 5;
+
 } // namespace
 
 int64_t FileSize(const std::string& path) {
@@ -22,7 +26,14 @@ int64_t FileSize(const std::string& path) {
 }
 
 std::FILE* OpenPlainFile(const std::string& path, const char* mode) {
-    return std::fopen(path.c_str(), mode); // which fails for folders
+    // Somebody who replaces the file has it for himself, for a moment.
+    for (int tries = 0;; ++tries) {
+        std::FILE* file = std::fopen(path.c_str(), mode); // which fails for folders
+        if (file != nullptr || _doserrno != ERROR_SHARING_VIOLATION || tries == kTries) {
+            return file;
+        }
+        Sleep(kTryMilliseconds);
+    }
 }
 
 std::string AsideName(const std::string& path) {
@@ -37,7 +48,7 @@ bool MoveOver(const std::string& aside, const std::string& path) {
     }
     // A file that somebody reads, another game of the same folder or a virus scanner, cannot be
     // replaced until it is closed.
-    for (int tries = 0; tries < 50; ++tries) {
+    for (int tries = 0; tries < kTries; ++tries) {
         if (MoveFileExA(aside.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) != 0) {
             return true;
         }
@@ -45,7 +56,7 @@ bool MoveOver(const std::string& aside, const std::string& path) {
         if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) {
             return false;
         }
-        Sleep(5);
+        Sleep(kTryMilliseconds);
     }
     return false;
 }
