@@ -42,21 +42,6 @@ TEST_F(ObserverHolder, ResultWithoutAHandlerIsLost) {
     EXPECT_EQ(heard, "6:kept: ");
 }
 
-TEST_F(ObserverHolder, LinesAreCutInTheFileBeforeTheTypesName) {
-    const InnerBaseRet ret(5);
-    newMessages();
-    BaseHolder::Register(7, &first);
-    BaseHolder::CommitToTaskQueue(ret, 7, "s1");
-    BaseHolder::CommitToTaskQueue(ret, 9, "s1");
-    // One line of the registration and two of each commit: the '<' after the class's name falls
-    // on a scrambled place. So do the last letters, which a reader takes for plain ones.
-    EXPECT_THAT(newMessages(), SizeIs(5));
-    const auto lines = logLines();
-    EXPECT_THAT(std::vector<std::string>(lines.end() - 5, lines.end()),
-                Each(AllOf(SizeIs(86), StartsWith("VESK [W.D]["),
-                           HasSubstr("][veskdefine.h,Braxel::VESK::VESKInnerObserverHold"))));
-}
-
 TEST_F(ObserverHolder, ThreadsCommitWhileTheHandlerIsReplaced) {
     BaseHolder::Register(7, &count);
     onEightThreads([](int thread) {

@@ -4,28 +4,14 @@
 
 namespace vesk::test {
 
-class LoginBodies : public UnitTest {
-protected:
-    const std::string device =
-        R"("device_info":{"uuid":"","device_language":"","app_version":"","screen_dpi":0.0,)"
-        R"("resolution":"","trade_mark":"WINDOWS","manufacturer":"WINDOWS","model":"","apn":"",)"
-        R"("ram_info":"","rom_info":"","cpu_info":""},"channel_dis":"Windows"})";
-};
+using LoginBodies = UnitTest;
 
-TEST_F(LoginBodies, BodiesHaveTheirMembersInOrder) {
-    EXPECT_EQ(VESKLoginBodies::Login(R"({"steamid":"1","ticket":"0AFF"})"),
-              R"({"channel_info":{"steamid":"1","ticket":"0AFF"},)" + device);
-    EXPECT_EQ(VESKLoginBodies::Login("not JSON"), R"({"channel_info":{},)" + device);
-    EXPECT_EQ(VESKLoginBodies::PreCode("KZ", "a\"1"),
-              R"({"channel_info":{"devinfo":"a\"1"},)" + device);
-    EXPECT_EQ(VESKLoginBodies::PreCode("Ferno", "ignored"), R"({"channel_info":"",)" + device);
-    EXPECT_EQ(VESKLoginBodies::PreCodeChannelID("Ferno"), 1);
-    EXPECT_EQ(VESKLoginBodies::PreCodeChannelID("KZ"), 2);
+TEST_F(LoginBodies, OfMessengersOnlyArePreCodesAndNoJsonIsAnEmptyObject) {
     for (const char* channel : {"Steam", "kz", "KZ ", ""}) {
         EXPECT_EQ(VESKLoginBodies::PreCode(channel, "1"), "") << channel;
         EXPECT_EQ(VESKLoginBodies::PreCodeChannelID(channel), 0) << channel;
     }
-    EXPECT_EQ(VESKLoginBodies::Logout("T", "O"), R"({"token":"T","openid":"O"})");
+    EXPECT_THAT(VESKLoginBodies::Login("not JSON"), StartsWith(R"({"channel_info":{},"device)"));
 }
 
 TEST_F(LoginBodies, AutoLoginIsForBackendsOfOnesOwn) {

@@ -54,14 +54,6 @@ TEST_F(ThreadTimer, DeadlineTakesMillisecondsForMicroseconds) {
     }
 }
 
-TEST_F(ThreadTimer, StopRightAfterStartEndsIt) {
-    auto* timer = new Timer(60.0);
-    EXPECT_EQ(timer->start(), 0);
-    timer->stop();
-    waitForEnd(1);
-    EXPECT_EQ(ticks, 0);
-}
-
 TEST_F(ThreadTimer, StopWakesATimerThatWaits) {
     auto* timer = new Timer(60.0);
     EXPECT_EQ(timer->start(), 0);
@@ -84,14 +76,6 @@ TEST_F(ThreadTimer, StopInsideTheCallbackMakesItTheLast) {
                             "will notify timer thread", "timer runloop end"));
 }
 
-TEST_F(ThreadTimer, TicksAgainAndAgainWithoutACallbackToo) {
-    auto* timer = new Timer(0.001, nullptr);
-    timer->start();
-    waitUntil("three rounds", [&] { return logged("]timer will while") >= 3; });
-    timer->stop();
-    waitForEnd(1);
-}
-
 TEST_F(ThreadTimer, TimerThatWasNeverStartedStaysItsOwners) {
     Timer(60.0).stop();
     EXPECT_EQ(deleted, 1);
@@ -100,7 +84,7 @@ TEST_F(ThreadTimer, TimerThatWasNeverStartedStaysItsOwners) {
 
 TEST_F(ThreadTimer, FiftyTimersStoppedAtAnyMoment) {
     for (int i = 0; i < 50; ++i) {
-        auto* timer = new Timer(0.0001);
+        auto* timer = new Timer(0.0001, i % 3 == 0 ? nullptr : &countTick);
         ASSERT_EQ(timer->start(), 0);
         std::this_thread::sleep_for(std::chrono::microseconds(i % 2 * 40 * i));
         timer->stop();
