@@ -4,6 +4,8 @@
 #include "faults/faulttest.h"
 #include "faults/gameprocess.h"
 #include "faults/systemfaults.h"
+#include "support/messenger.h"
+#include "support/waituntil.h"
 
 namespace vesk::test {
 namespace {
@@ -134,6 +136,20 @@ TEST_F(ResourceFaults, RefusedMemoryCostsAtMostTheLogin) {
     std::printf("\n%zu logins with refused memory, %zu of them without an answer\n", refused,
                 silent);
     expectWhole();
+}
+
+TEST_F(ResourceFaults, CallbacksWithoutMemoryThrowNothingIntoTheComponent) {
+    const Messenger ferno(game, "ferno", "frlogin.dll");
+    ferno.script("on_qrcode=500:qr:u,0:success,0:kickout:1,0:exception\n");
+    start();
+    VESKLogin::Login("Ferno", "", "", "");
+    waitUntil("the request", [&] { return !ferno.componentLines("req_qrcode").empty(); });
+    SystemFaults::waitForQuiet();
+    SystemFaults::allocations.begin(1, 1000);
+    waitUntil("the callbacks", [&] { return ferno.componentLines("\"callback\"").size() == 4; });
+    EXPECT_GE(SystemFaults::allocations.end(), 4);
+    EXPECT_EQ(observer.loginCount(), 0u);
+    countRow("callbacks without memory", 0);
 }
 
 TEST_F(ResourceFaults, RefusedMemoryAtTheFirstUseLeavesTheSdkUsable) {

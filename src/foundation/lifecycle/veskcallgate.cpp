@@ -1,41 +1,35 @@
 #include "foundation/lifecycle/veskcallgate.h"
 
-#include <algorithm>
 #include <chrono>
 #include <thread>
 
 #include "platformimpl/foundation/os/mutex.h"
-#include "platformimpl/foundation/os/thread.h"
 
 namespace Braxel {
 namespace VESK {
 
-bool VESKCallGate::Enter() {
+bool VESKCallGate::Enter(VESKThreadList::Entry& entry) {
     const std::lock_guard<os::Mutex> lock(mMutex);
     if (mClosed) {
         return false;
     }
-    mInside.push_back(os::CurrentThreadId());
+    mInside.Add(entry);
     return true;
 }
 
-void VESKCallGate::Leave() {
+void VESKCallGate::Leave(VESKThreadList::Entry& entry) {
     const std::lock_guard<os::Mutex> lock(mMutex);
-    const auto entry = std::find(mInside.begin(), mInside.end(), os::CurrentThreadId());
-    if (entry != mInside.end()) {
-        mInside.erase(entry);
-    }
+    mInside.Remove(entry);
 }
 
 bool VESKCallGate::OthersInside() {
     const std::lock_guard<os::Mutex> lock(mMutex);
-    const uint64_t self = os::CurrentThreadId();
-    return std::any_of(mInside.begin(), mInside.end(),
-                       [self](uint64_t thread) { return thread != self; });
+    return mInside.HasAnotherThread();
 }
 
 void VESKCallGate::Close() {
-    // By the clock: a short sleep takes as long as the system's timer likes, on Windows three times.
+    // By the clock: a short sleep takes as long as the system's timer likes, on Windows three
+    // times.
     const auto until = std::chrono::steady_clock::now() + kPatience;
     {
         const std::lock_guard<os::Mutex> lock(mMutex);

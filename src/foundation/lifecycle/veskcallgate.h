@@ -2,9 +2,8 @@
 #define VESK_FOUNDATION_LIFECYCLE_VESKCALLGATE_H
 
 #include <chrono>
-#include <cstdint>
-#include <vector>
 
+#include "foundation/lifecycle/veskthreadlist.h"
 #include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
@@ -17,10 +16,10 @@ public:
     /// One call through the gate, for as long as the object lives.
     class Pass {
     public:
-        explicit Pass(VESKCallGate& gate) : mGate(gate), mEntered(gate.Enter()) {}
+        explicit Pass(VESKCallGate& gate) : mGate(gate), mEntered(gate.Enter(mEntry)) {}
         ~Pass() {
             if (mEntered) {
-                mGate.Leave();
+                mGate.Leave(mEntry);
             }
         }
         Pass(const Pass&) = delete;
@@ -31,6 +30,7 @@ public:
 
     private:
         VESKCallGate& mGate;
+        VESKThreadList::Entry mEntry;
         const bool mEntered;
     };
 
@@ -42,13 +42,13 @@ public:
     static constexpr std::chrono::milliseconds kPatience{750};
 
 private:
-    bool Enter();
-    void Leave();
+    bool Enter(VESKThreadList::Entry& entry);
+    void Leave(VESKThreadList::Entry& entry);
     bool OthersInside();
 
     os::Mutex mMutex;
     bool mClosed = false;
-    std::vector<uint64_t> mInside; // the thread of each call
+    VESKThreadList mInside;
 };
 
 } // namespace VESK

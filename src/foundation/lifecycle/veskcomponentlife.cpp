@@ -19,17 +19,6 @@ constexpr std::chrono::milliseconds kPoll(10);
 /// For a start by another thread: a component may wait for the very thread that waits here.
 constexpr std::chrono::seconds kStartPatience(15);
 
-bool Holds(const std::vector<uint64_t>& threads, uint64_t thread) {
-    return std::find(threads.begin(), threads.end(), thread) != threads.end();
-}
-
-void RemoveOne(std::vector<uint64_t>& threads, uint64_t thread) {
-    const auto entry = std::find(threads.begin(), threads.end(), thread);
-    if (entry != threads.end()) {
-        threads.erase(entry);
-    }
-}
-
 } // namespace
 
 VESKComponentLife::~VESKComponentLife() {
@@ -98,7 +87,7 @@ VESKComponentLife::Stage VESKComponentLife::End() {
 VESKComponentLife::Call::Call(VESKComponentLife& life) : mLife(life) {
     const std::lock_guard<os::Mutex> lock(mLife.mMutex);
     if (mLife.mStage != Stage::kEnded) {
-        mLife.mCalls.push_back(os::CurrentThreadId());
+        mLife.mCalls.Add(mEntry);
         mEntered = true;
     }
 }
@@ -106,19 +95,19 @@ VESKComponentLife::Call::Call(VESKComponentLife& life) : mLife(life) {
 VESKComponentLife::Call::~Call() {
     if (mEntered) {
         const std::lock_guard<os::Mutex> lock(mLife.mMutex);
-        RemoveOne(mLife.mCalls, os::CurrentThreadId());
+        mLife.mCalls.Remove(mEntry);
     }
 }
 
 VESKComponentLife::Callback::Callback(VESKComponentLife& life) : mLife(life) {
     const std::lock_guard<os::Mutex> lock(mLife.mMutex);
     mHeard = mLife.mStage != Stage::kEnded;
-    mLife.mCallbacks.push_back(os::CurrentThreadId());
+    mLife.mCallbacks.Add(mEntry);
 }
 
 VESKComponentLife::Callback::~Callback() {
     const std::lock_guard<os::Mutex> lock(mLife.mMutex);
-    RemoveOne(mLife.mCallbacks, os::CurrentThreadId());
+    mLife.mCallbacks.Remove(mEntry);
     mLife.mLastSign = Clock::now();
 }
 
@@ -140,7 +129,7 @@ void VESKComponentLife::Depart(Departure departure) {
         mLeaving.push_back(leaving);
         KeepModule();
         // Stopped inside a callback of its own, a component may well wait for that callback.
-        atOnce = mCalls.empty() && !Holds(mCallbacks, os::CurrentThreadId());
+        atOnce = mCalls.IsEmpty() && !mCallbacks.HasThisThread();
         leaving->stop = atOnce ? Stop::kUnderWay : Stop::kOpen;
         ++mDepartures;
     }
@@ -169,7 +158,7 @@ void VESKComponentLife::StopWhenNobodyIsInside() {
             const auto found =
                 std::find_if(mLeaving.begin(), mLeaving.end(),
                              [](const auto& leaving) { return leaving->stop == Stop::kOpen; });
-            if (!mCalls.empty() || found == mLeaving.end()) {
+            if (!mCalls.IsEmpty() || found == mLeaving.end()) {
                 return;
             }
             next = *found;
@@ -181,7 +170,7 @@ void VESKComponentLife::StopWhenNobodyIsInside() {
 
 bool VESKComponentLife::IsAtRest() {
     const std::lock_guard<os::Mutex> lock(mMutex);
-    return mCalls.empty() && mCallbacks.empty() && Clock::now() - mLastSign >= mRest &&
+    return mCalls.IsEmpty() && mCallbacks.IsEmpty() && Clock::now() - mLastSign >= mRest &&
            std::all_of(mLeaving.begin(), mLeaving.end(),
                        [](const auto& leaving) { return leaving->stop == Stop::kDone; });
 }

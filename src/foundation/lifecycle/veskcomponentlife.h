@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "foundation/lifecycle/veskthreadlist.h"
 #include "module/veskmodule.h"
 #include "platformimpl/foundation/os/mutex.h"
 
@@ -72,6 +73,7 @@ public:
 
     private:
         VESKComponentLife& mLife;
+        VESKThreadList::Entry mEntry;
         bool mEntered = false;
     };
 
@@ -89,6 +91,7 @@ public:
     private:
         const VESKModule::Use mUse;
         VESKComponentLife& mLife;
+        VESKThreadList::Entry mEntry;
         bool mHeard = false;
     };
 
@@ -134,8 +137,8 @@ private:
     os::Mutex mMutex; // guards what follows, and what is atomic for its writers
     std::atomic<Stage> mStage{Stage::kIdle};
     uint64_t mStarter = 0;
-    std::vector<uint64_t> mCalls;     // the thread of each
-    std::vector<uint64_t> mCallbacks; // likewise
+    VESKThreadList mCalls;
+    VESKThreadList mCallbacks;
     std::chrono::steady_clock::time_point mLastSign;
     std::vector<std::shared_ptr<Leaving>> mLeaving;
     std::atomic<bool> mReaping{false};

@@ -59,7 +59,8 @@ HRESULT ReadNumber(const VARIANT& argument, LONG& number) {
 }
 
 /// Nothing, and an argument that was left out, are a result that is not there.
-HRESULT ReadResult(const VARIANT& argument, ComPtr<IKZProperties>& result) {
+HRESULT ReadResult(const VARIANT& argument, const IID& propertiesId,
+                   ComPtr<IKZProperties>& result) {
     const VARIANT* meant = Meant(argument);
     if (meant == nullptr) {
         return DISP_E_TYPEMISMATCH;
@@ -85,8 +86,8 @@ HRESULT ReadResult(const VARIANT& argument, ComPtr<IKZProperties>& result) {
     if (object == nullptr) {
         return S_OK;
     }
-    return SUCCEEDED(object->QueryInterface(KZId(VESK_KZ_IID_PROPERTIES),
-                                            reinterpret_cast<void**>(result.Receive()))) &&
+    return SUCCEEDED(
+               object->QueryInterface(propertiesId, reinterpret_cast<void**>(result.Receive()))) &&
                    result
                ? S_OK
                : DISP_E_TYPEMISMATCH;
@@ -96,7 +97,7 @@ HRESULT ReadResult(const VARIANT& argument, ComPtr<IKZProperties>& result) {
 
 CSink::CSink(KZOpenSDKCallback* callback)
     : mInterfaceId(KZId(VESK_KZ_IID_EVENTS)), mDispInterfaceId(KZId(VESK_KZ_IID_DISPEVENTS)),
-      mCallback(callback) {
+      mPropertiesId(KZId(VESK_KZ_IID_PROPERTIES)), mCallback(callback) {
     // A component may keep its listeners in the global interface table, or hand them from one
     // apartment to another. There is no proxy for these interfaces, and a call must not wait until
     // the thread of some apartment looks at its messages.
@@ -174,7 +175,7 @@ HRESULT CSink::Invoke(DISPID member, REFIID reserved, LCID /*locale*/, WORD flag
     HRESULT read = ReadNumber(parameters->rgvarg[argument], notifyType);
     if (SUCCEEDED(read)) {
         argument = 0;
-        read = ReadResult(parameters->rgvarg[argument], result);
+        read = ReadResult(parameters->rgvarg[argument], mPropertiesId, result);
     }
     if (FAILED(read)) {
         if (wrongArgument != nullptr) {

@@ -38,6 +38,7 @@ protected:
 private:
     const IID mInterfaceId;
     const IID mDispInterfaceId;
+    const IID mPropertiesId;
     ComPtr<IUnknown> mMarshaler; // aggregated
     // The component may let go of it long after it was told to: until then its code must be there.
     const VESKModule::Use mUse;
