@@ -47,11 +47,11 @@ private:
     bool Stop();
     bool Unload();
 
-    VESKComponentLife mLife;
     os::Mutex mMutex; // guards the library and the table that it has
     os::DynamicLibrary mLibrary;
     FrCallbackTable* mCallbacks = nullptr;
     std::atomic<VESKChannelNotify*> mNotify{nullptr};
+    VESKComponentLife mLife; // last: it waits for its thread, which uses the others
 };
 
 } // namespace VESK

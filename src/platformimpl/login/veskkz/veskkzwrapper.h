@@ -73,12 +73,12 @@ private:
     void Depart(const std::shared_ptr<KZComponent>& component, bool wasRunning);
 
     ComponentMaker mMakeComponent;
-    VESKComponentLife mLife;
     os::Mutex mMutex;          // held while the sink is connected
     os::Mutex mComponentMutex; // guards the pointer
     std::shared_ptr<KZComponent> mComponent;
     std::atomic<int32_t> mAdvised{0};
     std::atomic<VESKChannelNotify*> mNotify{nullptr};
+    VESKComponentLife mLife; // last: it waits for its thread, which uses the others
 };
 
 } // namespace VESK

@@ -55,13 +55,14 @@ private:
     std::string Cached(const std::string& text);
     void Cache(std::string& text, const std::string& value);
 
-    VESKComponentLife mLife{VESKComponentLife::Milliseconds(0)}; // it never calls back
     os::Mutex mMutex; // guards the three below; not held across calls into Steam
     os::DynamicLibrary mLibrary;
     std::string mSteamID;
     std::string mTicket;
     std::atomic<uint32_t> mAuthTicket{0};
     std::atomic<void*> steam_user_{nullptr};
+    // Zero: it never calls back. Last: it waits for its thread, which uses the others.
+    VESKComponentLife mLife{VESKComponentLife::Milliseconds(0)};
 };
 
 } // namespace VESK
