@@ -81,5 +81,15 @@ TEST_F(KZUnload, OneObjectForTheProcessIsStartedOnceWhoeverAsks) {
     expectGone(seconds(15));
 }
 
+TEST_F(KZUnload, AfterAStartThatFailedAndAnotherThatDidNot) {
+    kz.script("initialize=0x80004005\n");
+    sdk.login("KZ");
+    showCode("");
+    unInstall();
+    expectGone(seconds(15));
+    expectComponentGone();
+    EXPECT_EQ(kz.componentLines("UnInitialize").size(), 1u);
+}
+
 } // namespace
 } // namespace vesk::test

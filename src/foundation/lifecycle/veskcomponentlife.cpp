@@ -22,9 +22,15 @@ constexpr std::chrono::seconds kStartPatience(15);
 } // namespace
 
 VESKComponentLife::~VESKComponentLife() {
-    while (mReaping) {
+    while (IsReaping()) {
         std::this_thread::sleep_for(kPoll);
     }
+}
+
+/// Asked with the lock held, which the reaper must have let go of before this object goes.
+bool VESKComponentLife::IsReaping() {
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    return mReaping;
 }
 
 /// Whatever the game unloads, what a component may call back is there. With the lock held.
@@ -60,21 +66,30 @@ bool VESKComponentLife::TakeStart() {
 
 bool VESKComponentLife::Start::Publish() {
     const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    mLife.KeepModule(); // also for one that has to be stopped again, whatever comes of that
     if (mLife.mStage != Stage::kStarting) {
         return false;
     }
     mLife.mStage = Stage::kRunning;
-    mLife.KeepModule();
     return true;
 }
 
 VESKComponentLife::Start::~Start() {
-    if (mTaken) {
-        const std::lock_guard<os::Mutex> lock(mLife.mMutex);
-        if (mLife.mStage == Stage::kStarting) {
-            mLife.mStage = Stage::kIdle;
-        }
+    if (!mTaken) {
+        return;
     }
+    {
+        const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+        if (mLife.mStage != Stage::kStarting) {
+            return;
+        }
+        mLife.mStage = Stage::kIdle;
+        if (mLife.mLeaving.empty()) {
+            return;
+        }
+        ++mLife.mDepartures; // the releasing thread may just be leaving those to this start
+    }
+    mLife.StartReaper();
 }
 
 VESKComponentLife::Stage VESKComponentLife::End() {
@@ -168,6 +183,13 @@ void VESKComponentLife::StopWhenNobodyIsInside() {
     }
 }
 
+/// Whether another start has followed a failed one: they have the same file, and what is left of
+/// the first goes with the last.
+bool VESKComponentLife::IsStartedAnew() {
+    const std::lock_guard<os::Mutex> lock(mMutex);
+    return (mStage == Stage::kStarting || mStage == Stage::kRunning) && !IsStopping();
+}
+
 bool VESKComponentLife::IsAtRest() {
     const std::lock_guard<os::Mutex> lock(mMutex);
     return mCalls.IsEmpty() && mCallbacks.IsEmpty() && Clock::now() - mLastSign >= mRest &&
@@ -187,21 +209,25 @@ void VESKComponentLife::Unload() {
         const std::lock_guard<os::Mutex> lock(mMutex);
         leaving.swap(mLeaving);
     }
-    bool gone = true;
-    for (const std::shared_ptr<Leaving>& component : leaving) {
-        gone = component->how.unload() && gone;
+    // Twice: those who were started one after the other have the same file, and it is gone when the
+    // last of them has given it back.
+    for (int round = 0; round < 2; ++round) {
+        leaving.erase(std::remove_if(leaving.begin(), leaving.end(),
+                                     [](const auto& component) { return component->how.unload(); }),
+                      leaving.end());
     }
-    if (!gone) {
-        {
-            const std::lock_guard<os::Mutex> lock(mMutex);
-            mLeaving.insert(mLeaving.end(), leaving.begin(), leaving.end());
+    {
+        const std::lock_guard<os::Mutex> lock(mMutex);
+        mLeaving.insert(mLeaving.end(), leaving.begin(), leaving.end());
+        if (mStage == Stage::kStarting || mStage == Stage::kRunning) {
+            return; // it has the file, and it may call back
         }
-        Stay();
-        return;
+        if (mLeaving.empty()) {
+            mModule.reset();
+        }
     }
-    const std::lock_guard<os::Mutex> lock(mMutex);
-    if (mStage != Stage::kRunning && mLeaving.empty()) {
-        mModule.reset();
+    if (!leaving.empty()) {
+        Stay();
     }
 }
 
@@ -216,6 +242,9 @@ void VESKComponentLife::Reap() {
     do {
         std::this_thread::sleep_for(kPoll);
         StopWhenNobodyIsInside();
+        if (IsStartedAnew()) {
+            return;
+        }
         if (IsAtRest()) {
             Unload();
             return;
@@ -250,14 +279,16 @@ bool VESKComponentLife::EndReaping(unsigned departures) {
 void VESKComponentLife::StartReaper() {
     {
         const std::lock_guard<os::Mutex> lock(mMutex);
-        if (mReaping.exchange(true)) {
+        if (mReaping) {
             return;
         }
+        mReaping = true;
     }
     pthread_t thread = {};
     if (os::StartDetachedThread(&thread, &ReapOnThread, this) != 0) {
-        mReaping = false;
         Stay();
+        const std::lock_guard<os::Mutex> lock(mMutex);
+        mReaping = false;
     }
 }
 

@@ -22,7 +22,8 @@ namespace VESK {
 /// calls back after it was, or does not come to rest stays in the process for good, and this
 /// library with it.
 ///
-/// No lock is held while a component runs. An object outlives what it counts.
+/// No lock is held while a component runs. An object outlives what it counts, and its destructor
+/// waits for the releasing thread: make it the last member of whoever has it.
 class VESKComponentLife {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -51,8 +52,7 @@ public:
         /// False: it runs by now, or must not be started any more, or this very thread starts it.
         explicit operator bool() const { return mTaken; }
 
-        /// The component runs now. False when End() was called meanwhile: Depart() undoes the
-        /// start.
+        /// The component runs now. False after End(): Depart() undoes the start.
         bool Publish();
 
     private:
@@ -65,8 +65,6 @@ public:
     public:
         explicit Call(VESKComponentLife& life);
         ~Call();
-        Call(const Call&) = delete;
-        Call& operator=(const Call&) = delete;
 
         /// False: the component has been ended, do not call it.
         explicit operator bool() const { return mEntered; }
@@ -82,8 +80,6 @@ public:
     public:
         explicit Callback(VESKComponentLife& life);
         ~Callback();
-        Callback(const Callback&) = delete;
-        Callback& operator=(const Callback&) = delete;
 
         /// False: the component has been ended, and what it says reaches nobody.
         explicit operator bool() const { return mHeard; }
@@ -104,7 +100,7 @@ public:
     /// How a component goes.
     struct Departure {
         std::function<bool()> stop;   ///< false when it cannot be stopped
-        std::function<bool()> unload; ///< false when its file is in the process all the same
+        std::function<bool()> unload; ///< once; then whether its file has left the process
     };
 
     /// Stops the component, at once unless a call is inside it or this thread is in a callback of
@@ -117,12 +113,13 @@ private:
         Departure how;
         Stop stop = Stop::kOpen;
     };
-
     bool TakeStart();
     void KeepModule();
     bool IsStopping() const;
     void RunStop(Leaving& leaving);
     void StopWhenNobodyIsInside();
+    bool IsReaping();
+    bool IsStartedAnew();
     bool IsAtRest();
     bool CannotBeStopped();
     void Unload();
@@ -141,7 +138,7 @@ private:
     VESKThreadList mCallbacks;
     std::chrono::steady_clock::time_point mLastSign;
     std::vector<std::shared_ptr<Leaving>> mLeaving;
-    std::atomic<bool> mReaping{false};
+    bool mReaping = false;
     unsigned mDepartures = 0;
     std::optional<VESKModule::Reference> mModule; // while something of it may come back
 };

@@ -25,7 +25,7 @@ public:
         return reinterpret_cast<Function>(FindSymbol(name));
     }
 
-    /// Unloads the component; does nothing when none is loaded.
+    /// Unloads the component; does nothing when none is loaded, or it has done so before.
     /// @return false when it is in the process all the same: somebody else holds it, too.
     bool Close();
 

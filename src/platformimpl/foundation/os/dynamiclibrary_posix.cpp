@@ -59,12 +59,12 @@ DynamicLibrary::AnyFunction DynamicLibrary::FindSymbol(const char* name) const {
 }
 
 bool DynamicLibrary::Close() {
-    if (mHandle == nullptr) {
-        return true;
+    if (mHandle != nullptr) {
+        dlclose(mHandle);
+        mHandle = nullptr;
     }
-    dlclose(mHandle);
-    mHandle = nullptr;
-    void* left = dlopen(mPath.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    // An empty path would be the program itself.
+    void* left = mPath.empty() ? nullptr : dlopen(mPath.c_str(), RTLD_NOW | RTLD_NOLOAD);
     if (left != nullptr) {
         dlclose(left);
     }

@@ -30,12 +30,11 @@ DynamicLibrary::AnyFunction DynamicLibrary::FindSymbol(const char* name) const {
 }
 
 bool DynamicLibrary::Close() {
-    if (mHandle == nullptr) {
-        return true;
+    if (mHandle != nullptr) {
+        FreeLibrary(static_cast<HMODULE>(mHandle));
+        mHandle = nullptr;
     }
-    FreeLibrary(static_cast<HMODULE>(mHandle));
-    mHandle = nullptr;
-    return GetModuleHandleW(LocaleToWide(mPath).c_str()) == nullptr;
+    return mPath.empty() || GetModuleHandleW(LocaleToWide(mPath).c_str()) == nullptr;
 }
 
 } // namespace os

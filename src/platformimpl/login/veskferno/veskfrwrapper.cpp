@@ -115,18 +115,18 @@ bool VESKFRWrapper::Stop() {
 }
 
 bool VESKFRWrapper::Unload() {
-    os::DynamicLibrary library;
+    os::DynamicLibrary library = Library();
+    const bool gone = library.Close();
     FrCallbackTable* table = nullptr;
     {
         const std::lock_guard<os::Mutex> lock(mMutex);
-        std::swap(library, mLibrary);
-        table = mCallbacks;
-    }
-    if (!library.Close()) {
-        return false; // and it may still know the table
+        mLibrary = library;
+        if (gone) { // or it may still know the table
+            std::swap(table, mCallbacks);
+        }
     }
     std::free(table);
-    return true;
+    return gone;
 }
 
 void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,

@@ -83,12 +83,11 @@ public:
         const ComApartment apartment;
         mPoint.Reset();
         mObject.Reset();
-        bool gone = true;
         if (mModule != nullptr) {
             CoFreeLibrary(mModule);
             mModule = nullptr;
-            gone = GetModuleHandleW(mPath.c_str()) == nullptr;
         }
+        const bool gone = mPath.empty() || GetModuleHandleW(mPath.c_str()) == nullptr;
         if (gone) {
             mSink.Reset();
         }
