@@ -104,7 +104,7 @@ TEST_F(Ferno, WithoutTheLibraryTheLogTellsWhy) {
 }
 
 TEST_F(Ferno, KickOutAfterADeliveredLoginReachesNobody) {
-    script("on_qrcode=10:qr:u,10:success,500:kickout:1,10:success");
+    script("on_qrcode=10:qr:u,10:success,3000:kickout:1,10:success");
     EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
     waitForLogLine("mCurrentLoginSeqID is not equal");
     EXPECT_EQ(game.logLines(" login observer is null or this seqID in cache"), 1u);
@@ -140,7 +140,7 @@ TEST_F(Ferno, LogoutWhileACodeIsShownLeavesTheLoginRunning) {
 
 TEST_F(Ferno, ComponentThatAnswersTwiceIsHeardOnce) {
     backend.next({"auth/login", loginAnswer("1").body, 200, 400});
-    script("on_qrcode=10:qr:u,10:success,10:success,800:fail:1:1");
+    script("on_qrcode=10:qr:u,10:success,10:success,3000:fail:1:1");
     EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
     waitUntil("the late failure", [this] { return game.logLines("Ferno login failed!") == 1; });
     waitForLogLine("auth/login");
