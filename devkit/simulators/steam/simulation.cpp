@@ -1,7 +1,7 @@
 #include "simulation.h"
 
-#include <cstdlib>
 #include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <thread>

@@ -28,8 +28,7 @@ bool VESKCallGate::OthersInside() {
 }
 
 void VESKCallGate::Close() {
-    // By the clock: a short sleep takes as long as the system's timer likes, on Windows three
-    // times.
+    // By the clock: a short sleep takes as long as the system's timer likes, thrice on Windows.
     const auto until = std::chrono::steady_clock::now() + kPatience;
     {
         const std::lock_guard<os::Mutex> lock(mMutex);
