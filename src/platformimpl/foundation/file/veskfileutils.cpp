@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 
@@ -24,7 +25,7 @@ FilePtr Open(const std::string& directory, const std::string& path, const char* 
     return FilePtr(directory.empty() ? nullptr : os::OpenPlainFile(path, mode));
 }
 
-constexpr size_t kLongestPiece = 1023;
+constexpr std::ptrdiff_t kLongestPiece = 1023;
 
 /// Reads the file. False when it is longer than @p limit: half a setting or half a player's id is
 /// worse than none.
@@ -39,11 +40,12 @@ bool ReadAll(std::FILE* file, size_t limit, std::string& content) {
         }
     }
     // Deliberate: a zero byte cuts the rest of its piece, which ends with its line or its length.
-    for (size_t begin = 0; begin < bytes.size(); begin += length) {
-        const size_t lineEnd = bytes.find('\n', begin);
-        length = std::min(kLongestPiece, std::min(lineEnd, bytes.size() - 1) - begin + 1);
-        const size_t zero = bytes.find('\0', begin);
-        content.append(bytes, begin, std::min(length, zero - begin));
+    for (auto begin = bytes.cbegin(); begin != bytes.cend();) {
+        const auto longest = begin + std::min<std::ptrdiff_t>(kLongestPiece, bytes.cend() - begin);
+        const auto lineEnd = std::find(begin, longest, '\n');
+        const auto end = lineEnd == longest ? longest : lineEnd + 1;
+        content.append(begin, std::find(begin, end, '\0'));
+        begin = end;
     }
     return true;
 }
