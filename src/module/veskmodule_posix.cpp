@@ -33,14 +33,19 @@ std::string Absolute(const std::string& folder) {
 /// link, what belongs to the library still lies beside the link.
 std::string LoadedPath() {
     Dl_info info = {};
-    if (dladdr(reinterpret_cast<void*>(&LoadedPath), &info) == 0 || info.dli_fname == nullptr) {
+    if (dladdr(reinterpret_cast<void*>(&LoadedPath), &info) == 0 || info.dli_fname == nullptr ||
+        *info.dli_fname == '\0') {
         return {};
     }
     std::string path = info.dli_fname;
-    const size_t slash = path.rfind('/');
-    if (slash == std::string::npos || path[0] == '/') {
+    if (path[0] == '/') {
         return path;
     }
+    // An empty entry of LD_LIBRARY_PATH is the working directory, too.
+    if (path.find('/') == std::string::npos) {
+        path.insert(0, "./");
+    }
+    const size_t slash = path.rfind('/');
     return Absolute(path.substr(0, slash)) + path.substr(slash);
 }
 

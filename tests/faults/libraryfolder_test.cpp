@@ -20,6 +20,7 @@ TEST(LibraryFolder, IsTheOneOfWhenTheLibraryWasLoaded) {
         std::function<void()> beforeLoading, afterwards;
     } rows[] = {
         {game.path(), ".", keep, keep},
+        {game.path(), "", keep, keep}, // found by the search path, an empty entry of which it is
         {elsewhere, "../" + game.path().filename().string(), keep, keep},
         {game.path(), "with a blank/..//.", keep, keep},
         {game.path(), "link/..", keep, keep},
