@@ -33,11 +33,8 @@ bool isNameCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-size_t skip(std::string_view text, size_t at, char c) {
-    while (at < text.size() && text[at] == c) {
-        ++at;
-    }
-    return at;
+size_t skip(std::string_view text, size_t at, std::string_view characters) {
+    return std::min(text.find_first_not_of(characters, at), text.size());
 }
 
 size_t endOfName(std::string_view text, size_t at) {
@@ -49,7 +46,7 @@ size_t endOfName(std::string_view text, size_t at) {
 
 /// Behind a quote, escaped as often as may be, that stands at `at`; `at` itself when none does.
 size_t behindQuote(std::string_view text, size_t at) {
-    const size_t quote = skip(text, at, '\\');
+    const size_t quote = skip(text, at, "\\");
     return quote < text.size() && text[quote] == '"' ? quote + 1 : at;
 }
 
@@ -134,13 +131,15 @@ size_t Redactor::redactName(size_t at) {
     const size_t end = endOfName(mText, at);
     const std::string_view name = mText.substr(at, end - at);
     const size_t quote = behindQuote(mText, end);
-    const size_t sign = skip(mText, quote, ' ');
+    // JSON has line ends wherever it has blanks; a setting ends with its line.
+    const std::string_view blanks = quote != end ? " \t\r\n" : " ";
+    const size_t sign = skip(mText, quote, blanks);
     const bool hasValue = sign < mText.size() && (mText[sign] == ':' || mText[sign] == '=');
     if (!hasValue || (name != "key" && !isSecret(name))) {
         mOut.append(name);
         return end;
     }
-    const size_t value = skip(mText, sign + 1, ' ');
+    const size_t value = skip(mText, sign + 1, blanks);
     mOut.append(mText.substr(at, value - at));
     if (quote != end && mText[sign] == ':') {
         return name == "key" ? value : maskJsonValue(value);
@@ -192,7 +191,7 @@ size_t Redactor::maskValueOfKey(size_t at) {
     if (sign == std::string_view::npos || !isSecret(mText.substr(at, end - at))) {
         return end;
     }
-    const size_t value = skip(mText, sign + 1, ' ');
+    const size_t value = skip(mText, sign + 1, " ");
     mOut.append(mText.substr(end, value - end));
     const bool isEmpty = mText.substr(value, kTypeOfMember.size()) == kTypeOfMember;
     return isEmpty ? value : mask(value, mText.size());

@@ -16,6 +16,7 @@ TEST(Redacting, EveryNotationOfTheProductIsMasked) {
         {R"({"token":"a","n":1,"openid":"b"})", R"({"token":"***","n":1,"openid":"***"})"},
         {R"({"i":"{\"ctt\":\"x\\\"y\",\"a\":\"1\"}"})", R"({"i":"{\"ctt\":\"***\",\"a\":\"1\"}"})"},
         {R"({"token" : "a\"b\\","x":"y"})", R"({"token" : "***","x":"y"})"},
+        {"{\"token\"\t:\r\n\t\"a\"}", "{\"token\"\t:\r\n\t\"***\"}"},
         {R"({"steamid":7656,"ret":0})", R"({"steamid":***,"ret":0})"},
         {R"({"access_token":["a","b"]})", R"({"access_token":***)"},
         {R"({"token":"","msg":"m"})", R"({"token":"","msg":"m"})"},
