@@ -27,6 +27,7 @@ TEST_F(Logout, TellsTheBackendAndForgetsTheLogin) {
     VESKLoginRet held;
     EXPECT_FALSE(VESKLogin::GetLoginRet(held));
     EXPECT_EQ(held.retCode, VESKError::NO_STORED_LOGIN);
+    EXPECT_EQ(game.logLines("remove task success :refreshTokenTask"), 1u);
 }
 
 TEST_F(Logout, OfTheChannelOnlyKeepsTheLoginAndTheBackendUntold) {

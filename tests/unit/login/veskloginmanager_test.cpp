@@ -170,6 +170,22 @@ TEST_F(LoginManager, LogoutThatNoChannelAnswersIsNotRemembered) {
     }
 }
 
+TEST_F(LoginManager, FailedLogoutOfAChannelIsToldWithItsOutsideCode) {
+    static std::string heard;
+    using Holder = VESKInnerObserverHolder<InnerBaseRet>;
+    Holder::Register(102, [](const InnerBaseRet& ret, const char* seqID) {
+        heard = std::to_string(ret.retCode) + " " + std::to_string(ret.thirdCode) + " " +
+                ret.thirdMsg.c_str() + " " + seqID;
+    });
+    save(login("1"));
+    InnerBaseRet answer(9999);
+    answer.thirdCode = 7;
+    answer.thirdMsg = "why";
+    Holder::CommitToTaskQueue(answer, 108, "s");
+    EXPECT_EQ(heard, "9999 7 why s");
+    EXPECT_STREQ(held().token.c_str(), "T1") << "the player is still logged in";
+}
+
 TEST_F(LoginManager, GuestsHaveNoTokenToRefresh) {
     manager.TimerRefreshToken("s", "Guest");
     EXPECT_THAT(newMessages(), Contains("[ s ] channel Guest  not need to refresh token"));

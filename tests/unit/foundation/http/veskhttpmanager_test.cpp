@@ -105,6 +105,14 @@ TEST_F(HttpManager, GetFollowsTwoRedirectsAndSendsNoHeadersOfTheRequester) {
     EXPECT_EQ(logged("VESKHTTPClient::SendReadRequest,"), 7u);
 }
 
+TEST_F(HttpManager, AnswerWithoutAStatusIsNoSuccess) {
+    write("file", "text");
+    get("file://" + (folder / "file").string(), 1);
+    // Windows' libcurl knows nothing but HTTP.
+    const bool knowsFiles = std::filesystem::path::preferred_separator == '/';
+    EXPECT_EQ(waitFor(1).at(0).result, knowsFiles ? 833 : 1);
+}
+
 TEST_F(HttpManager, FourRunAndTheRestWaits) {
     LoopbackServer server;
     const auto ids = get(server.url(), 25);

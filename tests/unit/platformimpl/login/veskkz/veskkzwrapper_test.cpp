@@ -74,6 +74,7 @@ TEST_F(KZWrapper, EventsAreDecodedAndReported) {
          "OpenSDK_QrScanResult_Expired"},
         {2, {{}, {{L"QRCodeImageUrl", "u"}}}, "", "Qrcode info, image url:u, id:, state:0"},
         {2, {{{L"QRCodeState", -1}}, {}}, "", "state:-1 result message:"},
+        {3, {{{L"ResultCode", 0}, {L"QRCodeState", 1}}, {}}, "", "OpenSDK_QrScanResult_UnScan"},
         {3, {{{L"ResultCode", 0}, {L"QRCodeState", 2}}, {}}, "", "OpenSDK_QrScanResult_UnScan"},
         {3, {{{L"ResultCode", 0}, {L"QRCodeState", 6}}, {}}, "", "OpenSDK_Notify_LoginByQRCode"},
         {3, user, "login 0 KZ login succeess o c", "KZ login succeed! openid:o ctk:c"},
