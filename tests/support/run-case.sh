@@ -1,21 +1,20 @@
 #!/bin/sh
 # Runs one test case in a process and a folder of its own.
 #
-# usage: run-case.sh [--plain] [--copies] [--launcher wine] [--backend PROGRAM] [--after PROGRAM]
+# usage: run-case.sh [--plain] [--copies] [--launcher wine] [--backend PROGRAM]
 #                    PROGRAM CASE [FILE[=NAME]]...
 #
 # PROGRAM is a GoogleTest program, CASE is Suite.Case. With --plain it is any other program: it finds
 # the SDK configured for the backend, has to end with 0 and to print CASE as a line. The FILEs lie
 # beside the program, under NAME when one is given. With --backend a dev backend runs over HTTPS for
-# the length of the case, and its cacert.pem lies there too. With --after another program gets the
-# folder of a case that has passed, and has to end with 0. With --copies the case may change or remove
-# its FILEs: Windows holds on to a library that another case runs, under whatever name. The program
+# the length of the case, and its cacert.pem lies there too. With --copies the
+# case may change or remove its FILEs: Windows holds on to a library that another case runs, under whatever name. The program
 # finds in its environment VESK_TEST_FOLDER, VESK_TEST_BACKEND_URL and VESK_TEST_CONTROL_URL.
 # VESK_KEEP=1 keeps the folder, VESK_CASE_SECONDS is how long the case may take, VESK_CASE_HTTP=1 leaves
 # TLS out.
 set -eu
 
-launcher='' backend='' backend_pid='' plain='' after='' copies=''
+launcher='' backend='' backend_pid='' plain='' copies=''
 while :; do
     case $1 in
         --plain)
@@ -30,7 +29,6 @@ while :; do
             ;;
         --launcher) launcher=$2 ;;
         --backend) backend=$2 ;;
-        --after) after=$2 ;;
         *) break ;;
     esac
     shift 2
@@ -116,7 +114,4 @@ fi
 if [ -n "$(ls -A "$work/elsewhere")" ]; then
     echo "written into the working directory: $(ls -A "$work/elsewhere")"
     exit 1
-fi
-if [ -n "$after" ]; then
-    ${launcher:+"$launcher"} "$after" "$VESK_TEST_FOLDER" </dev/null
 fi
