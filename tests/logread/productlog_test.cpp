@@ -1,16 +1,35 @@
-#include "logread/productlogtest.h"
+#include <algorithm>
+#include <regex>
+
+#include "flow/messengertest.h"
+#include "logread/logbytes.h"
 
 namespace vesk::test {
 namespace {
 
-struct ProductLog : ProductLogTest {
-    ProductLog() : ProductLogTest("Ferno", "ferno", "frlogin.dll") {
+/// A product that logs all it can.
+struct ProductLog : MessengerTest {
+    ProductLog() : MessengerTest("Ferno", "ferno", "frlogin.dll") {
+        game.configure("VESK_CONFIG_LOG_ENABLE=1\nVESK_JSON_LOG_ENABLE=1");
         game.simulate("steamid=76561198012345678\nticket=C0FFEE17");
         script("ctt=ctt-1\nopenid=fr-1\nsessionkey=session-1\n");
     }
+
+    std::string log() const { return readFile(game.path() / "veskrecord.log"); }
+
+    /// Logs in through KZ, where there is one.
+    bool loginOfKZ() {
+        const bool there = std::filesystem::exists(game.path() / "kz_full");
+        if (there) {
+            const Messenger kz(game, "kz", "KZOpenSDK.dll");
+            VESKLogin::Login("KZ", "", "", "");
+            EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
+        }
+        return there;
+    }
 };
 
-TEST_F(ProductLog, RedactedHoldsNoSecretOfSteamAndFerno) {
+TEST_F(ProductLog, RedactedHoldsNoSecret) {
     backend.next({"auth/login", R"({"ret":0,"openid":"o-A","uid":"u-A","token":"t\"-A",)"
                                 R"("user_name":"Ann Other","pf_key":"pfk-A"})"});
     login(R"({"password":"swordfish","other":"mackerel"})");
@@ -19,15 +38,34 @@ TEST_F(ProductLog, RedactedHoldsNoSecretOfSteamAndFerno) {
     startLogin();
     observer.nextLogin();
     const VESKLoginRet ret = scanAndLogin();
-    expectRedacted({"dev-key", "k-key", "76561198012345678", "C0FFEE17", "o-A", "u-A", "t\\\"-A",
-                    "Ann Other", "pfk-A", "swordfish", "mackerel", "broken-token", "ctt-1", "fr-1",
-                    "session-1", "https://ferno.example/qr/1", ret.openid.c_str(),
-                    ret.token.c_str()});
+    std::vector<std::string> secrets = {
+        "dev-key",  "k-key",     "76561198012345678", "C0FFEE17",
+        "o-A",      "u-A",       "t\\\"-A",           "Ann Other",
+        "pfk-A",    "swordfish", "mackerel",          "broken-token",
+        "ctt-1",    "fr-1",      "session-1",         "https://ferno.example/qr/1",
+        ret.openid, ret.token};
+    if (loginOfKZ()) {
+        secrets.insert(secrets.end(),
+                       {"kz-openid-1", "kz-ctk-1", "SIM-SERIAL", "https://kz.example/qr/1"});
+    }
+    const std::string clear = printLog(log(), logread::TextFormat());
+    const std::string redacted = printLog(log(), logread::TextFormat(), {}, true);
+    const std::regex made("(?:sig=|precode\":\"|password\":\")([\\w-]{8,})");
+    for (std::sregex_iterator found(clear.begin(), clear.end(), made), end; found != end; ++found) {
+        secrets.push_back((*found)[1]);
+    }
+    for (const std::string& secret : secrets) {
+        EXPECT_NE(clear.find(secret), std::string::npos) << secret;
+        const size_t at = redacted.find(secret);
+        EXPECT_EQ(at, std::string::npos) << redacted.substr(at - std::min<size_t>(at, 200), 300);
+    }
+    EXPECT_GT(std::count(clear.begin(), clear.end(), '\n'), 300) << "a log of some length";
 }
 
-TEST_F(ProductLog, TellsTheLoginsOfSteamAndFerno) {
+TEST_F(ProductLog, TellsTheLoginsOfEachChannel) {
     login();
     scanAndLogin();
+    const bool kz = loginOfKZ();
     const std::string story = tellLogins(log());
     const std::string steps = "plugin answer\nbackend asked\nbackend answer: ret 0\ndelivery\n";
     EXPECT_NE(story.find(", Steam, "), std::string::npos) << story;
@@ -38,6 +76,8 @@ TEST_F(ProductLog, TellsTheLoginsOfSteamAndFerno) {
                          steps),
               std::string::npos)
         << story;
+    EXPECT_EQ(story.find(", KZ, ") != std::string::npos, kz) << story;
+    EXPECT_EQ(story.find("QR code is: Success\n" + steps) != std::string::npos, kz) << story;
 }
 
 TEST_F(ProductLog, ProgramPrintsWhatItsOptionsAskFor) {
