@@ -181,6 +181,9 @@ TEST_F(AnswerFaults, BodiesAndStatuses) {
         {"200 MB announced", "4/23", limit.substr(0, 65536),
          R"(,"repeat":3200,"announce":209715200)"},
         {"200 MB", "4/23", limit.substr(0, 65536), R"(,"repeat":3200)"},
+        {"without \"ret\"", "5/-1", R"({"openid":"o"})", ""},
+        {"refused", "5/1001", R"({"ret":1001,"msg":"no"})", ""},
+        {"a real name is wanted", "20/0", start + R"(,"need_name_auth":true})", ""},
         {"no content", "5/0", "", "", 204},
         {"no content, but a body", "5/0", good, "", 204},
         {"unauthorized", "4/401", good, "", 401},
@@ -195,6 +198,8 @@ TEST_F(AnswerFaults, BodiesAndStatuses) {
             << row.row;
         VESKLoginRet held;
         EXPECT_EQ(VESKLogin::GetLoginRet(held), row.outcome == "0/0") << row.row;
+        EXPECT_EQ(held.retCode, row.outcome == "0/0" ? 0 : VESKError::NO_STORED_LOGIN) << row.row;
+        EXPECT_EQ(last.methodNameID, kMethodNameLogin) << row.row;
     }
     expectWhole();
     // The largest answer, and the copies that its handling and its log lines take.

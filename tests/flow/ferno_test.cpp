@@ -149,20 +149,6 @@ TEST_F(Ferno, ComponentThatAnswersTwiceIsHeardOnce) {
     EXPECT_TRUE(VESKLogin::GetLoginRet(held));
 }
 
-TEST_F(Ferno, ResultIsLostWhileThereIsNoObserverButTheLoginIsHeld) {
-    script("on_qrcode=10:qr:u,300:success");
-    startLogin();
-    observer.nextQrCode();
-    VESKLogin::SetLoginObserver(nullptr);
-    waitUntil("the login to be held", [] {
-        VESKLoginRet held;
-        return VESKLogin::GetLoginRet(held);
-    });
-    EXPECT_EQ(observer.loginCount(), 0u);
-    VESKLogin::SetLoginObserver(&observer);
-    EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
-}
-
 TEST_F(Ferno, LogoutReachesTheComponentAndTheBackend) {
     script("req_logout=9");
     EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);

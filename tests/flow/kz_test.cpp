@@ -56,15 +56,6 @@ TEST_F(KZ, RememberedPlayerIsLoggedInWithoutACode) {
     EXPECT_EQ(componentLines("LoginByLocalLoginUser").size(), 1u);
 }
 
-TEST_F(KZ, AutomaticLoginWithoutTheComponentFailsAtOnce) {
-    std::filesystem::remove(file);
-    writeFile(game.loginCache(), "KZuid-of-earlier");
-    start();
-    VESKLogin::AutoLogin();
-    ASSERT_EQ(observer.loginCount(), 1u);
-    EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::CHANNEL_LOGIN_FAILED);
-}
-
 TEST_F(KZ, ComponentThatCannotBeHeardIsAskedForNothing) {
     script("advise=0x80004002\n");
     writeFile(game.loginCache(), "KZuid-of-earlier");

@@ -75,18 +75,6 @@ TEST_F(LoginFlow, NullObserverSilencesARunningLogin) {
     EXPECT_EQ(held.openid, "openid-A");
 }
 
-TEST_F(LoginFlow, EmptyOperationsDoNothing) {
-    start();
-    EXPECT_FALSE(VESKLogin::SwitchUser(true));
-    VESKLogin::Bind("Steam", "", "", "{}");
-    VESKLogin::LoginWithConfirmCode(1, "code", "{}");
-    VESKLogin::QueryUserInfo();
-    VESKLogin::ResetGuest();
-    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(observer.loginCount() + observer.baseCount(), 1u);
-    EXPECT_EQ(backend.requests("/").size(), 1u);
-}
-
 TEST_F(LoginFlow, FirstLoginAfterARestartTellsThatTheRememberedPlayerWasNotLoggedOut) {
     writeFile(game.loginCache(), "Steamuid-old");
     EXPECT_EQ(login().retCode, VESKError::SUCCESS);

@@ -120,17 +120,16 @@ TEST_F(SteamLogin, ClientWithoutUserEntryStillSendsAnEmptyCredential) {
     EXPECT_EQ(game.logLines("Get SteamAPI_Init func failed"), 1u);
 }
 
-TEST_F(SteamLogin, RefusedTicketIsSentEmpty) {
-    game.simulate("ticket_handle=0");
-    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(backend.waitForRequest("auth/login").body, bodyWith("76561198000000001", ""));
-}
-
 TEST_F(SteamLogin, SteamIdGoesOutAsASignedNumberAndTheTicketInUpperCase) {
-    game.simulate("steamid=18446744073709551615\nticket=00abcdef10");
-    backend.next(loginAnswer("A"));
-    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(backend.waitForRequest("auth/login").body, bodyWith("-1", "00ABCDEF10"));
+    const char* const rows[][3] = {
+        {"ticket_handle=0", "76561198000000001", ""},
+        {"steamid=18446744073709551615\nticket=00abcdef10", "-1", "00ABCDEF10"}};
+    for (const auto& [settings, steamId, ticket] : rows) {
+        game.simulate(settings);
+        backend.next(loginAnswer("A"));
+        EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+        EXPECT_EQ(backend.waitForRequest("auth/login").body, bodyWith(steamId, ticket));
+    }
 }
 
 TEST_F(SteamLogin, WithoutAnAppIdSteamIsNotAskedForARestart) {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -18,38 +19,53 @@ struct Heard {
     std::thread::id thread;
 };
 
-/// Keeps a copy of every result. Its lists may be read when no call is under way.
-class RecordingObserver final : public Braxel::VESK::VESKLoginObserver {
+/// The results of one kind.
+template <typename Ret>
+class HeardResults {
 public:
-    void OnLoginRetNotify(const Braxel::VESK::VESKLoginRet& ret) override;
-    void OnBaseRetNotify(const Braxel::VESK::VESKBaseRet& ret) override;
-    void OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet& ret) override;
-
-    /// The next login result that no earlier call has returned. Throws when it does not come.
-    Heard<Braxel::VESK::VESKLoginRet> nextLogin();
-    /// As nextLogin(), for base results.
-    Heard<Braxel::VESK::VESKBaseRet> nextBase();
-
-    /// As nextLogin(), for QR codes.
-    Heard<Braxel::VESK::VESKQrCodeRet> nextQrCode();
-
-    size_t loginCount() const;
-    size_t baseCount() const;
+    void add(const Ret& ret) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mList.push_back({ret, std::this_thread::get_id()});
+        mArrived.notify_all();
+    }
+    /// The next one that no earlier call has returned. Throws when it does not come.
+    Heard<Ret> next() {
+        std::unique_lock<std::mutex> lock(mMutex);
+        if (!mArrived.wait_for(lock, std::chrono::seconds(20),
+                               [&] { return mList.size() > mTaken; })) {
+            throw std::runtime_error("no result came");
+        }
+        return mList[mTaken++];
+    }
+    size_t count() const {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        return mList.size();
+    }
 
 private:
-    template <typename Ret>
-    void record(std::vector<Heard<Ret>>& list, const Ret& ret);
-    template <typename Ret>
-    Heard<Ret> next(const std::vector<Heard<Ret>>& list, size_t& taken);
-
     mutable std::mutex mMutex;
     std::condition_variable mArrived;
-    std::vector<Heard<Braxel::VESK::VESKLoginRet>> mLogins;
-    std::vector<Heard<Braxel::VESK::VESKBaseRet>> mBases;
-    std::vector<Heard<Braxel::VESK::VESKQrCodeRet>> mQrCodes;
-    size_t mQrCodesTaken = 0;
-    size_t mLoginsTaken = 0;
-    size_t mBasesTaken = 0;
+    std::vector<Heard<Ret>> mList;
+    size_t mTaken = 0;
+};
+
+/// Keeps a copy of every result.
+class RecordingObserver final : public Braxel::VESK::VESKLoginObserver {
+public:
+    void OnLoginRetNotify(const Braxel::VESK::VESKLoginRet& ret) override { mLogins.add(ret); }
+    void OnBaseRetNotify(const Braxel::VESK::VESKBaseRet& ret) override { mBases.add(ret); }
+    void OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet& ret) override { mQrCodes.add(ret); }
+
+    auto nextLogin() { return mLogins.next(); }
+    auto nextBase() { return mBases.next(); }
+    auto nextQrCode() { return mQrCodes.next(); }
+    size_t loginCount() const { return mLogins.count(); }
+    size_t baseCount() const { return mBases.count(); }
+
+private:
+    HeardResults<Braxel::VESK::VESKLoginRet> mLogins;
+    HeardResults<Braxel::VESK::VESKBaseRet> mBases;
+    HeardResults<Braxel::VESK::VESKQrCodeRet> mQrCodes;
 };
 
 } // namespace vesk::test

@@ -34,19 +34,6 @@ protected:
     }
 };
 
-TEST_F(InnerRecords, FreshRecordsHaveTheirDefaultsAndTheMessageOfTheirCode) {
-    write("VESKRetMsg.json", R"({"-1":"unset","5":"five"})");
-    EXPECT_EQ(InnerBaseRet().ToJson(),
-              R"({"methodNameID":0,"retCode":-1,"retMsg":"unset","thirdCode":-1,"thirdMsg":"",)"
-              R"("extraJson":""})");
-    EXPECT_EQ(InnerLoginRet(5).ToJson(),
-              R"({"methodNameID":0,"retCode":5,"retMsg":"five","ret":-1,"msg":"","extraJson":"",)"
-              R"("openid":"","token":"","token_expire_time":0,"first":0,"reg_channel_dis":"",)"
-              R"("user_name":"","gender":0,"birthdate":"","picture_url":"","pf":"","pf_key":"",)"
-              R"("need_name_auth":false,"channelID":0,"channel":"","channel_info":"","uid":"",)"
-              R"("seq":""})");
-}
-
 TEST_F(InnerRecords, GoodAnswerFillsEveryFieldAndWrongTypesLeaveThem) {
     const std::string wrong =
         R"({"ret":0,"msg":1,"openid":2.5,"uid":true,"token":null,"token_expire_time":"7",)"
@@ -61,6 +48,30 @@ TEST_F(InnerRecords, GoodAnswerFillsEveryFieldAndWrongTypesLeaveThem) {
     back.FromJson(record);
     EXPECT_EQ(back.ToJson(), record);
     EXPECT_EQ(logged("][ s ] convertLoginRet loginRet:{"), 3u);
+}
+
+TEST_F(InnerRecords, OutcomeOfALoginRequest) {
+    const Rows<int32_t, std::string, int32_t, int32_t, const char*> rows = {
+        {28, "", 4, 28, "CURLCode for more details"},
+        {503, "{}", 4, 503, "CURLCode for more details"},
+        {0, "", 5, 0, "resp body empty"},
+        {0, "7", 5, 0, "Parse respBody error"},
+        {0, R"({"ret":0)", 5, 0, "Parse respBody error"},
+        {0, "null", 5, -1, "Server Error"},
+        {0, R"({"ret":1001,"msg":"no","need_name_auth":true})", 5, 1001, "Server Error"},
+        {0, R"({"ret":0.0})", 5, -1, "Server Error"},
+        {0, R"({"ret":4294967296})", 5, -1, "Server Error"},
+        {0, R"({"ret":0,"need_name_auth":"true"})", 0, 0, "Success"},
+        {0, R"({"ret":0,"need_name_auth":true})", 20, 0, "Need real name auth"},
+    };
+    for (const auto& [result, body, retCode, thirdCode, message] : rows) {
+        InnerLoginRet ret;
+        ConvertLoginRet(ret, result, body, "");
+        EXPECT_EQ(ret.retCode, retCode) << body;
+        EXPECT_EQ(ret.thirdCode, thirdCode) << body;
+        EXPECT_STREQ(ret.retMsg.c_str(), message) << body;
+        EXPECT_STREQ(ret.thirdMsg.c_str(), thirdCode == 1001 ? "no" : "") << body;
+    }
 }
 
 TEST_F(InnerRecords, ResetForgetsTheAccountButNotTheOutcome) {

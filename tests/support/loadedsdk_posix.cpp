@@ -1,4 +1,4 @@
-#include "loadedlibrary.h"
+#include "loadedsdk.h"
 
 #include <dlfcn.h>
 #include <stdexcept>
@@ -8,22 +8,22 @@ namespace vesk::test {
 const char* const kSdkLibrary = "libVESKCore.so";
 const bool kSdkUnloadsItself = false;
 
-LoadedLibrary::LoadedLibrary(const std::filesystem::path& file)
-    : mFile(file), mHandle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+LoadedSdk::LoadedSdk(const std::filesystem::path& folder)
+    : mFile(folder / kSdkLibrary), mHandle(dlopen(mFile.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (mHandle == nullptr) {
         throw std::runtime_error(dlerror());
     }
 }
 
-bool LoadedLibrary::isLoaded() const {
+bool LoadedSdk::isLoaded() const {
     return dlopen(mFile.c_str(), RTLD_NOW | RTLD_NOLOAD) != nullptr;
 }
 
-void LoadedLibrary::close() const {
+void LoadedSdk::close() const {
     dlclose(mHandle);
 }
 
-LoadedLibrary::Address LoadedLibrary::address(const char* name) const {
+LoadedSdk::Address LoadedSdk::address(const char* name) const {
     void* const found = dlsym(mHandle, name);
     if (found == nullptr) {
         throw std::runtime_error(dlerror());

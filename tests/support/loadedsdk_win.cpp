@@ -1,4 +1,4 @@
-#include "loadedlibrary.h"
+#include "loadedsdk.h"
 
 #include <stdexcept>
 #include <string>
@@ -9,22 +9,22 @@ namespace vesk::test {
 const char* const kSdkLibrary = "VESKCore.dll";
 const bool kSdkUnloadsItself = true;
 
-LoadedLibrary::LoadedLibrary(const std::filesystem::path& file)
-    : mFile(std::filesystem::path(file).make_preferred()), mHandle(LoadLibraryW(mFile.c_str())) {
+LoadedSdk::LoadedSdk(const std::filesystem::path& folder)
+    : mFile((folder / kSdkLibrary).make_preferred()), mHandle(LoadLibraryW(mFile.c_str())) {
     if (mHandle == nullptr) {
-        throw std::runtime_error("cannot load " + file.string());
+        throw std::runtime_error("cannot load " + mFile.string());
     }
 }
 
-bool LoadedLibrary::isLoaded() const {
+bool LoadedSdk::isLoaded() const {
     return GetModuleHandleW(mFile.filename().c_str()) != nullptr;
 }
 
-void LoadedLibrary::close() const {
+void LoadedSdk::close() const {
     FreeLibrary(static_cast<HMODULE>(mHandle));
 }
 
-LoadedLibrary::Address LoadedLibrary::address(const char* name) const {
+LoadedSdk::Address LoadedSdk::address(const char* name) const {
     const auto found = GetProcAddress(static_cast<HMODULE>(mHandle), name);
     if (found == nullptr) {
         throw std::runtime_error(std::string("not exported: ") + name);
