@@ -37,6 +37,7 @@ TEST_F(DoctorTest, FolderWithoutAFaultPassesAndShowsNoSecret) {
     EXPECT_THAT(diagnosis.text, HasSubstr("version 5.0.000.0005"));
     EXPECT_THAT(diagnosis.text,
                 HasSubstr("certificate\",\"verdict\":\"ok\",\"found\":\"trusted, valid"));
+    EXPECT_THAT(diagnosis.text, HasSubstr("clock\",\"verdict\":\"ok"));
     for (const char* secret : {"dev-key-0123", "kz-key-4567", "user-name-8901"}) {
         EXPECT_THAT(diagnosis.text, Not(HasSubstr(secret)));
     }

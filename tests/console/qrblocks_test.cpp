@@ -1,17 +1,46 @@
 #include "qrblocks.h"
 
 #include <gmock/gmock.h>
+#include <sstream>
 
-#include "console/codepicture.h"
+#include "devkit/qrreader.h"
 
 namespace vesk::test {
 namespace {
+
+/// The rows of dark modules of a picture, two rows a line of blocks.
+QrModules modulesOf(const std::string& picture) {
+    QrModules rows;
+    std::istringstream stream(picture);
+    for (std::string line; std::getline(stream, line);) {
+        std::vector<bool> upper;
+        std::vector<bool> lower;
+        for (size_t i = 0; i < line.size();) {
+            const std::string block = line[i] == ' ' ? " " : line.substr(i, 3);
+            i += block.size();
+            EXPECT_THAT(block, testing::AnyOf(" ", "▀", "▄", "█"));
+            upper.push_back(block == " " || block == "▄");
+            lower.push_back(block == " " || block == "▀");
+        }
+        rows.insert(rows.end(), {upper, lower});
+    }
+    return rows;
+}
 
 TEST(QrBlocks, ReadAsTheirText) {
     // 21, 25 and 29 modules a side: all are odd, so the last line has half a row.
     for (const char* text :
          {"x", "https://ferno.example/qr/1", "https://kz.example/qr/0123456789abcdef0"}) {
-        EXPECT_EQ(textOfPicture(qrBlocks(qrModules(text), false)), text);
+        const QrModules rows = modulesOf(qrBlocks(qrModules(text), false));
+        EXPECT_EQ(textOfCode(rows), text);
+        const std::vector<bool> light(rows.at(0).size());
+        for (size_t y = 0; y < light.size(); ++y) {
+            const bool edge = y < 4 || y >= light.size() - 4;
+            EXPECT_THAT(
+                std::vector<bool>(rows[y].begin(), edge ? rows[y].end() : rows[y].begin() + 4),
+                testing::Each(false));
+            EXPECT_THAT(std::vector<bool>(rows[y].end() - 4, rows[y].end()), testing::Each(false));
+        }
     }
 }
 

@@ -99,19 +99,14 @@ TEST_F(FernoConsole, EndedSessionDoesNotLeaveTheGameWaiting) {
     EXPECT_EQ(observer.nextLogin().ret.retCode, 9999);
 }
 
-TEST_F(FernoConsole, MissingBackendFailsTheLoginAtOnce) {
-    script("interactive=http://127.0.0.1:1");
-    const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(scanAndLogin().retCode, 9999);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
-    EXPECT_EQ(game.logLines("Ferno get qrcode failed! Error type:1 Error code:1"), 1u);
-}
-
-TEST_F(FernoConsole, AnotherMachineIsNotAsked) {
-    script("interactive=http://192.0.2.1:80");
-    const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(scanAndLogin().retCode, 9999);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1900));
+TEST_F(FernoConsole, MissingBackendFailsTheLoginAtOnceAndAnotherMachineIsNotAsked) {
+    for (const char* address : {"http://127.0.0.1:1", "http://192.0.2.1:80"}) {
+        script(std::string("interactive=") + address);
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_EQ(scanAndLogin().retCode, 9999);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1900));
+    }
+    EXPECT_EQ(game.logLines("Ferno get qrcode failed! Error type:1 Error code:1"), 2u);
 }
 
 TEST_F(FernoConsole, ScriptedMessengerRegistersNothing) {
