@@ -7,6 +7,7 @@
 
 #include "expect.h"
 #include "loginstory.h"
+#include "logread/logbytes.h"
 #include "logreader.h"
 #include "recordprinter.h"
 
@@ -23,20 +24,9 @@ std::string scrambledLines(const std::string& text) {
     std::istringstream lines(text);
     std::string bytes;
     for (std::string line; std::getline(lines, line);) {
-        for (size_t at = 0; at + 2 < line.size(); at += 2) {
-            line[at] = static_cast<char>(line[at] ^ 0x3C);
-        }
-        bytes += line.substr(0, line.find('\0')) + '\n';
+        bytes += vesk::test::scrambled(line);
     }
     return bytes;
-}
-
-std::string inTextMode(const std::string& bytes) {
-    std::string out;
-    for (const char byte : bytes) {
-        out += byte == '\n' ? "\r\n" : std::string(1, byte);
-    }
-    return out;
 }
 
 std::string read(const std::string& bytes, const RecordFormat& format, size_t piece, bool redact) {
@@ -74,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         bytes = scrambledLines(bytes);
     }
     if ((mode & kTextMode) != 0) {
-        bytes = inTextMode(bytes);
+        bytes = vesk::test::inTextMode(bytes);
     }
     const bool redact = (mode & kRedact) != 0;
     const std::string shown = read(bytes, TextFormat(), piece, redact);
