@@ -53,7 +53,8 @@ void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
         VESK_LOG_DEBUG("VESKLogin::LoginRetObserver", "[ %s ] method id :%d", seqID,
                        ret.methodNameID);
         if (ret.methodNameID != kMethodNameLogin ||
-            VESKLoginManager::GetInstance()->checkLoginNotify(seqID)) {
+            VESKLoginManager::GetInstance()->checkLoginNotify(seqID, inner.retCode ==
+                                                                         VESKError::SUCCESS)) {
             NotifyUser("Braxel::VESK::VESKLogin::LoginRetObserver",
                        [&] { observer->OnLoginRetNotify(ret); });
             return;

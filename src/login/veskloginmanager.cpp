@@ -43,6 +43,7 @@ void OrOutOfMemory(const char* method, int32_t methodNameID, const std::string& 
         handle();
     } catch (...) {
         VESK_LOG_AT(kLogError, method, "[ %s ] exception inside an answer", seqID.c_str());
+        VESKLoginManager::GetInstance()->ReopenLogin(seqID);
         DeliverNetworkError(kOutOfMemory, methodNameID, seqID);
     }
 }
@@ -224,8 +225,8 @@ void VESKLoginManager::HandleLogin(const InnerLoginPluginRet& answer, int32_t re
         if (seqID == mCurrentLoginSeqID) {
             mPendingLoginRet = pending;
         }
-    } else if (ret.retCode == VESKError::SUCCESS) {
-        HandleLoginSuccess(ret, seqID, body);
+    } else if (ret.retCode == VESKError::SUCCESS && !HandleLoginSuccess(ret, seqID, body)) {
+        return;
     }
     if (mNeedLoginObserve) {
         VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp",
@@ -237,17 +238,21 @@ void VESKLoginManager::HandleLogin(const InnerLoginPluginRet& answer, int32_t re
     }
 }
 
-void VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID,
+/// @return false when another answer to this login is stored: the game hears of that one.
+bool VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID,
                                           const std::string& body) {
     if (ret.methodNameID == kMethodNameBind) {
         UpdateLoginRet(body.c_str(), ret);
         ret.methodNameID = kMethodNameBind;
         VESK_LOG_ERROR("VESKLoginManager::OnLoginResp",
                        "methodNameID has been reset for kMethodNameBind");
-        return;
+        return true;
+    }
+    if (!IsCurrent(seqID, kOnLoginResp)) {
+        return true; // nobody waits for it
     }
     if (!StoreCurrentLogin(ret, seqID)) {
-        return;
+        return false;
     }
     TimerRefreshToken(seqID, ret.channel.c_str());
     VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "loginNotifyObservers count: %i",
@@ -259,9 +264,28 @@ void VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string&
     VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "[ %s ]VESKConfig: Add UpdateConfigWithTimer",
                    seqID.c_str());
     VESKConfigManager::GetInstance();
+    return true;
 }
 
-bool VESKLoginManager::checkLoginNotify(const std::string& seqID) {
+/// A login has one success, which is stored before the game hears of it. Whatever else answers the
+/// login meanwhile must not be heard instead.
+bool VESKLoginManager::CloseLogin(const std::string& seqID) {
+    const std::lock_guard<os::Mutex> lock(mLoginMutex);
+    if (seqID != mCurrentLoginSeqID || seqID == mStoredSeqID) {
+        return false;
+    }
+    mStoredSeqID = seqID;
+    return true;
+}
+
+void VESKLoginManager::ReopenLogin(const std::string& seqID) {
+    const std::lock_guard<os::Mutex> lock(mLoginMutex);
+    if (seqID == mStoredSeqID) {
+        mStoredSeqID.clear();
+    }
+}
+
+bool VESKLoginManager::checkLoginNotify(const std::string& seqID, bool isSuccess) {
     if (seqID.empty()) {
         VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "seqID is empty");
         return false;
@@ -269,7 +293,7 @@ bool VESKLoginManager::checkLoginNotify(const std::string& seqID) {
     VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "[ %s] check seqID", seqID.c_str());
     {
         const std::lock_guard<os::Mutex> lock(mLoginMutex);
-        if (seqID == mCurrentLoginSeqID) {
+        if (seqID == mCurrentLoginSeqID && (isSuccess || seqID != mStoredSeqID)) {
             mCurrentLoginSeqID.clear();
             mLoginState = kStateNotified;
             return true;
@@ -393,10 +417,10 @@ bool VESKLoginManager::SaveLoginRet(const InnerLoginRet& ret) {
 }
 
 /// A login that came too late must neither sign the old player in nor cost the newer one's record.
-/// @return whether it is the login in progress, stored or not.
+/// @return whether it is the login in progress, stored or not, and the first answer to that.
 bool VESKLoginManager::StoreCurrentLogin(const InnerLoginRet& ret, const std::string& seqID) {
     const std::lock_guard<os::Mutex> lock(mStoreMutex);
-    if (!IsCurrent(seqID, kOnLoginResp)) {
+    if (!CloseLogin(seqID)) {
         return false;
     }
     ++mHeldLogin;

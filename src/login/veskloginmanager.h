@@ -31,7 +31,11 @@ public:
     void AutoLogin(const ShortRequest& request);
 
     /// Whether the result of @p seqID is the one that the game waits for; true only once.
-    bool checkLoginNotify(const std::string& seqID);
+    /// @param isSuccess a failure is not what it waits for once a success is stored.
+    bool checkLoginNotify(const std::string& seqID, bool isSuccess = true);
+
+    /// The success that is stored for @p seqID got lost on its way to the game: a failure counts.
+    void ReopenLogin(const std::string& seqID);
 
     /// Reads the login that is held, or what the device remembers of an earlier one.
     /// @return whether one is held. An expired one is, with retCode TOKEN_EXPIRED.
@@ -69,8 +73,9 @@ private:
     void HandlePreCode(ExtendedLoginRequest& request, const std::string& body);
     void HandleLogin(const InnerLoginPluginRet& answer, int32_t result, const std::string& body,
                      const std::string& seqID);
-    void HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID, const std::string& body);
+    bool HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID, const std::string& body);
     uint64_t BeginLogin(const std::string& seqID);
+    bool CloseLogin(const std::string& seqID);
     bool IsCurrent(const std::string& seqID, const char* method);
     void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
     void RefreshLogin(const InnerLoginPluginRet& answer);
@@ -100,8 +105,9 @@ private:
     uint64_t StoreGeneration();
     bool DropLogin();
 
-    os::Mutex mLoginMutex; // guards the five below
+    os::Mutex mLoginMutex; // guards the six below
     std::string mCurrentLoginSeqID;
+    std::string mStoredSeqID; // the login whose success is stored
     uint64_t mLoginCount = 0;
     std::string mAutoLoginSeqID;
     int32_t mLoginState = 0;
