@@ -188,7 +188,8 @@ void VESKLogin::UnInstall() {
         if (gEnded.exchange(true)) {
             HasEnded("Braxel::VESK::VESKLogin::UnInstall");
             // The first call may be under way on another thread. From here on it keeps the library,
-            // and this one's caller may free it.
+            // and this one's caller may free it, and the observer as well.
+            DeliveryGate().Close();
             VESKModule::StartUnload();
             return;
         }

@@ -80,8 +80,11 @@ TEST_F(Unload, WhileAnObserverMethodRunsOnAnotherThread) {
     sdk.setObserver(&acting);
     sdk.login("Steam");
     waitUntil("the observer method", [] { return stage == 1; });
+    std::thread first([this] { sdk.unInstall(); });
+    waitUntil("the first call", [this] { return game.logLines("UnInstall platform sdk") == 1; });
     unInstall();
     EXPECT_EQ(stage, 2) << "nothing of the observer may run any more";
+    first.join();
     expectGone(seconds(5));
 }
 
