@@ -424,6 +424,7 @@ bool VESKLoginManager::StoreCurrentLogin(const InnerLoginRet& ret, const std::st
         return false;
     }
     ++mHeldLogin;
+    ++mStoredLogins;
     StoreLogin(ret);
     return true;
 }
@@ -463,6 +464,19 @@ bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
 bool VESKLoginManager::DeleteLoginRet() {
     const std::lock_guard<os::Mutex> lock(mStoreMutex);
     return DropLogin();
+}
+
+uint64_t VESKLoginManager::StoredLogins() {
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    return mStoredLogins;
+}
+
+/// Drops the login for which a channel has logged out, but none that has followed it meanwhile.
+void VESKLoginManager::DropLoginOf(uint64_t storedLogins) {
+    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    if (storedLogins == mStoredLogins) {
+        DropLogin();
+    }
 }
 
 bool VESKLoginManager::DropLogin() {
@@ -582,6 +596,7 @@ void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
 void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
     const std::string& seqID = request.seqID;
     VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ], logout", seqID.c_str());
+    const uint64_t storedLogins = StoredLogins();
     InnerLoginRet stored;
     if (!GetLoginRet(stored) && stored.retCode != VESKError::TOKEN_EXPIRED) {
         VESK_LOG_ERROR("VESKLoginManager::Logout", "[ %s ], get loginRet fail", seqID.c_str());
@@ -596,34 +611,38 @@ void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
     }
     VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ] logout %s", seqID.c_str(),
                    logout.channel.c_str());
-    KeepLogoutParams(seqID, channelOnly);
+    KeepLogout(seqID, channelOnly, storedLogins);
     if (logout.channel == "Guest") {
         DeliverLogoutRet(InnerBaseRet(VESKError::SUCCESS), kObserverIDPluginLogout, seqID);
     } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
-        TakeLogoutParams(seqID); // nobody will answer
+        TakeLogout(seqID); // nobody will answer
     }
-    VESKTaskManager::GetInstance()->RemoveTask(VESKRefreshTokenTask::kTaskName);
-    VESKTaskManager::GetInstance()->StopTimer();
+    // A channel may take its time: by now the task may be that of a login which has followed.
+    if (storedLogins == StoredLogins()) {
+        VESKTaskManager::GetInstance()->RemoveTask(VESKRefreshTokenTask::kTaskName);
+        VESKTaskManager::GetInstance()->StopTimer();
+    }
 }
 
 /// Before the channel is asked: it may answer at once.
-void VESKLoginManager::KeepLogoutParams(const std::string& seqID, bool channelOnly) {
+void VESKLoginManager::KeepLogout(const std::string& seqID, bool channelOnly,
+                                  uint64_t storedLogins) {
     if (!seqID.empty()) { // its answer asks for nothing
-        std::string params = VESKLoginBodies::LogoutParams(channelOnly);
+        PendingLogout logout{VESKLoginBodies::LogoutParams(channelOnly), storedLogins};
         const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
-        mPendingLogouts[seqID].swap(params);
+        std::swap(mPendingLogouts[seqID], logout);
     }
 }
 
-std::string VESKLoginManager::TakeLogoutParams(const std::string& seqID) {
+VESKLoginManager::PendingLogout VESKLoginManager::TakeLogout(const std::string& seqID) {
+    PendingLogout logout{"", StoredLogins()};
     const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
     const auto found = mPendingLogouts.find(seqID);
-    if (found == mPendingLogouts.end()) {
-        return {};
+    if (found != mPendingLogouts.end()) {
+        logout = std::move(found->second);
+        mPendingLogouts.erase(found);
     }
-    std::string params = std::move(found->second);
-    mPendingLogouts.erase(found);
-    return params;
+    return logout;
 }
 
 void VESKLoginManager::PluginLogoutObserver(const InnerBaseRet& answer, const char* seqID) {
@@ -635,10 +654,10 @@ void VESKLoginManager::PluginLogoutObserver(const InnerBaseRet& answer, const ch
         return;
     }
     VESKLoginManager* manager = GetInstance();
-    const std::string params = manager->TakeLogoutParams(seqID);
-    const bool channelOnly = VESKLoginBodies::ReadChannelOnly(params);
+    const PendingLogout logout = manager->TakeLogout(seqID);
+    const bool channelOnly = VESKLoginBodies::ReadChannelOnly(logout.params);
     VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver",
-                   "[ %s ], param JSON %s, channelOnly %s", seqID, params.c_str(),
+                   "[ %s ], param JSON %s, channelOnly %s", seqID, logout.params.c_str(),
                    channelOnly ? "true" : "false");
     if (answer.retCode != VESKError::SUCCESS) {
         VESK_LOG_ERROR("VESKLoginManager::PluginLogoutObserver", "[ %s ], logout plugin failed",
@@ -647,8 +666,8 @@ void VESKLoginManager::PluginLogoutObserver(const InnerBaseRet& answer, const ch
         InnerLoginRet stored;
         manager->GetLoginRet(stored);
         if (!channelOnly) {
-            manager->SendLogoutRequest(seqID);
-            manager->DeleteLoginRet();
+            manager->SendLogoutRequest(seqID, logout.storedLogins);
+            manager->DropLoginOf(logout.storedLogins);
             VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver",
                            "logoutNotifyObservers count: %i",
                            static_cast<int>(manager->mLogoutNotifyObservers.size()));
@@ -663,12 +682,13 @@ void VESKLoginManager::PluginLogoutObserver(const InnerBaseRet& answer, const ch
     DeliverLogoutRet(ret, kObserverIDBaseRet, seqID);
 }
 
-void VESKLoginManager::SendLogoutRequest(const std::string& seqID) {
+void VESKLoginManager::SendLogoutRequest(const std::string& seqID, uint64_t storedLogins) {
     VESK_LOG_DEBUG("VESKLoginManager::SendLogoutRequest", "[ %s ] sendLogoutRequest",
                    seqID.c_str());
     InnerLoginRet stored;
     GetLoginRet(stored);
-    if (stored.openid.length() == 0 || stored.token.length() == 0) {
+    if (stored.openid.length() == 0 || stored.token.length() == 0 ||
+        storedLogins != StoredLogins()) {
         VESK_LOG_DEBUG("VESKLoginManager::SendLogoutRequest", "[ %s ], invalid loginret",
                        seqID.c_str());
         return;

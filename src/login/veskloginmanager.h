@@ -79,9 +79,16 @@ private:
     bool IsCurrent(const std::string& seqID, const char* method);
     void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
     void RefreshLogin(const InnerLoginPluginRet& answer);
-    void SendLogoutRequest(const std::string& seqID);
-    void KeepLogoutParams(const std::string& seqID, bool channelOnly);
-    std::string TakeLogoutParams(const std::string& seqID);
+    /// A logout that its channel has not answered yet.
+    struct PendingLogout {
+        std::string params;
+        uint64_t storedLogins = 0; ///< when it began
+    };
+
+    void SendLogoutRequest(const std::string& seqID, uint64_t storedLogins);
+    void KeepLogout(const std::string& seqID, bool channelOnly, uint64_t storedLogins);
+    PendingLogout TakeLogout(const std::string& seqID);
+    uint64_t StoredLogins();
 
     // Channel answers, by way of the inner observer holder.
     static void PluginLoginObserver(const InnerLoginPluginRet& answer, const char* seqID);
@@ -104,6 +111,7 @@ private:
     bool StoreChanged(const InnerLoginRet& ret, uint64_t generation);
     uint64_t StoreGeneration();
     bool DropLogin();
+    void DropLoginOf(uint64_t storedLogins);
 
     os::Mutex mLoginMutex; // guards the six below
     std::string mCurrentLoginSeqID;
@@ -117,12 +125,13 @@ private:
     std::shared_ptr<const InnerLoginRet> mLoginRet;
 
     os::Mutex mPendingLogoutMutex;
-    std::map<std::string, std::string> mPendingLogouts; // sequence id to logout parameters
+    std::map<std::string, PendingLogout> mPendingLogouts; // by sequence id
 
     // One user of the device file at a time; taken before mLoginRetMutex and mLoginMutex. It guards
-    // the three below.
+    // the four below.
     os::Mutex mStoreMutex;
     uint64_t mStoreGeneration = 0; // moves with each change of the held record
+    uint64_t mStoredLogins = 0;    // moves with each login that succeeds
     uint64_t mHeldLogin = 0;       // moves with each login and logout, but with no refresh
     uint64_t mRefreshedLogin = 0;  // the one that a fresh token was asked for; 0: nobody has asked
 

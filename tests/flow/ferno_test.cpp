@@ -1,4 +1,5 @@
 #include <atomic>
+#include <thread>
 
 #include "flow/messengertest.h"
 #include "support/actingobserver.h"
@@ -164,6 +165,22 @@ TEST_F(Ferno, LogoutReachesTheComponentAndTheBackend) {
     EXPECT_EQ(componentLines("frlogin_req_logout").size(), 21u);
     EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
     EXPECT_EQ(game.logLines("Call \"frlogin_req_logout\" result:9"), 21u);
+}
+
+TEST_F(Ferno, LogoutThatTakesLongLeavesTheLoginThatFollows) {
+    EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
+    script("call_ms=3000");
+    std::thread slow([] { VESKLogin::Logout("", "", false); });
+    waitUntil("the logout", [this] { return !componentLines("frlogin_req_logout").empty(); });
+    script("");
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    slow.join();
+    EXPECT_EQ(observer.nextBase().ret.retCode, VESKError::SUCCESS);
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.channel, "Steam");
+    EXPECT_TRUE(backend.requests("auth/logout").empty());
+    EXPECT_EQ(game.logLines("remove task success :refreshTokenTask"), 1u) << "Ferno's";
 }
 
 TEST_F(Ferno, ResultsMayCallBackIntoTheSdk) {
