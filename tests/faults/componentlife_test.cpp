@@ -17,14 +17,14 @@ struct ComponentLife : Unload {
         unInstall();
     }
 
-    /// What can be told on both systems: whether the SDK has given its component back, or said that
-    /// it cannot.
+    /// The SDK gives its component back, or says that it cannot.
     void expectEnd(bool stays) {
+        waitUntil(
+            "the end", [&] { return game.logLines(stays ? kStays : kRests) == 1; }, seconds(15));
         if (stays) {
-            waitUntil("the SDK to stay", [this] { return game.logLines(kStays) == 1; });
             EXPECT_TRUE(sdk.isLoaded());
         } else {
-            expectGone(seconds(15));
+            expectGone(seconds(5));
             EXPECT_EQ(game.logLines(kStays), 0u);
         }
         EXPECT_EQ(observer.loginCount() + observer.baseCount(), delivered);
@@ -32,6 +32,7 @@ struct ComponentLife : Unload {
     }
 
     static constexpr const char* kStays = "the component may still call back: it stays loaded";
+    static constexpr const char* kRests = "the component has come to rest";
 };
 
 struct FernoLife : ComponentLife {

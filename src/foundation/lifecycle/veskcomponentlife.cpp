@@ -223,6 +223,8 @@ void VESKComponentLife::Unload() {
             return; // it has the file, and it may call back
         }
         if (mLeaving.empty()) {
+            VESK_LOG_DEBUG("VESKComponentLife::Unload",
+                           "the component has come to rest, nothing of it can come back");
             mModule.reset();
         }
     }
