@@ -25,18 +25,24 @@ TEST_F(Wrapper, CarriesAWholeVisit) {
                   R"({"ret":0,"openid":"o","uid":"u","token":"t","msg":"m","first":1,"gender":2,)"
                   R"("token_expire_time":4102444800,"reg_channel_dis":"r","user_name":"n",)"
                   R"("birthdate":"b","picture_url":"p","pf":"f","pf_key":"k"})"});
+    const Messenger ferno(game, "ferno", "frlogin.dll");
+    ferno.script("on_qrcode=10:qr:https://qr/1,10:success");
     std::promise<LoginRet> loggedIn;
     std::promise<BaseRet> loggedOut;
+    std::promise<QrCodeRet> shown;
     const Observer observer({[&](const LoginRet& ret) { loggedIn.set_value(ret); },
                              [&](const BaseRet& ret) { loggedOut.set_value(ret); },
-                             {}});
-    login("Steam");
+                             [&](const QrCodeRet& ret) { shown.set_value(ret); }});
+    login("Ferno");
+    const QrCodeRet code = shown.get_future().get();
+    EXPECT_EQ(code.qrCodeUrl + code.channel, "https://qr/1Ferno");
+    EXPECT_EQ(code.channelID * 1000 + code.methodNameID, 1122);
     const LoginRet ret = loggedIn.get_future().get();
     EXPECT_EQ(ret.retCode, VESK_SUCCESS);
-    EXPECT_EQ(ret.retMsg + ret.thirdMsg + ret.channel, "SuccessmSteam");
+    EXPECT_EQ(ret.retMsg + ret.thirdMsg + ret.channel, "SuccessmFerno");
     EXPECT_EQ(ret.openid + ret.token + ret.regChannelDis + ret.userName, "otrn");
     EXPECT_EQ(ret.birthdate + ret.pictureUrl + ret.pf + ret.pfKey, "bpfk");
-    EXPECT_EQ(ret.firstLogin * 100 + ret.gender * 10000 + ret.channelID, 20121);
+    EXPECT_EQ(ret.firstLogin * 100 + ret.gender * 10000 + ret.channelID, 20101);
     EXPECT_EQ(ret.tokenExpire, 4102444800);
     LoginRet held;
     EXPECT_TRUE(getLoginRet(held));
@@ -45,21 +51,6 @@ TEST_F(Wrapper, CarriesAWholeVisit) {
     EXPECT_EQ(loggedOut.get_future().get().methodNameID, 117);
     EXPECT_FALSE(getLoginRet(held));
     EXPECT_EQ(held.retCode, VESK_NO_STORED_LOGIN);
-}
-
-TEST_F(Wrapper, ShowsTheMessengersCode) {
-    const Messenger ferno(game, "ferno", "frlogin.dll");
-    ferno.script("on_qrcode=10:qr:https://qr/1,10:success");
-    std::promise<QrCodeRet> shown;
-    std::promise<void> loggedIn;
-    const Observer observer({[&](const LoginRet&) { loggedIn.set_value(); },
-                             {},
-                             [&](const QrCodeRet& ret) { shown.set_value(ret); }});
-    login("Ferno");
-    const QrCodeRet code = shown.get_future().get();
-    EXPECT_EQ(code.qrCodeUrl + code.channel, "https://qr/1Ferno");
-    EXPECT_EQ(code.channelID * 1000 + code.methodNameID, 1122);
-    loggedIn.get_future().get();
 }
 
 TEST_F(Wrapper, EndOfAnObserverWaitsForItsCallback) {

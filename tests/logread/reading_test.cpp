@@ -72,6 +72,14 @@ TEST(Reading, ForeignBytesCostAtMostTheRecordBeforeThem) {
     EXPECT_EQ(lines[1], kHead + "b");
 }
 
+TEST(Reading, RecordWithoutAnEndIsBounded) {
+    const std::string endless = scrambled(kHead + std::string(3000000, 'x'));
+    const auto lines = readLog(endless + scrambled(kHead + "next"), 5000);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_LT(lines[0].size(), 100000u);
+    EXPECT_EQ(lines[1], kHead + "next");
+}
+
 TEST(Reading, QuotedPrefixDoesNotBeginARecord) {
     const std::string text = kHead + "log VESK [W.D]  VESK [W.D][x  VESK [W.";
     EXPECT_THAT(readLog(scrambled(text)), ElementsAre(text));
