@@ -4,27 +4,25 @@
 #include "foundation/tools/veskutils.h"
 #include "unit/unittest.h"
 
+namespace vesk::test {
+
+/// What the linker calls for VESKLocalStorage's functions of the same names.
+struct KeptStorage {
+    static std::string Read(const std::string& key);
+    static void Write(const std::string& key, const std::string& value);
+};
+
 static std::map<std::string, std::string> kept;
 static bool keeps = false; ///< not for the other cases of this program
 
-extern "C" {
-
-std::string
-__wrap__ZN6Braxel4VESK16VESKLocalStorage4ReadERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE(
-    const std::string& key) {
+std::string KeptStorage::Read(const std::string& key) {
     return keeps ? kept[key] : "";
 }
-
-void __wrap__ZN6Braxel4VESK16VESKLocalStorage5WriteERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES9_(
-    const std::string& key, const std::string& value) {
+void KeptStorage::Write(const std::string& key, const std::string& value) {
     if (keeps) {
         kept[key] = value;
     }
 }
-
-} // extern "C"
-
-namespace vesk::test {
 
 struct LocalStorage : UnitTest {
     LocalStorage() { keeps = true; }
