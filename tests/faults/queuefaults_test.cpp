@@ -80,7 +80,9 @@ protected:
     /// failure.
     void expectAnswered(std::deque<Post>& posts, int result) {
         for (Post& post : posts) {
-            waitUntil("the answer to " + post.text, [&] { return post.calls > 0; });
+            waitUntil(
+                "the answer to " + post.text, [&] { return post.calls > 0; },
+                std::chrono::seconds(90)); // thousands on a busy machine
             ASSERT_EQ(post.result, result) << post.text;
             ASSERT_EQ(post.body, result == 0 ? post.text : "");
             if (result != 0) {
