@@ -19,7 +19,7 @@ namespace VESK {
 /// The life of a channel's component: it is started once, whoever asks; every call into it and
 /// every callback out of it is counted; and once it has been ended, what belongs to it and this
 /// library stay until nothing of it can come back any more. A component that cannot be stopped,
-/// calls back after it was, or does not come to rest stays in the process for good, and this
+/// or does not come to rest in half a minute, stays in the process for good, and this
 /// library with it.
 ///
 /// No lock is held while a component runs. An object outlives what it counts, and its destructor
