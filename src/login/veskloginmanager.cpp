@@ -252,7 +252,7 @@ bool VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string&
         return true; // nobody waits for it
     }
     if (!StoreCurrentLogin(ret, seqID)) {
-        return false;
+        return !IsCurrent(seqID, kOnLoginResp); // overtaken just now: nobody waits for it either
     }
     TimerRefreshToken(seqID, ret.channel.c_str());
     VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "loginNotifyObservers count: %i",
