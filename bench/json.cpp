@@ -1,5 +1,3 @@
-#include "groups.h"
-
 #include <cstdio>
 #include <filesystem>
 #include <rapidjson/document.h>
@@ -10,6 +8,7 @@
 
 #include "common/veskinnerrecords.h"
 #include "foundation/json/veskjsonwriter.h"
+#include "groups.h"
 #include "loggedlines.h"
 #include "microbench.h"
 #include "support/files.h"

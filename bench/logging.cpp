@@ -1,5 +1,3 @@
-#include "groups.h"
-
 #include <functional>
 #include <mutex>
 #include <string>
@@ -7,6 +5,7 @@
 #include <vector>
 
 #include "foundation/log/vesklogger.h"
+#include "groups.h"
 #include "loggedlines.h"
 #include "microbench.h"
 #include "support/files.h"

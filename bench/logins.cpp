@@ -1,5 +1,3 @@
-#include "groups.h"
-
 #include <algorithm>
 #include <chrono>
 #include <stdexcept>
@@ -10,6 +8,7 @@
 
 #include "child.h"
 #include "game.h"
+#include "groups.h"
 #include "loggedlines.h"
 #include "microbench.h"
 #include "support/controlport.h"

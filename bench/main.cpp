@@ -1,13 +1,13 @@
 // usage: vesk-bench GROUP FILE
 // Measures one group of figures and adds them to FILE; scripts/bench runs the groups, each in a
 // folder and a process of its own.
-#include "groups.h"
-
 #include <cstdio>
 #include <exception>
 #include <functional>
 #include <map>
 #include <string>
+
+#include "groups.h"
 
 int main(int argc, char** argv) {
     using namespace vesk::bench;

@@ -1,9 +1,8 @@
-#include "groups.h"
-
 #include <filesystem>
 #include <vector>
 
 #include "game.h"
+#include "groups.h"
 
 namespace vesk::bench {
 

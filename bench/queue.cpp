@@ -1,5 +1,3 @@
-#include "groups.h"
-
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
@@ -10,6 +8,7 @@
 
 #include "foundation/http/veskhttpmanager.h"
 #include "game.h"
+#include "groups.h"
 
 using namespace Braxel::VESK;
 

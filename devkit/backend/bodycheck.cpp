@@ -1,12 +1,11 @@
 #include "bodycheck.h"
 
-#include "jsonmembers.h"
-#include "jsontext.h"
-
+#include <algorithm>
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
-#include <algorithm>
+#include "jsonmembers.h"
+#include "jsontext.h"
 
 namespace vesk::backend {
 

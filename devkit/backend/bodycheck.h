@@ -1,13 +1,11 @@
-/// @file
-/// The checks of a request's body.
 #ifndef VESK_DEVKIT_BACKEND_BODYCHECK_H
 #define VESK_DEVKIT_BACKEND_BODYCHECK_H
 
-#include "checksettings.h"
-#include "problem.h"
-
 #include <optional>
 #include <string>
+
+#include "checksettings.h"
+#include "problem.h"
 
 namespace vesk::backend {
 
@@ -28,4 +26,4 @@ std::optional<Problem> checkBody(const std::string& body, Endpoint endpoint,
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_BODYCHECK_H
+#endif

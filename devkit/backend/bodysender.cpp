@@ -1,9 +1,9 @@
 #include "bodysender.h"
 
-#include "jsonanswer.h"
-
 #include <algorithm>
 #include <chrono>
+
+#include "jsonanswer.h"
 
 namespace vesk::backend {
 

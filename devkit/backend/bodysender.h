@@ -1,13 +1,11 @@
-/// @file
-/// How the body of a scripted answer goes out.
 #ifndef VESK_DEVKIT_BACKEND_BODYSENDER_H
 #define VESK_DEVKIT_BACKEND_BODYSENDER_H
+
+#include <string>
 
 #include "httplib.h"
 #include "scriptedanswer.h"
 #include "shutdowngate.h"
-
-#include <string>
 
 namespace vesk::backend {
 
@@ -19,4 +17,4 @@ void sendBody(const ScriptedAnswer& script, const std::string& body, ShutdownGat
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_BODYSENDER_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// Which certificate the backend shows.
 #ifndef VESK_DEVKIT_BACKEND_CERTIFICATECHOICE_H
 #define VESK_DEVKIT_BACKEND_CERTIFICATECHOICE_H
 
@@ -45,4 +43,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CERTIFICATECHOICE_H
+#endif

@@ -5,7 +5,6 @@
 #include <openssl/ec.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
-
 #include <stdexcept>
 
 namespace vesk::backend {

@@ -1,19 +1,17 @@
-/// @file
-/// Certificates for a server on this machine.
 #ifndef VESK_DEVKIT_BACKEND_CERTIFICATEMAKER_H
 #define VESK_DEVKIT_BACKEND_CERTIFICATEMAKER_H
 
-#include "certificatechoice.h"
-
-#include <openssl/evp.h>
-#include <openssl/x509.h>
-
 #include <array>
 #include <memory>
+#include <openssl/evp.h>
+#include <openssl/x509.h>
 #include <string>
+
+#include "certificatechoice.h"
 
 namespace vesk::backend {
 
+/// Certificates for a server on this machine.
 struct FreeCertificate {
     void operator()(X509* certificate) const { X509_free(certificate); }
 };
@@ -49,4 +47,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CERTIFICATEMAKER_H
+#endif

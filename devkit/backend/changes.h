@@ -1,5 +1,3 @@
-/// @file
-/// Word that something has changed.
 #ifndef VESK_DEVKIT_BACKEND_CHANGES_H
 #define VESK_DEVKIT_BACKEND_CHANGES_H
 
@@ -33,4 +31,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CHANGES_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// What the checks compare a request with.
 #ifndef VESK_DEVKIT_BACKEND_CHECKSETTINGS_H
 #define VESK_DEVKIT_BACKEND_CHECKSETTINGS_H
 
@@ -25,4 +23,4 @@ constexpr const char* kSteamChannelId = "21";
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CHECKSETTINGS_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// The TCP connection under a request.
 #ifndef VESK_DEVKIT_BACKEND_CONNECTION_H
 #define VESK_DEVKIT_BACKEND_CONNECTION_H
 
@@ -40,4 +38,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CONNECTION_H
+#endif

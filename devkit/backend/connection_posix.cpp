@@ -1,13 +1,12 @@
 #include "connection.h"
 
 #include <arpa/inet.h>
+#include <cstdlib>
 #include <dirent.h>
+#include <memory>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-
-#include <cstdlib>
-#include <memory>
 #include <vector>
 
 namespace vesk::backend {

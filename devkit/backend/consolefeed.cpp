@@ -1,10 +1,10 @@
 #include "consolefeed.h"
 
+#include <memory>
+
 #include "jsonanswer.h"
 #include "jsontext.h"
 #include "problem.h"
-
-#include <memory>
 
 namespace vesk::backend {
 

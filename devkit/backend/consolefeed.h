@@ -1,15 +1,13 @@
-/// @file
-/// What the console shows, as it changes.
 #ifndef VESK_DEVKIT_BACKEND_CONSOLEFEED_H
 #define VESK_DEVKIT_BACKEND_CONSOLEFEED_H
+
+#include <atomic>
+#include <string>
 
 #include "changes.h"
 #include "httplib.h"
 #include "requestlog.h"
 #include "scansessions.h"
-
-#include <atomic>
-#include <string>
 
 namespace vesk::backend {
 
@@ -46,4 +44,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CONSOLEFEED_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// The files of console/, which embed-console.cmake puts into the program.
 #ifndef VESK_DEVKIT_BACKEND_CONSOLEFILES_H
 #define VESK_DEVKIT_BACKEND_CONSOLEFILES_H
 
@@ -14,4 +12,4 @@ extern const std::string_view kConsoleIcon;
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CONSOLEFILES_H
+#endif

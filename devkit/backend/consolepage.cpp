@@ -1,8 +1,8 @@
 #include "consolepage.h"
 
-#include "consolefiles.h"
-
 #include <string>
+
+#include "consolefiles.h"
 
 namespace vesk::backend {
 

@@ -1,5 +1,3 @@
-/// @file
-/// The console's files.
 #ifndef VESK_DEVKIT_BACKEND_CONSOLEPAGE_H
 #define VESK_DEVKIT_BACKEND_CONSOLEPAGE_H
 
@@ -14,4 +12,4 @@ void installConsolePage(httplib::Server& server);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CONSOLEPAGE_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// The port through which a test steers the backend.
 #ifndef VESK_DEVKIT_BACKEND_CONTROLAPI_H
 #define VESK_DEVKIT_BACKEND_CONTROLAPI_H
 
@@ -28,4 +26,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_CONTROLAPI_H
+#endif

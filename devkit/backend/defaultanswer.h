@@ -1,13 +1,11 @@
-/// @file
-/// The bodies that the backend answers with when no test has scripted another.
 #ifndef VESK_DEVKIT_BACKEND_DEFAULTANSWER_H
 #define VESK_DEVKIT_BACKEND_DEFAULTANSWER_H
+
+#include <string>
 
 #include "issuedlogins.h"
 #include "problem.h"
 #include "requestcheck.h"
-
-#include <string>
 
 namespace vesk::backend {
 
@@ -26,4 +24,4 @@ std::string loginAnswer(const IssuedLogin& login, const CheckedRequest& request,
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_DEFAULTANSWER_H
+#endif

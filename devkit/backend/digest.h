@@ -1,5 +1,3 @@
-/// @file
-/// Digests and random text, from OpenSSL or, on Windows, the system (BCrypt).
 #ifndef VESK_DEVKIT_BACKEND_DIGEST_H
 #define VESK_DEVKIT_BACKEND_DIGEST_H
 
@@ -23,4 +21,4 @@ std::string randomHex(size_t byteCount);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_DIGEST_H
+#endif

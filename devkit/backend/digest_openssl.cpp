@@ -2,7 +2,6 @@
 
 #include <openssl/evp.h>
 #include <openssl/rand.h>
-
 #include <stdexcept>
 
 namespace vesk::backend {

@@ -1,9 +1,7 @@
 #include "digest.h"
 
 #include <windows.h>
-
 #include <bcrypt.h>
-
 #include <stdexcept>
 
 namespace vesk::backend {

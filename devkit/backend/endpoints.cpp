@@ -1,14 +1,14 @@
 #include "endpoints.h"
 
+#include <chrono>
+#include <ctime>
+
 #include "bodysender.h"
 #include "connection.h"
 #include "defaultanswer.h"
 #include "httpserver.h"
 #include "jsonanswer.h"
 #include "jsonmembers.h"
-
-#include <chrono>
-#include <ctime>
 
 namespace vesk::backend {
 

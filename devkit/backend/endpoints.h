@@ -1,7 +1,7 @@
-/// @file
-/// What the backend's own port answers.
 #ifndef VESK_DEVKIT_BACKEND_ENDPOINTS_H
 #define VESK_DEVKIT_BACKEND_ENDPOINTS_H
+
+#include <string>
 
 #include "checksettings.h"
 #include "httplib.h"
@@ -11,8 +11,6 @@
 #include "requestlog.h"
 #include "scriptstore.h"
 #include "shutdowngate.h"
-
-#include <string>
 
 namespace vesk::backend {
 
@@ -57,4 +55,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_ENDPOINTS_H
+#endif

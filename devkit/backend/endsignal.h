@@ -1,5 +1,3 @@
-/// @file
-/// The wish that the program ends.
 #ifndef VESK_DEVKIT_BACKEND_ENDSIGNAL_H
 #define VESK_DEVKIT_BACKEND_ENDSIGNAL_H
 
@@ -17,4 +15,4 @@ public:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_ENDSIGNAL_H
+#endif

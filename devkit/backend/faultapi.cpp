@@ -1,9 +1,9 @@
 #include "faultapi.h"
 
+#include <exception>
+
 #include "jsonanswer.h"
 #include "jsontext.h"
-
-#include <exception>
 
 namespace vesk::backend {
 

@@ -1,15 +1,13 @@
-/// @file
-/// Faults below the answers: the certificate and the line.
 #ifndef VESK_DEVKIT_BACKEND_FAULTAPI_H
 #define VESK_DEVKIT_BACKEND_FAULTAPI_H
-
-#include "certificatechoice.h"
-#include "faultyline.h"
-#include "httplib.h"
 
 #include <memory>
 #include <mutex>
 #include <string>
+
+#include "certificatechoice.h"
+#include "faultyline.h"
+#include "httplib.h"
 
 namespace vesk::backend {
 
@@ -40,4 +38,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_FAULTAPI_H
+#endif

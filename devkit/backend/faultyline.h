@@ -1,5 +1,3 @@
-/// @file
-/// A line to the backend that breaks where a test wants it.
 #ifndef VESK_DEVKIT_BACKEND_FAULTYLINE_H
 #define VESK_DEVKIT_BACKEND_FAULTYLINE_H
 
@@ -53,4 +51,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_FAULTYLINE_H
+#endif

@@ -1,9 +1,9 @@
 #include "httpserver.h"
 
-#include "connection.h"
-
 #include <chrono>
 #include <ctime>
+
+#include "connection.h"
 
 namespace vesk::backend {
 

@@ -1,14 +1,12 @@
-/// @file
-/// One listening socket.
 #ifndef VESK_DEVKIT_BACKEND_HTTPSERVER_H
 #define VESK_DEVKIT_BACKEND_HTTPSERVER_H
-
-#include "httplib.h"
 
 #include <atomic>
 #include <memory>
 #include <string>
 #include <thread>
+
+#include "httplib.h"
 
 namespace vesk::backend {
 
@@ -53,4 +51,4 @@ bool readBody(const httplib::Request& request, const httplib::ContentReader& rea
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_HTTPSERVER_H
+#endif

@@ -1,9 +1,5 @@
-/// @file
-/// The logins that this backend has handed out.
 #ifndef VESK_DEVKIT_BACKEND_ISSUEDLOGINS_H
 #define VESK_DEVKIT_BACKEND_ISSUEDLOGINS_H
-
-#include "problem.h"
 
 #include <map>
 #include <mutex>
@@ -11,6 +7,8 @@
 #include <set>
 #include <string>
 #include <utility>
+
+#include "problem.h"
 
 namespace vesk::backend {
 
@@ -46,4 +44,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_ISSUEDLOGINS_H
+#endif

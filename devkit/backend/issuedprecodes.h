@@ -1,5 +1,3 @@
-/// @file
-/// The pre-codes that this backend has handed out.
 #ifndef VESK_DEVKIT_BACKEND_ISSUEDPRECODES_H
 #define VESK_DEVKIT_BACKEND_ISSUEDPRECODES_H
 
@@ -27,4 +25,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_ISSUEDPRECODES_H
+#endif

@@ -1,16 +1,14 @@
-/// @file
-/// JSON over the control port.
 #ifndef VESK_DEVKIT_BACKEND_JSONANSWER_H
 #define VESK_DEVKIT_BACKEND_JSONANSWER_H
 
-#include "httplib.h"
-
 #include <rapidjson/document.h>
-
 #include <string>
+
+#include "httplib.h"
 
 namespace vesk::backend {
 
+/// JSON over the control port.
 constexpr const char* kJsonType = "application/json";
 
 /// Answers {"error":"<what is wrong>"}.
@@ -27,4 +25,4 @@ std::string textMember(const rapidjson::Value& object, const char* name);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_JSONANSWER_H
+#endif

@@ -1,11 +1,8 @@
-/// @file
-/// The shape of a JSON object.
 #ifndef VESK_DEVKIT_BACKEND_JSONMEMBERS_H
 #define VESK_DEVKIT_BACKEND_JSONMEMBERS_H
 
-#include <rapidjson/document.h>
-
 #include <initializer_list>
+#include <rapidjson/document.h>
 #include <string>
 
 namespace vesk::backend {
@@ -24,4 +21,4 @@ std::string kindOf(const rapidjson::Value& value);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_JSONMEMBERS_H
+#endif

@@ -1,11 +1,8 @@
-/// @file
-/// Writing JSON from text that need not be UTF-8.
 #ifndef VESK_DEVKIT_BACKEND_JSONTEXT_H
 #define VESK_DEVKIT_BACKEND_JSONTEXT_H
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
-
 #include <string>
 #include <string_view>
 
@@ -27,4 +24,4 @@ std::string quoted(std::string_view text);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_JSONTEXT_H
+#endif

@@ -1,3 +1,7 @@
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+
 #include "consolefeed.h"
 #include "consolepage.h"
 #include "controlapi.h"
@@ -9,10 +13,6 @@
 #include "originguard.h"
 #include "sessionapi.h"
 #include "tlsserver.h"
-
-#include <cstdio>
-#include <exception>
-#include <stdexcept>
 
 namespace {
 

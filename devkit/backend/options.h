@@ -1,5 +1,3 @@
-/// @file
-/// The command line.
 #ifndef VESK_DEVKIT_BACKEND_OPTIONS_H
 #define VESK_DEVKIT_BACKEND_OPTIONS_H
 
@@ -31,4 +29,4 @@ const char* usageText();
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_OPTIONS_H
+#endif

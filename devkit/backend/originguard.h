@@ -1,11 +1,9 @@
-/// @file
-/// Who may use the control port.
 #ifndef VESK_DEVKIT_BACKEND_ORIGINGUARD_H
 #define VESK_DEVKIT_BACKEND_ORIGINGUARD_H
 
-#include "httplib.h"
-
 #include <string>
+
+#include "httplib.h"
 
 namespace vesk::backend {
 
@@ -19,4 +17,4 @@ void guardOrigins(httplib::Server& server);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_ORIGINGUARD_H
+#endif

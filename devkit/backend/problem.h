@@ -1,5 +1,3 @@
-/// @file
-/// What can be wrong with a request.
 #ifndef VESK_DEVKIT_BACKEND_PROBLEM_H
 #define VESK_DEVKIT_BACKEND_PROBLEM_H
 
@@ -38,4 +36,4 @@ struct Problem {
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_PROBLEM_H
+#endif

@@ -1,8 +1,7 @@
 #include "qrimage.h"
 
-#include <qrencode.h>
-
 #include <memory>
+#include <qrencode.h>
 
 namespace vesk::backend {
 

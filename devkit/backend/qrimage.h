@@ -1,5 +1,3 @@
-/// @file
-/// QR codes as images.
 #ifndef VESK_DEVKIT_BACKEND_QRIMAGE_H
 #define VESK_DEVKIT_BACKEND_QRIMAGE_H
 
@@ -17,4 +15,4 @@ std::optional<std::string> qrSvg(const std::string& text);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_QRIMAGE_H
+#endif

@@ -1,9 +1,9 @@
 #include "query.h"
 
-#include "jsontext.h"
-
 #include <algorithm>
 #include <vector>
+
+#include "jsontext.h"
 
 namespace vesk::backend {
 

@@ -1,13 +1,11 @@
-/// @file
-/// The query of a signed request.
 #ifndef VESK_DEVKIT_BACKEND_QUERY_H
 #define VESK_DEVKIT_BACKEND_QUERY_H
-
-#include "problem.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "problem.h"
 
 namespace vesk::backend {
 
@@ -31,4 +29,4 @@ std::optional<Problem> readQuery(std::string_view text, Query& query);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_QUERY_H
+#endif

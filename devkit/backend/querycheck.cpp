@@ -1,11 +1,11 @@
 #include "querycheck.h"
 
-#include "digest.h"
-#include "jsontext.h"
-
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
+
+#include "digest.h"
+#include "jsontext.h"
 
 namespace vesk::backend {
 

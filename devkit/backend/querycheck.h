@@ -1,14 +1,12 @@
-/// @file
-/// The checks of a query's values and of the signature.
 #ifndef VESK_DEVKIT_BACKEND_QUERYCHECK_H
 #define VESK_DEVKIT_BACKEND_QUERYCHECK_H
+
+#include <optional>
 
 #include "checksettings.h"
 #include "problem.h"
 #include "query.h"
 #include "receivedrequest.h"
-
-#include <optional>
 
 namespace vesk::backend {
 
@@ -25,4 +23,4 @@ std::optional<Problem> checkSignature(const ReceivedRequest& request, const Quer
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_QUERYCHECK_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// A request as it came.
 #ifndef VESK_DEVKIT_BACKEND_RECEIVEDREQUEST_H
 #define VESK_DEVKIT_BACKEND_RECEIVEDREQUEST_H
 
@@ -26,4 +24,4 @@ struct ReceivedRequest {
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_RECEIVEDREQUEST_H
+#endif

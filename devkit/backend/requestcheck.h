@@ -1,15 +1,13 @@
-/// @file
-/// The verdict on a whole request.
 #ifndef VESK_DEVKIT_BACKEND_REQUESTCHECK_H
 #define VESK_DEVKIT_BACKEND_REQUESTCHECK_H
+
+#include <optional>
 
 #include "bodycheck.h"
 #include "checksettings.h"
 #include "problem.h"
 #include "query.h"
 #include "receivedrequest.h"
-
-#include <optional>
 
 namespace vesk::backend {
 
@@ -33,4 +31,4 @@ CheckedRequest checkRequest(const ReceivedRequest& request, const CheckSettings&
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_REQUESTCHECK_H
+#endif

@@ -1,10 +1,10 @@
 #include "requestlog.h"
 
-#include "digest.h"
-#include "jsontext.h"
-
 #include <algorithm>
 #include <map>
+
+#include "digest.h"
+#include "jsontext.h"
 
 namespace vesk::backend {
 

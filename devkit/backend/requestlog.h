@@ -1,16 +1,14 @@
-/// @file
-/// Every request that came.
 #ifndef VESK_DEVKIT_BACKEND_REQUESTLOG_H
 #define VESK_DEVKIT_BACKEND_REQUESTLOG_H
-
-#include "changes.h"
-#include "receivedrequest.h"
 
 #include <chrono>
 #include <cstdint>
 #include <mutex>
 #include <string>
 #include <vector>
+
+#include "changes.h"
+#include "receivedrequest.h"
 
 namespace vesk::backend {
 
@@ -58,4 +56,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_REQUESTLOG_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// What the player with the telephone can do.
 #ifndef VESK_DEVKIT_BACKEND_SCANBUTTON_H
 #define VESK_DEVKIT_BACKEND_SCANBUTTON_H
 
@@ -7,6 +5,7 @@
 
 namespace vesk::backend {
 
+/// What the player with the telephone can do.
 enum class ScanButton { Scanned, Confirm, Deny, Expire, KickOut, Fail };
 
 /// A button, and how the control API calls it.
@@ -33,4 +32,4 @@ struct ScanWord {
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_SCANBUTTON_H
+#endif

@@ -1,14 +1,12 @@
-/// @file
-/// One QR code on a game's screen.
 #ifndef VESK_DEVKIT_BACKEND_SCANSESSION_H
 #define VESK_DEVKIT_BACKEND_SCANSESSION_H
-
-#include "jsontext.h"
-#include "scanbutton.h"
 
 #include <chrono>
 #include <string>
 #include <vector>
+
+#include "jsontext.h"
+#include "scanbutton.h"
 
 namespace vesk::backend {
 
@@ -59,4 +57,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_SCANSESSION_H
+#endif

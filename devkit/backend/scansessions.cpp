@@ -1,8 +1,8 @@
 #include "scansessions.h"
 
-#include "digest.h"
-
 #include <algorithm>
+
+#include "digest.h"
 
 namespace vesk::backend {
 

@@ -1,10 +1,5 @@
-/// @file
-/// The QR codes that wait for a player.
 #ifndef VESK_DEVKIT_BACKEND_SCANSESSIONS_H
 #define VESK_DEVKIT_BACKEND_SCANSESSIONS_H
-
-#include "changes.h"
-#include "scansession.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -12,6 +7,9 @@
 #include <mutex>
 #include <optional>
 #include <string>
+
+#include "changes.h"
+#include "scansession.h"
 
 namespace vesk::backend {
 
@@ -69,4 +67,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_SCANSESSIONS_H
+#endif

@@ -1,12 +1,11 @@
 #include "scriptedanswer.h"
 
-#include "jsonmembers.h"
-#include "jsontext.h"
-
+#include <functional>
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
-#include <functional>
+#include "jsonmembers.h"
+#include "jsontext.h"
 
 namespace vesk::backend {
 

@@ -1,5 +1,3 @@
-/// @file
-/// An answer that a test has scripted.
 #ifndef VESK_DEVKIT_BACKEND_SCRIPTEDANSWER_H
 #define VESK_DEVKIT_BACKEND_SCRIPTEDANSWER_H
 
@@ -47,4 +45,4 @@ std::string parseScript(const std::string& json, ScriptedAnswer& answer);
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_SCRIPTEDANSWER_H
+#endif

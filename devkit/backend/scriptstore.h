@@ -1,9 +1,5 @@
-/// @file
-/// The scripted answers that wait for their request.
 #ifndef VESK_DEVKIT_BACKEND_SCRIPTSTORE_H
 #define VESK_DEVKIT_BACKEND_SCRIPTSTORE_H
-
-#include "scriptedanswer.h"
 
 #include <cstddef>
 #include <deque>
@@ -11,6 +7,8 @@
 #include <mutex>
 #include <optional>
 #include <string>
+
+#include "scriptedanswer.h"
 
 namespace vesk::backend {
 
@@ -32,4 +30,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_SCRIPTSTORE_H
+#endif

@@ -1,11 +1,11 @@
 #include "sessionapi.h"
 
+#include <algorithm>
+#include <charconv>
+
 #include "jsonanswer.h"
 #include "jsontext.h"
 #include "qrimage.h"
-
-#include <algorithm>
-#include <charconv>
 
 namespace vesk::backend {
 

@@ -1,15 +1,12 @@
-/// @file
-/// The part of the control port that plays the player with the telephone.
 #ifndef VESK_DEVKIT_BACKEND_SESSIONAPI_H
 #define VESK_DEVKIT_BACKEND_SESSIONAPI_H
+
+#include <rapidjson/document.h>
+#include <string>
 
 #include "httplib.h"
 #include "issuedprecodes.h"
 #include "scansessions.h"
-
-#include <rapidjson/document.h>
-
-#include <string>
 
 namespace vesk::backend {
 
@@ -35,4 +32,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_SESSIONAPI_H
+#endif

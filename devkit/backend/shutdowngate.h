@@ -1,5 +1,3 @@
-/// @file
-/// The end of the program, as a request that waits sees it.
 #ifndef VESK_DEVKIT_BACKEND_SHUTDOWNGATE_H
 #define VESK_DEVKIT_BACKEND_SHUTDOWNGATE_H
 
@@ -27,4 +25,4 @@ private:
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_SHUTDOWNGATE_H
+#endif

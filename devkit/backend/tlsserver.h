@@ -1,13 +1,11 @@
-/// @file
-/// The HTTPS server, where the build has one.
 #ifndef VESK_DEVKIT_BACKEND_TLSSERVER_H
 #define VESK_DEVKIT_BACKEND_TLSSERVER_H
 
-#include "certificatechoice.h"
-#include "httplib.h"
-
 #include <memory>
 #include <string>
+
+#include "certificatechoice.h"
+#include "httplib.h"
 
 namespace vesk::backend {
 
@@ -22,4 +20,4 @@ std::unique_ptr<httplib::Server> makeTlsServer(const std::string& caOut,
 
 } // namespace vesk::backend
 
-#endif // VESK_DEVKIT_BACKEND_TLSSERVER_H
+#endif

@@ -1,10 +1,10 @@
 #include "tlsserver.h"
 
-#include "certificatemaker.h"
-
 #include <fstream>
 #include <stdexcept>
 #include <utility>
+
+#include "certificatemaker.h"
 
 namespace vesk::backend {
 

@@ -1,8 +1,8 @@
 #include "commandline.h"
 
-#include "timestamp.h"
-
 #include <CLI/CLI.hpp>
+
+#include "timestamp.h"
 
 namespace vesk::logread {
 

@@ -1,5 +1,3 @@
-/// @file
-/// The command line.
 #ifndef VESK_DEVKIT_LOGREAD_COMMANDLINE_H
 #define VESK_DEVKIT_LOGREAD_COMMANDLINE_H
 
@@ -27,4 +25,4 @@ CommandLine readCommandLine(int argc, char** argv);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_COMMANDLINE_H
+#endif

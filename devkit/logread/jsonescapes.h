@@ -1,5 +1,3 @@
-/// @file
-/// Characters that JSON may hide.
 #ifndef VESK_DEVKIT_LOGREAD_JSONESCAPES_H
 #define VESK_DEVKIT_LOGREAD_JSONESCAPES_H
 
@@ -15,4 +13,4 @@ std::string withoutJsonEscapes(std::string_view text);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_JSONESCAPES_H
+#endif

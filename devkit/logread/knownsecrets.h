@@ -1,5 +1,3 @@
-/// @file
-/// Secrets that were seen under their names.
 #ifndef VESK_DEVKIT_LOGREAD_KNOWNSECRETS_H
 #define VESK_DEVKIT_LOGREAD_KNOWNSECRETS_H
 
@@ -9,6 +7,7 @@
 
 namespace vesk::logread {
 
+/// Secrets that were seen under their names.
 constexpr std::string_view kMask = "***";
 
 /// Finds a secret again where no name stands before it.
@@ -25,4 +24,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_KNOWNSECRETS_H
+#endif

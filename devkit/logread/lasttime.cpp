@@ -1,9 +1,9 @@
 #include "lasttime.h"
 
+#include <algorithm>
+
 #include "logfile.h"
 #include "logreader.h"
-
-#include <algorithm>
 
 namespace vesk::logread {
 

@@ -1,5 +1,3 @@
-/// @file
-/// When a log ends.
 #ifndef VESK_DEVKIT_LOGREAD_LASTTIME_H
 #define VESK_DEVKIT_LOGREAD_LASTTIME_H
 
@@ -13,4 +11,4 @@ std::string lastDay(const std::filesystem::path& file);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_LASTTIME_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// The file that a log lies in.
 #ifndef VESK_DEVKIT_LOGREAD_LOGFILE_H
 #define VESK_DEVKIT_LOGREAD_LOGFILE_H
 
@@ -14,4 +12,4 @@ std::ifstream openLog(const std::filesystem::path& path);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_LOGFILE_H
+#endif

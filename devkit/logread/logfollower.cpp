@@ -1,9 +1,9 @@
 #include "logfollower.h"
 
-#include "logfile.h"
-
 #include <algorithm>
 #include <utility>
+
+#include "logfile.h"
 
 namespace vesk::logread {
 

@@ -1,13 +1,11 @@
-/// @file
-/// A log that is still written.
 #ifndef VESK_DEVKIT_LOGREAD_LOGFOLLOWER_H
 #define VESK_DEVKIT_LOGREAD_LOGFOLLOWER_H
-
-#include "logreader.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
+
+#include "logreader.h"
 
 namespace vesk::logread {
 
@@ -34,4 +32,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_LOGFOLLOWER_H
+#endif

@@ -1,12 +1,10 @@
-/// @file
-/// What a record tells of a login.
 #ifndef VESK_DEVKIT_LOGREAD_LOGINSTEP_H
 #define VESK_DEVKIT_LOGREAD_LOGINSTEP_H
 
-#include "logrecord.h"
-
 #include <optional>
 #include <string>
+
+#include "logrecord.h"
 
 namespace vesk::logread {
 
@@ -34,4 +32,4 @@ std::optional<std::string> readRequestedChannel(const LogRecord& record);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_LOGINSTEP_H
+#endif

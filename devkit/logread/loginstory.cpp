@@ -1,10 +1,10 @@
 #include "loginstory.h"
 
-#include "printabletext.h"
-#include "timestamp.h"
-
 #include <algorithm>
 #include <cstdio>
+
+#include "printabletext.h"
+#include "timestamp.h"
 
 namespace vesk::logread {
 

@@ -1,13 +1,11 @@
-/// @file
-/// The logins of a log.
 #ifndef VESK_DEVKIT_LOGREAD_LOGINSTORY_H
 #define VESK_DEVKIT_LOGREAD_LOGINSTORY_H
-
-#include "loginstep.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "loginstep.h"
 
 namespace vesk::logread {
 
@@ -41,4 +39,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_LOGINSTORY_H
+#endif

@@ -1,14 +1,12 @@
-/// @file
-/// From bytes to records.
 #ifndef VESK_DEVKIT_LOGREAD_LOGREADER_H
 #define VESK_DEVKIT_LOGREAD_LOGREADER_H
+
+#include <optional>
 
 #include "recorddecoder.h"
 #include "recordfilter.h"
 #include "recordsplitter.h"
 #include "redactor.h"
-
-#include <optional>
 
 namespace vesk::logread {
 
@@ -40,4 +38,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_LOGREADER_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// A record in clear text.
 #ifndef VESK_DEVKIT_LOGREAD_LOGRECORD_H
 #define VESK_DEVKIT_LOGREAD_LOGRECORD_H
 
@@ -35,4 +33,4 @@ public:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_LOGRECORD_H
+#endif

@@ -1,3 +1,9 @@
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <thread>
+
 #include "commandline.h"
 #include "lasttime.h"
 #include "logfile.h"
@@ -5,12 +11,6 @@
 #include "loginstory.h"
 #include "recordprinter.h"
 #include "timestamp.h"
-
-#include <chrono>
-#include <cstdio>
-#include <exception>
-#include <stdexcept>
-#include <thread>
 
 namespace {
 

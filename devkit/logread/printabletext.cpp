@@ -1,11 +1,11 @@
 #include "printabletext.h"
 
-#include "control.h"
-#include "utf8.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+
+#include "control.h"
+#include "utf8.h"
 
 namespace vesk::logread {
 

@@ -1,5 +1,3 @@
-/// @file
-/// Text for a terminal.
 #ifndef VESK_DEVKIT_LOGREAD_PRINTABLETEXT_H
 #define VESK_DEVKIT_LOGREAD_PRINTABLETEXT_H
 
@@ -18,4 +16,4 @@ void appendJsonText(std::string& out, std::string_view text);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_PRINTABLETEXT_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// A record as it lies in the file.
 #ifndef VESK_DEVKIT_LOGREAD_RAWRECORD_H
 #define VESK_DEVKIT_LOGREAD_RAWRECORD_H
 
@@ -18,4 +16,4 @@ struct RawRecord {
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_RAWRECORD_H
+#endif

@@ -1,12 +1,10 @@
-/// @file
-/// Makes a record readable.
 #ifndef VESK_DEVKIT_LOGREAD_RECORDDECODER_H
 #define VESK_DEVKIT_LOGREAD_RECORDDECODER_H
 
+#include <string>
+
 #include "logrecord.h"
 #include "rawrecord.h"
-
-#include <string>
 
 namespace vesk::logread {
 
@@ -29,4 +27,4 @@ bool parseRecord(std::string_view text, LogRecord& record);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_RECORDDECODER_H
+#endif

@@ -1,11 +1,9 @@
-/// @file
-/// Which records are wanted.
 #ifndef VESK_DEVKIT_LOGREAD_RECORDFILTER_H
 #define VESK_DEVKIT_LOGREAD_RECORDFILTER_H
 
-#include "logrecord.h"
-
 #include <string>
+
+#include "logrecord.h"
 
 namespace vesk::logread {
 
@@ -31,4 +29,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_RECORDFILTER_H
+#endif

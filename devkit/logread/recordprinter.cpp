@@ -1,8 +1,8 @@
 #include "recordprinter.h"
 
-#include "printabletext.h"
-
 #include <utility>
+
+#include "printabletext.h"
 
 namespace vesk::logread {
 

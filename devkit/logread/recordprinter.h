@@ -1,12 +1,10 @@
-/// @file
-/// Prints records.
 #ifndef VESK_DEVKIT_LOGREAD_RECORDPRINTER_H
 #define VESK_DEVKIT_LOGREAD_RECORDPRINTER_H
 
-#include "logrecord.h"
-
 #include <functional>
 #include <string>
+
+#include "logrecord.h"
 
 namespace vesk::logread {
 
@@ -48,4 +46,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_RECORDPRINTER_H
+#endif

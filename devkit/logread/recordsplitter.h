@@ -1,14 +1,12 @@
-/// @file
-/// Finds the records in a stream of bytes.
 #ifndef VESK_DEVKIT_LOGREAD_RECORDSPLITTER_H
 #define VESK_DEVKIT_LOGREAD_RECORDSPLITTER_H
-
-#include "rawrecord.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
+
+#include "rawrecord.h"
 
 namespace vesk::logread {
 
@@ -53,4 +51,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_RECORDSPLITTER_H
+#endif

@@ -1,10 +1,10 @@
 #include "redactor.h"
 
-#include "jsonescapes.h"
-#include "secretnames.h"
-
 #include <algorithm>
 #include <array>
+
+#include "jsonescapes.h"
+#include "secretnames.h"
 
 namespace vesk::logread {
 

@@ -1,12 +1,10 @@
-/// @file
-/// Takes the secrets out of a log.
 #ifndef VESK_DEVKIT_LOGREAD_REDACTOR_H
 #define VESK_DEVKIT_LOGREAD_REDACTOR_H
 
-#include "knownsecrets.h"
-
 #include <string>
 #include <string_view>
+
+#include "knownsecrets.h"
 
 namespace vesk::logread {
 
@@ -36,4 +34,4 @@ private:
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_REDACTOR_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// Names of values that nobody else may see.
 #ifndef VESK_DEVKIT_LOGREAD_SECRETNAMES_H
 #define VESK_DEVKIT_LOGREAD_SECRETNAMES_H
 
@@ -13,4 +11,4 @@ bool isSecretName(std::string_view name);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_SECRETNAMES_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// The times in a log.
 #ifndef VESK_DEVKIT_LOGREAD_TIMESTAMP_H
 #define VESK_DEVKIT_LOGREAD_TIMESTAMP_H
 
@@ -21,4 +19,4 @@ bool isTimeOfDay(std::string_view text);
 
 } // namespace vesk::logread
 
-#endif // VESK_DEVKIT_LOGREAD_TIMESTAMP_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// Characters that steer the terminal on which they are shown.
 #ifndef VESK_DEVKIT_TEXT_CONTROL_H
 #define VESK_DEVKIT_TEXT_CONTROL_H
 
@@ -31,4 +29,4 @@ inline bool isControl(uint32_t code) {
 
 } // namespace vesk::text
 
-#endif // VESK_DEVKIT_TEXT_CONTROL_H
+#endif

@@ -1,5 +1,3 @@
-/// @file
-/// UTF-8 in texts that may hold any bytes.
 #ifndef VESK_DEVKIT_TEXT_UTF8_H
 #define VESK_DEVKIT_TEXT_UTF8_H
 
@@ -33,4 +31,4 @@ inline size_t utf8Length(std::string_view text) {
 
 } // namespace vesk::text
 
-#endif // VESK_DEVKIT_TEXT_UTF8_H
+#endif

@@ -1,9 +1,8 @@
-#include "doctorword.h"
-
 #include <cstdio>
 #include <exception>
 
 #include "doctor.h"
+#include "doctorword.h"
 
 int runDoctorWord(bool json, bool offline) {
     vesk::doctor::DoctorOptions options;

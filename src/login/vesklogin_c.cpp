@@ -1,5 +1,3 @@
-#include "vesk/vesk_c.h"
-
 #include <cstdint>
 
 #include "common/veskversion.h"
@@ -7,6 +5,7 @@
 #include "login/vesklogin_c_observer.h"
 #include "login/vesklogin_c_records.h"
 #include "module/veskmodule.h"
+#include "vesk/vesk_c.h"
 #include "vesk/vesklogin.h"
 
 using Braxel::VESK::kSdkVersion;

@@ -1,8 +1,8 @@
 #include "module/veskmodule.h"
 
+#include <windows.h>
 #include <cstdlib>
 #include <cwchar>
-#include <windows.h>
 
 #include "module/veskatlcommodule.h"
 #include "module/veskruntime.h"

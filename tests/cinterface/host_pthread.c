@@ -1,7 +1,7 @@
-#include "host.h"
-
 #include <semaphore.h>
 #include <stdio.h>
+
+#include "host.h"
 
 static sem_t signals;
 

@@ -1,7 +1,6 @@
 #include "faults/processcounts.h"
 
 #include <windows.h>
-
 #include <psapi.h>
 #include <tlhelp32.h>
 

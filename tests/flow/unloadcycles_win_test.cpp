@@ -1,12 +1,11 @@
 // A launcher that loads the SDK for each game that it starts, and unloads it again.
+#include <windows.h>
 #include <atomic>
 #include <gmock/gmock.h>
 #include <malloc.h>
-#include <thread>
-#include <windows.h>
-
 #include <objbase.h>
 #include <psapi.h>
+#include <thread>
 
 #include "support/actingobserver.h"
 #include "support/gamefolder.h"

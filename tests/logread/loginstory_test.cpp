@@ -1,6 +1,7 @@
+#include "loginstory.h"
+
 #include <gtest/gtest.h>
 
-#include "loginstory.h"
 #include "logread/logbytes.h"
 
 namespace vesk::test {

@@ -1,8 +1,8 @@
 #include "loadedsdk.h"
 
+#include <windows.h>
 #include <stdexcept>
 #include <string>
-#include <windows.h>
 
 namespace vesk::test {
 

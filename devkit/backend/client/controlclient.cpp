@@ -1,10 +1,10 @@
 #include "controlclient.h"
 
-#include "loopbacksocket.h"
-
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+
+#include "loopbacksocket.h"
 
 namespace vesk::scanclient {
 

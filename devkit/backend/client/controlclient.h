@@ -1,5 +1,3 @@
-/// @file
-/// Requests to the backend's control port.
 #ifndef VESK_DEVKIT_BACKEND_CLIENT_CONTROLCLIENT_H
 #define VESK_DEVKIT_BACKEND_CLIENT_CONTROLCLIENT_H
 
@@ -36,4 +34,4 @@ private:
 
 } // namespace vesk::scanclient
 
-#endif // VESK_DEVKIT_BACKEND_CLIENT_CONTROLCLIENT_H
+#endif

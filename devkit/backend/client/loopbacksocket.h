@@ -1,5 +1,3 @@
-/// @file
-/// A TCP connection to this machine.
 #ifndef VESK_DEVKIT_BACKEND_CLIENT_LOOPBACKSOCKET_H
 #define VESK_DEVKIT_BACKEND_CLIENT_LOOPBACKSOCKET_H
 
@@ -44,4 +42,4 @@ private:
 
 } // namespace vesk::scanclient
 
-#endif // VESK_DEVKIT_BACKEND_CLIENT_LOOPBACKSOCKET_H
+#endif

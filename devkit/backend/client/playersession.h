@@ -1,14 +1,12 @@
-/// @file
-/// A simulated messenger's side of a QR code.
 #ifndef VESK_DEVKIT_BACKEND_CLIENT_PLAYERSESSION_H
 #define VESK_DEVKIT_BACKEND_CLIENT_PLAYERSESSION_H
-
-#include "controlclient.h"
 
 #include <atomic>
 #include <functional>
 #include <optional>
 #include <string>
+
+#include "controlclient.h"
 
 namespace vesk::scanclient {
 
@@ -71,4 +69,4 @@ private:
 
 } // namespace vesk::scanclient
 
-#endif // VESK_DEVKIT_BACKEND_CLIENT_PLAYERSESSION_H
+#endif

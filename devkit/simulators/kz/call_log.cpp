@@ -1,7 +1,7 @@
 #include "call_log.h"
 
-#include <mutex>
 #include <windows.h>
+#include <mutex>
 
 #include "json_line.h"
 #include "lock.h"

@@ -3,7 +3,6 @@
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
-
 #include <string>
 
 namespace vesk::kzsim {

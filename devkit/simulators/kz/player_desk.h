@@ -1,9 +1,9 @@
 #ifndef VESK_SIMULATORS_KZ_PLAYER_DESK_H
 #define VESK_SIMULATORS_KZ_PLAYER_DESK_H
 
+#include <windows.h>
 #include <memory>
 #include <string>
-#include <windows.h>
 
 #include "client/playersession.h"
 #include "event_thread.h"

@@ -1,9 +1,9 @@
 #ifndef VESK_SIMULATORS_KZ_SERVER_H
 #define VESK_SIMULATORS_KZ_SERVER_H
 
+#include <windows.h>
 #include <atomic>
 #include <string>
-#include <windows.h>
 
 namespace vesk::kzsim {
 

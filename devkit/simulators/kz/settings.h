@@ -1,8 +1,8 @@
 #ifndef VESK_SIMULATORS_KZ_SETTINGS_H
 #define VESK_SIMULATORS_KZ_SETTINGS_H
 
-#include <string>
 #include <windows.h>
+#include <string>
 
 namespace vesk::kzsim {
 

@@ -1,9 +1,9 @@
 #ifndef VESK_THIRDSDK_KZ_DLLAPIHELPER_H
 #define VESK_THIRDSDK_KZ_DLLAPIHELPER_H
 
+#include <windows.h>
 #include <string>
 #include <unknwn.h>
-#include <windows.h>
 
 namespace Braxel {
 namespace VESK {

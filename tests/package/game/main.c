@@ -1,6 +1,7 @@
 /* The page's snippet brings the rest. */
-#include "vesk/vesk_c.h"
 #include <stdio.h>
+
+#include "vesk/vesk_c.h"
 
 void startLogin(void);
 

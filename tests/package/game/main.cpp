@@ -1,6 +1,7 @@
 // README's snippet brings the rest. There is no Steam client, so the login fails inside the call.
-#include "vesk/vesklogin.h"
 #include <cstdio>
+
+#include "vesk/vesklogin.h"
 
 void startLogin();
 

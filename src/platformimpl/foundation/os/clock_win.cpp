@@ -1,7 +1,7 @@
 #include "platformimpl/foundation/os/clock.h"
 
-#include <sys/timeb.h>
 #include <windows.h>
+#include <sys/timeb.h>
 
 namespace Braxel {
 namespace VESK {

@@ -1,11 +1,11 @@
 #include "platformimpl/foundation/os/file.h"
 
+#include <windows.h>
 #include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
-#include <windows.h>
 
 namespace Braxel {
 namespace VESK {

@@ -1,7 +1,7 @@
 #include "platformimpl/foundation/os/text.h"
 
-#include <cstdlib>
 #include <windows.h>
+#include <cstdlib>
 
 namespace Braxel {
 namespace VESK {

@@ -1,9 +1,9 @@
 #include "platformimpl/foundation/os/thread.h"
 
+#include <windows.h>
 #include <atomic>
 #include <cerrno>
 #include <new>
-#include <windows.h>
 
 namespace Braxel {
 namespace VESK {

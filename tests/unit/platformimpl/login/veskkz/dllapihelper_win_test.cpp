@@ -1,9 +1,8 @@
-#include "thirdsdk/kz/dllapihelper.h"
-
 #include <objbase.h>
 
 #include "platformimpl/login/veskkz/kzsink_win.h"
 #include "thirdsdk/kz/comsupport.h"
+#include "thirdsdk/kz/dllapihelper.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
