@@ -1,6 +1,6 @@
 namespace Braxel.Vesk
 {
-    /// <summary>Values of RetCode; docs/return-codes.md says what to do about each.</summary>
+    /// <summary>Values of RetCode; docs/codes.md says what to do about each.</summary>
     public static class VeskError
     {
         public const int Success = 0;

@@ -18,7 +18,7 @@ extern "C" {
 #endif
 // NOLINTBEGIN(modernize-use-using): C has no other way to name a type
 
-/// Values of ret_code that are errors of the SDK; docs/return-codes.md says what to do about each.
+/// Values of ret_code that are errors of the SDK; docs/codes.md says what to do about each.
 enum { VESK_SUCCESS = 0, VESK_NO_LOGIN = 1, VESK_NETWORK_ERROR = 4, VESK_SERVER_ERROR = 5 };
 enum { VESK_AUTOLOGIN_NOT_ALLOWED = 7, VESK_CHANNEL_INIT_FAILED = 17, VESK_NEED_REALNAME = 20 };
 enum { VESK_NETWORK_RESPONSE_ERROR = 24, VESK_NO_STORED_LOGIN = 1001, VESK_TOKEN_EXPIRED = 1002 };

@@ -12,7 +12,7 @@ namespace VESK {
 ///
 /// A code says which stage failed; `thirdCode` says what the outside party answered: the backend's
 /// "ret", a libcurl code, an HTTP status, 833 for an HTTP status of 0, or 4 for a request that
-/// waited too long for a free connection. docs/return-codes.md tells what to do about each.
+/// waited too long for a free connection. docs/codes.md tells what to do about each.
 struct VESKError {
     /// The operation succeeded.
     static constexpr int32_t SUCCESS = 0;

@@ -15,7 +15,7 @@ namespace VESK {
 /// The SDK's facade. No operation waits for the network: results arrive through the observer. The
 /// channel's component is called on the caller's thread and may take its time, above all while it
 /// starts, which is inside Login for Steam and KZ and inside AutoLogin. Nothing throws.
-/// A thread that calls needs 128 KB of stack (docs/threads.md).
+/// A thread that calls needs 128 KB of stack (docs/architecture.md).
 class VESK_API VESKLogin {
 public:
     /// Sets the one observer of the process. Call it before the first login.

@@ -3,7 +3,7 @@
                        [--screenshots FOLDER]
 
 Opens the scan console in a headless browser, as a person would, and confirms the login of a game.
-VESK_SCREENSHOTS=FOLDER, or the option, keeps scan-console-light.png and scan-console-dark.png there.
+VESK_SCREENSHOTS=FOLDER, or the option, keeps scan-page-light.png and scan-page-dark.png there.
 """
 import argparse
 import contextlib
@@ -121,7 +121,7 @@ def check_schemes(browser, screenshots):
         text, back = colours(browser)
         assert (text < 80 and back > 200) if scheme == "light" else (text > 200 and back < 80)
         if screenshots:
-            browser.screenshot(os.path.join(screenshots, f"scan-console-{scheme}.png"))
+            browser.screenshot(os.path.join(screenshots, f"scan-page-{scheme}.png"))
 
 
 def visit(browser, game, control, screenshots):

@@ -136,7 +136,7 @@ MsvcAbiLinksByFindPackage() {
 PageNamesTheOldestGlibc() {
     local needed
     needed="$(objdump -T "$package/lib/$shared" | grep -oE '\bGLIBC_[0-9.]+' | sort -Vu | tail -n 1)"
-    grep -F "glibc ${needed#GLIBC_}," "$package/docs/compatibility.md"
+    grep -F "glibc ${needed#GLIBC_}," "$package/docs/integration.md"
 }
 
 PortHasTheVersion() {
