@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-/// The console sample in a folder where logins succeed.
+/// The console in a folder where logins succeed.
 class ConsoleTest : public DoctorTest {
 protected:
     ConsoleTest() { setLine("VESK_SDK_KEY", "VESK_SDK_KEY = dev-key"); }

@@ -21,7 +21,7 @@ from scan_browser import call, open_console, start, stop, wait_for
 
 
 class Game:
-    """A folder with the console sample, the SDK and an interactive messenger."""
+    """A folder with the console, the SDK and an interactive messenger."""
 
     def __init__(self, args, folder, backend_url, control_url):
         self.folder = folder

@@ -4,7 +4,7 @@
 #
 # usage: windowsbackend.sh LAUNCHER BACKEND CONSOLE FILE...
 #
-# CONSOLE is the console sample, the FILEs lie beside it.
+# CONSOLE is the console, the FILEs lie beside it.
 set -eu
 launcher=$1 backend=$2 console=$3
 shift 2
@@ -45,7 +45,7 @@ cp "$@" "$work"
 printf 'VESK_URL = %s\nVESK_GAME_ID = 1106\nVESK_SDK_KEY = dev-key\nSTEAM_APP_ID = 480\n' "$url" \
     >"$work/VESKConfig.ini"
 "$launcher" "$work/$(basename "$console")" login logout --json --channel Steam >/dev/null \
-    2>"$work/results" || die "the console sample ended with $?"
+    2>"$work/results" || die "the console ended with $?"
 verdicts=$(ask "$control/requests" | jq -r 'map("\(.target | split("?")[0]) \(.verdict)") | join(", ")')
 [ "$verdicts" = '/v2/auth/login ok, /v2/auth/logout ok' ] || die "the requests were: $verdicts"
 

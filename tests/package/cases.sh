@@ -4,8 +4,7 @@
 everywhere=(
     HoldsTheExpectedEntries HoldsTheLicences NamesNothingOfTheBuildingMachine PagesLinkToFilesInside
     LibraryExportsAndImportsTheList FindPackageGivesARunningGame CopyLibraryKeepsAGamesConfig
-    OtherMajorVersionIsRefused PkgConfigLinksIt PlainFlagsLinkItFromC SampleBuildsAndLogsIn
-    ConsoleOfTheDevKitLogsIn
+    OtherMajorVersionIsRefused PkgConfigLinksIt PlainFlagsLinkItFromC ConsoleOfTheDevKitLogsIn
 )
 windows=(MsvcAbiLinksByFindPackage)
 once=(PageNamesTheOldestGlibc PortHasTheVersion PortConfiguresWithoutDevKit)
@@ -108,12 +107,6 @@ logInWithConsole() {
     expect '"held":true'
     "$devkit/devkit/bin/vesk-logread" "$1/veskrecord.log" >out
     expect steamid
-}
-
-SampleBuildsAndLogsIn() {
-    cp -r "$package/samples/console" sample
-    build sample "${compilers[@]}"
-    logInWithConsole build
 }
 
 ConsoleOfTheDevKitLogsIn() {

@@ -1,5 +1,5 @@
-#ifndef VESK_SAMPLES_CONSOLE_OPTIONS_H
-#define VESK_SAMPLES_CONSOLE_OPTIONS_H
+#ifndef VESK_DEVKIT_CONSOLE_OPTIONS_H
+#define VESK_DEVKIT_CONSOLE_OPTIONS_H
 
 #include <chrono>
 #include <string>

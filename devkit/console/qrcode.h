@@ -1,5 +1,5 @@
-#ifndef VESK_SAMPLES_CONSOLE_QRCODE_H
-#define VESK_SAMPLES_CONSOLE_QRCODE_H
+#ifndef VESK_DEVKIT_CONSOLE_QRCODE_H
+#define VESK_DEVKIT_CONSOLE_QRCODE_H
 
 #include <string>
 #include <vector>
