@@ -18,6 +18,17 @@ fail() {
     exit 1
 }
 
+# Our files whose name matches, each with a zero byte behind it: listFiles PATTERN KIND..., where a
+# KIND is one of git ls-files' options.
+listFiles() {
+    local pattern="$1" file
+    shift
+    git ls-files -z --exclude-standard "$@" | sort -zu | { grep -zE "$pattern" || true; } |
+        while IFS= read -r -d '' file; do
+            [[ ! -f "$file" || -L "$file" ]] || printf '%s\0' "$file"
+        done
+}
+
 # Configures a preset when it never was; after that, ninja sees changes by itself.
 configurePreset() {
     local folder="$VESK_ROOT/build/$1"
