@@ -2,17 +2,17 @@
 #include <exception>
 #include <stdexcept>
 
-#include "consolefeed.h"
-#include "consolepage.h"
-#include "controlapi.h"
-#include "endpoints.h"
-#include "endsignal.h"
-#include "faultapi.h"
-#include "httpserver.h"
+#include "answers/controlapi.h"
+#include "answers/endpoints.h"
+#include "faults/faultapi.h"
 #include "options.h"
-#include "originguard.h"
-#include "sessionapi.h"
-#include "tlsserver.h"
+#include "scanpage/consolefeed.h"
+#include "scanpage/consolepage.h"
+#include "scanpage/sessionapi.h"
+#include "server/endsignal.h"
+#include "server/httpserver.h"
+#include "server/originguard.h"
+#include "server/tlsserver.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "qrimage.h"
+#include "scanpage/qrimage.h"
 
 #include <gtest/gtest.h>
 #include <regex>

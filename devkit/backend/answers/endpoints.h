@@ -1,0 +1,58 @@
+#ifndef VESK_DEVKIT_BACKEND_ANSWERS_ENDPOINTS_H
+#define VESK_DEVKIT_BACKEND_ANSWERS_ENDPOINTS_H
+
+#include <string>
+
+#include "answers/issuedlogins.h"
+#include "answers/issuedprecodes.h"
+#include "answers/scriptstore.h"
+#include "checks/checksettings.h"
+#include "checks/requestcheck.h"
+#include "httplib.h"
+#include "server/requestlog.h"
+#include "server/shutdowngate.h"
+
+namespace vesk::backend {
+
+/// Checks every request, records it, and answers by its script or by itself.
+class Endpoints {
+public:
+    /// All references must outlive the server.
+    Endpoints(const CheckSettings& settings, ScriptStore& scripts, RequestLog& log,
+              IssuedPreCodes& preCodes, ShutdownGate& gate);
+
+    /// Sets the routes of the server.
+    void install(httplib::Server& server);
+
+    /// The port that the server got; a scripted action looks its connection up by it.
+    void setPort(int port) { mPort = port; }
+
+private:
+    struct Answer {
+        int status = 200;
+        std::string body;
+    };
+
+    void handle(const httplib::Request& request, const std::string& body,
+                httplib::Response& response);
+    CheckedRequest check(const ReceivedRequest& request) const;
+    Answer defaultAnswer(const ReceivedRequest& request, const CheckedRequest& checked);
+    Answer scriptedAnswer(const ScriptedAnswer& script, const ReceivedRequest& request,
+                          const CheckedRequest& checked);
+    void adoptLogin(const CheckedRequest& checked, const std::string& body);
+    void perform(const ScriptedAnswer& script, const Answer& answer,
+                 const httplib::Request& request, httplib::Response& response);
+    void hang(int peerPort);
+
+    const CheckSettings& mSettings;
+    ScriptStore& mScripts;
+    RequestLog& mLog;
+    IssuedPreCodes& mPreCodes;
+    ShutdownGate& mGate;
+    IssuedLogins mLogins;
+    int mPort = 0;
+};
+
+} // namespace vesk::backend
+
+#endif

@@ -1,0 +1,50 @@
+#ifndef VESK_DEVKIT_BACKEND_FAULTS_CERTIFICATEMAKER_H
+#define VESK_DEVKIT_BACKEND_FAULTS_CERTIFICATEMAKER_H
+
+#include <array>
+#include <memory>
+#include <openssl/evp.h>
+#include <openssl/x509.h>
+#include <string>
+
+#include "faults/certificatechoice.h"
+
+namespace vesk::backend {
+
+/// Certificates for a server on this machine.
+struct FreeCertificate {
+    void operator()(X509* certificate) const { X509_free(certificate); }
+};
+struct FreeKey {
+    void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
+};
+using CertificatePtr = std::unique_ptr<X509, FreeCertificate>;
+using KeyPtr = std::unique_ptr<EVP_PKEY, FreeKey>;
+
+/// A certificate authority of its own and the server's certificates, one of each kind. The good one
+/// is for `localhost` and 127.0.0.1, signed by the authority, good from a day ago for thirty days;
+/// in each other one thing is wrong. They live in memory only and share one key; the authority's is
+/// forgotten when they are signed.
+class CertificateMaker {
+public:
+    /// Throws std::runtime_error when OpenSSL fails.
+    CertificateMaker();
+
+    /// The authority's certificate, for the client's list of trusted ones.
+    std::string caPem() const;
+
+    /// Both stay owned by this object.
+    X509* serverCertificate(CertificateKind kind) const {
+        return mServerCertificates[static_cast<size_t>(kind)].get();
+    }
+    EVP_PKEY* serverKey() const { return mServerKey.get(); }
+
+private:
+    CertificatePtr mCaCertificate;
+    KeyPtr mServerKey;
+    std::array<CertificatePtr, kCertificateNames.size()> mServerCertificates;
+};
+
+} // namespace vesk::backend
+
+#endif

@@ -1,0 +1,268 @@
+#include "faults/faultyline.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <atomic>
+#include <list>
+#include <mutex>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace vesk::backend {
+
+namespace {
+
+constexpr int kBacklog = 128;
+constexpr int kPollMs = 5;
+constexpr size_t kChunk = 16384;
+
+using Action = LineFault::Action;
+
+/// Owns a TCP socket.
+class Socket {
+public:
+    explicit Socket(int fd = -1) : mFd(fd) {}
+    Socket(Socket&& other) noexcept : mFd(other.mFd) { other.mFd = -1; }
+    Socket& operator=(Socket&& other) noexcept {
+        std::swap(mFd, other.mFd);
+        return *this;
+    }
+    ~Socket() {
+        if (mFd >= 0) {
+            ::close(mFd);
+        }
+    }
+
+    static Socket make(int flags = 0) {
+        return Socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0));
+    }
+
+    int fd() const { return mFd; }
+
+    void set(int level, int option, int value) const {
+        ::setsockopt(mFd, level, option, &value, sizeof(value));
+    }
+
+    /// What is closed next sends a reset.
+    void resetAtClose() const {
+        const linger now{1, 0};
+        ::setsockopt(mFd, SOL_SOCKET, SO_LINGER, &now, sizeof(now));
+    }
+
+    bool sendAll(const char* data, size_t size) const {
+        while (size > 0) {
+            const ssize_t sent = ::send(mFd, data, size, MSG_NOSIGNAL);
+            if (sent <= 0) {
+                return false;
+            }
+            data += sent;
+            size -= static_cast<size_t>(sent);
+        }
+        return true;
+    }
+
+private:
+    int mFd;
+};
+
+sockaddr_in loopback(int port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
+bool connectTo(const Socket& socket, int port) {
+    const sockaddr_in address = loopback(port);
+    return ::connect(socket.fd(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) ==
+           0;
+}
+
+/// Carries one connection until one side ends it, the fault comes, or the line is set anew.
+class Carrier {
+public:
+    Carrier(Socket client, int target, const LineFault& fault)
+        : mClient(std::move(client)), mServer(Socket::make()), mFault(fault), mTarget(target) {}
+
+    void run(const std::atomic<bool>& ended) {
+        mClient.set(IPPROTO_TCP, TCP_NODELAY, 1);
+        if (mFault.action == Action::Flood) {
+            flood(ended);
+            return;
+        }
+        mServer.set(IPPROTO_TCP, TCP_NODELAY, 1);
+        bool carries = connectTo(mServer, mTarget);
+        while (carries && !ended) {
+            if (faultIsDue()) {
+                strike(ended);
+                return;
+            }
+            pollfd sides[] = {{mClient.fd(), POLLIN, 0}, {mServer.fd(), POLLIN, 0}};
+            ::poll(sides, 2, kPollMs);
+            carries = (sides[0].revents == 0 || carry(mClient, mServer, mFromClient, false)) &&
+                      (sides[1].revents == 0 || carry(mServer, mClient, mFromServer, true));
+        }
+    }
+
+private:
+    bool faultIsDue() const {
+        return mFault.action != Action::Pass &&
+               (mFault.fromServer ? mFromServer : mFromClient) >= mFault.after;
+    }
+
+    bool carry(const Socket& from, const Socket& to, size_t& count, bool fromServer) const {
+        size_t wanted = kChunk;
+        if (mFault.action != Action::Pass && mFault.fromServer == fromServer) {
+            wanted = std::min(wanted, mFault.after - count);
+        }
+        char chunk[kChunk];
+        const ssize_t size = ::recv(from.fd(), chunk, wanted, 0);
+        if (size <= 0) {
+            return false;
+        }
+        count += static_cast<size_t>(size);
+        return to.sendAll(chunk, static_cast<size_t>(size));
+    }
+
+    void flood(const std::atomic<bool>& ended) const {
+        std::string rest = mFault.head;
+        while (!ended) {
+            if (rest.empty()) {
+                rest = mFault.wave;
+            }
+            pollfd client = {mClient.fd(), POLLOUT, 0};
+            if (::poll(&client, 1, kPollMs) > 0) {
+                const ssize_t sent =
+                    ::send(mClient.fd(), rest.data(), rest.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+                if (sent <= 0) {
+                    return;
+                }
+                rest.erase(0, static_cast<size_t>(sent));
+            }
+        }
+    }
+
+    void strike(const std::atomic<bool>& ended) const {
+        if (mFault.action == Action::Reset) {
+            mClient.resetAtClose();
+        }
+        pollfd client = {mClient.fd(), POLLRDHUP, 0};
+        while (mFault.action == Action::Stall && !ended && ::poll(&client, 1, kPollMs) == 0) {
+        }
+    }
+
+    const Socket mClient;
+    const Socket mServer;
+    const LineFault mFault;
+    const int mTarget;
+    size_t mFromClient = 0;
+    size_t mFromServer = 0;
+};
+
+} // namespace
+
+class FaultyLine::Impl {
+public:
+    explicit Impl(int target) : mTarget(target) { open(LineFault()); }
+    ~Impl() { close(); }
+
+    void set(const LineFault& fault) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        close();
+        open(fault);
+    }
+
+    int port() const { return mPort; }
+    size_t connections() const { return mConnections; }
+
+private:
+    void open(const LineFault& fault) {
+        mEnded = false;
+        if (fault.action == Action::Refuse) {
+            return;
+        }
+        mListener = Socket::make();
+        mListener.set(SOL_SOCKET, SO_REUSEADDR, 1);
+        sockaddr_in address = loopback(mPort);
+        socklen_t size = sizeof(address);
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        const bool deaf = fault.action == Action::Deaf;
+        if (::bind(mListener.fd(), generic, size) != 0 ||
+            ::listen(mListener.fd(), deaf ? 0 : kBacklog) != 0 ||
+            ::getsockname(mListener.fd(), generic, &size) != 0) {
+            throw std::runtime_error("the line has no port");
+        }
+        mPort = ntohs(address.sin_port);
+        if (deaf) {
+            // One connection fills the queue; the system drops the attempts that come after it.
+            mFiller = Socket::make();
+            connectTo(mFiller, mPort);
+            return;
+        }
+        mAcceptor = std::thread([this, fault] { accept(fault); });
+    }
+
+    void accept(const LineFault& fault) {
+        while (!mEnded) {
+            pollfd listener = {mListener.fd(), POLLIN, 0};
+            if (::poll(&listener, 1, kPollMs) <= 0) {
+                continue;
+            }
+            Socket client(::accept4(mListener.fd(), nullptr, nullptr, SOCK_CLOEXEC));
+            if (client.fd() >= 0) {
+                ++mConnections;
+                mCarriers.emplace_back([this, fault, peer = std::move(client)]() mutable {
+                    Carrier(std::move(peer), mTarget, fault).run(mEnded);
+                });
+            }
+        }
+    }
+
+    void close() {
+        mEnded = true;
+        if (mAcceptor.joinable()) {
+            mAcceptor.join();
+        }
+        for (std::thread& carrier : mCarriers) {
+            carrier.join();
+        }
+        mCarriers.clear();
+        mListener = Socket();
+        mFiller = Socket();
+    }
+
+    std::mutex mMutex; // one set() at a time
+    const int mTarget;
+    std::atomic<int> mPort{0};
+    std::atomic<size_t> mConnections{0};
+    std::atomic<bool> mEnded{false};
+    Socket mListener;
+    Socket mFiller;
+    std::thread mAcceptor;
+    std::list<std::thread> mCarriers; // the acceptor's while it runs
+};
+
+FaultyLine::FaultyLine(int target) : mImpl(std::make_unique<Impl>(target)) {}
+
+FaultyLine::~FaultyLine() = default;
+
+int FaultyLine::port() const {
+    return mImpl->port();
+}
+
+size_t FaultyLine::connections() const {
+    return mImpl->connections();
+}
+
+void FaultyLine::set(const LineFault& fault) {
+    mImpl->set(fault);
+}
+
+} // namespace vesk::backend

@@ -1,0 +1,55 @@
+#include "scanpage/qrimage.h"
+
+#include <memory>
+#include <qrencode.h>
+
+namespace vesk::backend {
+
+namespace {
+
+constexpr int kMargin = 4;
+
+struct FreeCode {
+    void operator()(QRcode* code) const { QRcode_free(code); }
+};
+
+/// Every run of dark modules in a row as one rectangle of a path.
+std::string pathOf(const QRcode& code) {
+    std::string path;
+    for (int y = 0; y < code.width; ++y) {
+        for (int x = 0; x < code.width;) {
+            const int begin = x;
+            while (x < code.width && (code.data[y * code.width + x] & 1) != 0) {
+                ++x;
+            }
+            if (x == begin) {
+                ++x;
+                continue;
+            }
+            const std::string length = std::to_string(x - begin);
+            path += "M" + std::to_string(begin + kMargin) + " " + std::to_string(y + kMargin) +
+                    "h" + length + "v1h-" + length + "z";
+        }
+    }
+    return path;
+}
+
+} // namespace
+
+std::optional<std::string> qrSvg(const std::string& text) {
+    if (text.empty() || text.size() > kMaxQrText) {
+        return std::nullopt;
+    }
+    const std::unique_ptr<QRcode, FreeCode> code(
+        QRcode_encodeData(static_cast<int>(text.size()),
+                          reinterpret_cast<const unsigned char*>(text.data()), 0, QR_ECLEVEL_M));
+    if (!code) {
+        return std::nullopt;
+    }
+    const std::string size = std::to_string(code->width + 2 * kMargin);
+    return R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 )" + size + " " + size +
+           R"(" shape-rendering="crispEdges"><rect width="100%" height="100%" fill="#fff"/>)" +
+           R"(<path d=")" + pathOf(*code) + R"(" fill="#000"/></svg>)";
+}
+
+} // namespace vesk::backend
