@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "digit.h"
+#include "common/text.h"
 
 namespace vesk::logread {
 
@@ -38,7 +38,7 @@ void KnownSecrets::learn(std::string_view secret) {
     const auto take = [this](std::string_view word) {
         // A word without a digit may be a word of the language.
         if (word.size() >= kShortestWord && mWords.size() < kMostWords &&
-            std::any_of(word.begin(), word.end(), text::isDigit) &&
+            std::any_of(word.begin(), word.end(), devkit::isDigit) &&
             std::count(word.begin(), word.end(), '-') != kDashesOfSequenceId) {
             mWords.emplace(word);
         }

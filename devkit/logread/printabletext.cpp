@@ -4,8 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "control.h"
-#include "utf8.h"
+#include "common/text.h"
 
 namespace vesk::logread {
 
@@ -25,7 +24,7 @@ bool isPlain(const char* bytes) {
 
 /// The character that begins a text, or the byte that belongs to none.
 std::string_view firstCharacter(std::string_view text) {
-    const size_t length = text::utf8Length(text);
+    const size_t length = devkit::utf8Length(text);
     return text.substr(0, length == 0 ? 1 : length);
 }
 
@@ -39,7 +38,8 @@ void appendEscape(std::string& out, const char* format, unsigned value) {
 size_t appendCharacter(std::string& out, std::string_view text, size_t at) {
     const std::string_view character = firstCharacter(text.substr(at));
     const size_t end = at + character.size();
-    if (character == "\n" || character == "\t" || !text::isControl(text::codePoint(character))) {
+    if (character == "\n" || character == "\t" ||
+        !devkit::isControl(devkit::codePoint(character))) {
         out.append(character);
     } else if (character != "\r" || text.substr(end, 1) != "\n") {
         for (const char byte : character) {
@@ -73,14 +73,14 @@ void appendJsonText(std::string& out, std::string_view text) {
     out.push_back('"');
     while (!text.empty()) {
         const std::string_view character = firstCharacter(text);
-        const uint32_t code = text::codePoint(character);
-        if (text::utf8Length(text) == 0) {
+        const uint32_t code = devkit::codePoint(character);
+        if (devkit::utf8Length(text) == 0) {
             out.append("\\ufffd");
         } else if (character == "\"" || character == "\\") {
             out.append("\\").append(character);
         } else if (character == "\n") {
             out.append("\\n");
-        } else if (text::isControl(code)) {
+        } else if (devkit::isControl(code)) {
             appendEscape(out, "\\u%04x", code);
         } else {
             out.append(character);

@@ -1,6 +1,6 @@
 #include "recordfilter.h"
 
-#include "digit.h"
+#include "common/text.h"
 
 namespace vesk::logread {
 
@@ -12,8 +12,8 @@ constexpr std::string_view kLevels = "DIWE";
 bool holdsId(std::string_view text, std::string_view id) {
     for (size_t at = text.find(id); at != std::string_view::npos; at = text.find(id, at + 1)) {
         const size_t end = at + id.size();
-        if ((at == 0 || !text::isDigit(text[at - 1])) &&
-            (end == text.size() || !text::isDigit(text[end]))) {
+        if ((at == 0 || !devkit::isDigit(text[at - 1])) &&
+            (end == text.size() || !devkit::isDigit(text[end]))) {
             return true;
         }
     }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "digit.h"
+#include "common/text.h"
 
 namespace vesk::logread {
 
@@ -31,7 +31,7 @@ size_t RecordSplitter::findStart(size_t from) const {
             return std::string::npos;
         }
         if (mBuffer[at + 9] == ']' && mBuffer[at + 10] == ('[' ^ 0x3C) &&
-            text::isDigit(mBuffer[at + 11])) {
+            devkit::isDigit(mBuffer[at + 11])) {
             return at;
         }
     }

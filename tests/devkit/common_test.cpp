@@ -1,0 +1,63 @@
+// What the tools share, as far as no tool's own test tells the same.
+#include <cstdlib>
+#include <gmock/gmock.h>
+
+#include "common/calendar.h"
+#include "common/file.h"
+#include "common/inifile.h"
+#include "common/jsonline.h"
+#include "common/ownmodule.h"
+
+namespace vesk::test {
+namespace {
+
+using namespace devkit;
+using ::testing::ElementsAre;
+using ::testing::Pair;
+
+TEST(Common, DaysAreThoseOfTheGregorianCalendar) {
+    const struct {
+        int64_t days;
+        const char* text;
+    } rows[] = {{0, "1970-01-01"},     {-1, "1969-12-31"},      {59, "1970-03-01"},
+                {11016, "2000-02-29"}, {20782, "2026-11-25"},   {47540, "2100-02-28"},
+                {47541, "2100-03-01"}, {-719468, "0000-03-01"}, {2932896, "9999-12-31"}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(dayText(row.days * 86400 + 86399), row.text);
+        EXPECT_EQ(daysSince1970(dayOf(row.days)), row.days);
+    }
+}
+
+TEST(Common, SettingsMayHoldAHashWhereOnlyLinesAreComments) {
+    const std::string text = "#a=0\r a = x#1 \na=2\r\nempty=\n";
+    const IniFile lines(text, IniFile::Comments::WholeLines);
+    EXPECT_EQ(lines.value("a"), "x#1");
+    EXPECT_EQ(lines.value("#a", "none"), "none");
+    EXPECT_EQ(lines.value("empty", "none"), "");
+    EXPECT_EQ(IniFile(text).value("a"), "x");
+    EXPECT_EQ(IniFile(text).find("a")->line, 2u);
+}
+
+TEST(Common, JsonLineIsReadAsItWasWritten) {
+    JsonLine line;
+    line.add("text", "a\"\\\n\x1b\xC2\x85\xE2\x80\xAE\xC3\xA4").add("number", -7).add("flag", true);
+    EXPECT_EQ(line.text(), R"({"text":"a\"\\\n\u001b\u0085\u202e)"
+                           "\xC3\xA4\",\"number\":-7,\"flag\":true}");
+    EXPECT_THAT(*readJsonObject(line.text()),
+                ElementsAre(Pair("flag", "true"), Pair("number", "-7"),
+                            Pair("text", "a\"\\\n\x1b\xC2\x85\xE2\x80\xAE\xC3\xA4")));
+    EXPECT_EQ(JsonLine().add("bad", "\xFF").text(), R"({"bad":"\ufffd"})");
+    EXPECT_FALSE(readJsonObject("[1]") || readJsonObject("{\"a\":") || readJsonObject(""));
+}
+
+TEST(Common, OwnFolderIsTheProgramsOwn) {
+    const auto file = ownFolder() / "common_test.txt";
+    appendToFile(file, "one\n");
+    appendToFile(file, "two");
+    EXPECT_EQ(readFile(std::filesystem::path(std::getenv("VESK_TEST_FOLDER")) / "common_test.txt"),
+              "one\ntwo");
+    EXPECT_EQ(readFile(ownFolder()), "");
+}
+
+} // namespace
+} // namespace vesk::test
