@@ -59,7 +59,7 @@ writePlayer() {
     mv "$folder/${channel,,}_sim.ini.new" "$folder/${channel,,}_sim.ini"
 }
 
-# The stand-in asks the scan console what the player does.
+# The stand-in asks the scan page what the player does.
 playerSitsAtTheConsole() {
     printf 'interactive=%s\n' "$controlUrl" >"$folder/${channel,,}_sim.ini"
 }

@@ -6,8 +6,7 @@
 #include "answers/endpoints.h"
 #include "faults/faultapi.h"
 #include "options.h"
-#include "scanpage/consolefeed.h"
-#include "scanpage/consolepage.h"
+#include "scanpage/scanpage.h"
 #include "scanpage/sessionapi.h"
 #include "server/endsignal.h"
 #include "server/httpserver.h"
@@ -38,7 +37,7 @@ void serve(const Options& options) {
     Endpoints endpoints(settings, scripts, log, preCodes, gate);
     ControlApi control(scripts, log);
     SessionApi sessionApi(sessions, preCodes);
-    ConsoleFeed feed(sessions, log, changes);
+    ScanPage scanPage(sessions, log, changes);
     CertificateChoice certificate;
     FaultApi faults(options.tls ? &certificate : nullptr);
 
@@ -50,8 +49,7 @@ void serve(const Options& options) {
     control.install(controlServer.routes());
     faults.install(controlServer.routes());
     sessionApi.install(controlServer.routes());
-    feed.install(controlServer.routes());
-    installConsolePage(controlServer.routes());
+    scanPage.install(controlServer.routes());
     bindOrThrow(backendServer, options.port);
     bindOrThrow(controlServer, options.controlPort);
     endpoints.setPort(backendServer.port());

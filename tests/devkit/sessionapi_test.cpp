@@ -2,83 +2,83 @@
 #include <future>
 #include <gtest/gtest.h>
 
-#include "devkit/consolecontrol.h"
+#include "devkit/scanplayer.h"
 #include "support/files.h"
 
 namespace vesk::test {
 namespace {
 
 struct SessionApi : ::testing::Test {
-    const ConsoleControl console{environment("VESK_TEST_CONTROL_URL")};
+    const ScanPlayer player{environment("VESK_TEST_CONTROL_URL")};
 };
 
 TEST_F(SessionApi, PageOfAnotherSiteCanDoNothing) {
-    const std::string press = "/sessions/" + console.begin("Ferno") + "/press";
+    const std::string press = "/sessions/" + player.begin("Ferno") + "/press";
     const std::string confirm = R"({"button":"confirm"})";
     for (const char* header :
          {"Origin: http://evil.example", "Origin: null", "Origin: http://localhost:1",
           "Host: evil.example", "Host: 127.0.0.1.evil.example"}) {
-        EXPECT_EQ(console.post(press, confirm, {header}).status, 403) << header;
+        EXPECT_EQ(player.post(press, confirm, {header}).status, 403) << header;
     }
     for (const char* type : {"text/plain", "application/x-www-form-urlencoded",
                              "text/plain; application/json", "application/jsonp"}) {
-        const auto answer = console.post(press, confirm, {std::string("Content-Type: ") + type});
+        const auto answer = player.post(press, confirm, {std::string("Content-Type: ") + type});
         EXPECT_EQ(answer.status, 415) << type;
     }
     const std::vector<std::string> elsewhere{"Origin: http://evil.example"};
-    EXPECT_EQ(console.post("/sessions", R"({"channel":"KZ"})", elsewhere).status, 403);
-    EXPECT_EQ(console.post("/next", R"({"path":"auth/login","body":"{}"})", elsewhere).status, 403);
-    EXPECT_EQ(console.post("/clear", "", elsewhere).status, 403);
-    for (const char* path : {"/", "/events", "/requests", "/sessions", "/console.js"}) {
-        EXPECT_EQ(console.get(path, {"Host: evil.example"}).status, 403) << path;
+    EXPECT_EQ(player.post("/sessions", R"({"channel":"KZ"})", elsewhere).status, 403);
+    EXPECT_EQ(player.post("/next", R"({"path":"auth/login","body":"{}"})", elsewhere).status, 403);
+    EXPECT_EQ(player.post("/clear", "", elsewhere).status, 403);
+    for (const char* path : {"/", "/events", "/requests", "/sessions", "/scanpage.js"}) {
+        EXPECT_EQ(player.get(path, {"Host: evil.example"}).status, 403) << path;
     }
-    ASSERT_EQ(console.sessions().size(), 1u);
-    EXPECT_EQ(console.sessions().back().state, "waiting");
+    ASSERT_EQ(player.sessions().size(), 1u);
+    EXPECT_EQ(player.sessions().back().state, "waiting");
 
-    EXPECT_EQ(console.post(press, confirm, {"Origin: " + console.url()}).status, 200);
-    EXPECT_EQ(console.sessions().back().state, "confirmed");
+    EXPECT_EQ(player.post(press, confirm, {"Origin: " + player.url()}).status, 200);
+    EXPECT_EQ(player.sessions().back().state, "confirmed");
 }
 
 TEST_F(SessionApi, WaitingScriptHearsAButtonAtOnce) {
-    const std::string id = console.begin("KZ");
+    const std::string id = player.begin("KZ");
     const std::string wait = "/sessions/" + id + "/word?wait_ms=20000&index=";
     const auto begin = std::chrono::steady_clock::now();
-    auto waiting = std::async(std::launch::async, [&] { return console.get(wait + "0").body; });
-    EXPECT_EQ(console.press(id, "scanned"), 200);
+    auto waiting = std::async(std::launch::async, [&] { return player.get(wait + "0").body; });
+    EXPECT_EQ(player.press(id, "scanned"), 200);
     EXPECT_EQ(waiting.get(), R"({"button":"scanned","code":0,"over":false})");
-    EXPECT_EQ(console.press(id, "fail", ",\"code\":77"), 200);
-    EXPECT_EQ(console.get(wait + "1").body, R"({"button":"fail","code":77,"over":true})");
-    EXPECT_EQ(console.get(wait + "0").body, R"({"button":"scanned","code":0,"over":false})");
+    EXPECT_EQ(player.press(id, "fail", ",\"code\":77"), 200);
+    EXPECT_EQ(player.get(wait + "1").body, R"({"button":"fail","code":77,"over":true})");
+    EXPECT_EQ(player.get(wait + "0").body, R"({"button":"scanned","code":0,"over":false})");
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
 }
 
 TEST_F(SessionApi, NothingPressedIsAnEmptyWord) {
-    const std::string id = console.begin("KZ");
+    const std::string id = player.begin("KZ");
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(console.get("/sessions/" + id + "/word?wait_ms=300").body,
+    EXPECT_EQ(player.get("/sessions/" + id + "/word?wait_ms=300").body,
               R"({"button":"","code":0,"over":false})");
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(290));
 }
 
 TEST_F(SessionApi, ButtonsAreThoseThatMakeSense) {
     using Buttons = std::vector<std::string>;
-    const std::string ferno = console.begin("Ferno");
-    EXPECT_EQ(console.sessions().back().buttons,
+    const std::string ferno = player.begin("Ferno");
+    EXPECT_EQ(player.sessions().back().buttons,
               (Buttons{"scanned", "confirm", "deny", "expire", "kickout", "fail"}));
-    console.press(ferno, "scanned");
-    EXPECT_EQ(console.sessions().back().buttons,
+    player.press(ferno, "scanned");
+    EXPECT_EQ(player.sessions().back().buttons,
               (Buttons{"confirm", "deny", "expire", "kickout", "fail"}));
-    EXPECT_EQ(console.press(ferno, "scanned"), 409);
-    console.press(ferno, "deny");
-    EXPECT_TRUE(console.sessions().back().buttons.empty());
-    EXPECT_EQ(console.press(ferno, "confirm"), 409);
-    console.begin("KZ");
-    EXPECT_EQ(console.sessions().back().buttons,
+    EXPECT_EQ(player.press(ferno, "scanned"), 409);
+    player.press(ferno, "deny");
+    EXPECT_TRUE(player.sessions().back().buttons.empty());
+    EXPECT_EQ(player.press(ferno, "confirm"), 409);
+    player.begin("KZ");
+    EXPECT_EQ(player.sessions().back().buttons,
               (Buttons{"scanned", "confirm", "deny", "expire", "fail"}));
 }
 
 TEST_F(SessionApi, WrongRequestsAreRefusedWithASentence) {
-    const std::string session = "/sessions/" + console.begin("Ferno");
+    const std::string session = "/sessions/" + player.begin("Ferno");
     const struct {
         std::string path, body;
         long status;
@@ -95,30 +95,30 @@ TEST_F(SessionApi, WrongRequestsAreRefusedWithASentence) {
         {"/sessions/../press", "{}", 404},
     };
     for (const auto& row : rows) {
-        const ControlAnswer answer = console.post(row.path, row.body);
+        const ControlAnswer answer = player.post(row.path, row.body);
         EXPECT_EQ(answer.status, row.status) << row.path << row.body;
         EXPECT_EQ(answer.body.find(R"({"error":")"), 0u) << answer.body;
     }
-    EXPECT_EQ(console.get(session + "/word?wait_ms=soon").status, 400);
-    EXPECT_EQ(console.get("/sessions/00/qr.svg").status, 404);
-    EXPECT_EQ(console.sessions().back().state, "waiting");
+    EXPECT_EQ(player.get(session + "/word?wait_ms=soon").status, 400);
+    EXPECT_EQ(player.get("/sessions/00/qr.svg").status, 404);
+    EXPECT_EQ(player.sessions().back().state, "waiting");
 }
 
 TEST_F(SessionApi, SessionWhoseOwnerHasGoneSilentIsLost) {
-    const std::string id = console.begin("Ferno");
-    EXPECT_TRUE(console.sessions().back().live);
-    console.waitForState(id, "lost");
-    EXPECT_FALSE(console.sessions().back().live);
-    console.get("/sessions/" + id + "/word");
-    EXPECT_EQ(console.sessions().back().state, "waiting");
+    const std::string id = player.begin("Ferno");
+    EXPECT_TRUE(player.sessions().back().live);
+    player.waitForState(id, "lost");
+    EXPECT_FALSE(player.sessions().back().live);
+    player.get("/sessions/" + id + "/word");
+    EXPECT_EQ(player.sessions().back().state, "waiting");
 }
 
 TEST_F(SessionApi, OldSessionsMakeRoom) {
     for (int i = 0; i < 30; ++i) {
-        console.post("/sessions/" + console.begin("Ferno") + "/end", "{}");
+        player.post("/sessions/" + player.begin("Ferno") + "/end", "{}");
     }
-    const std::string live = console.begin("Ferno");
-    const auto sessions = console.sessions();
+    const std::string live = player.begin("Ferno");
+    const auto sessions = player.sessions();
     EXPECT_EQ(sessions.size(), 21u);
     EXPECT_EQ(sessions.back().id, live);
 }

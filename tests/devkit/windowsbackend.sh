@@ -1,5 +1,5 @@
 #!/bin/sh
-# The dev backend for Windows serves the scan console, logs a game in over plain HTTP and ends when
+# The dev backend for Windows serves the scan page, logs a game in over plain HTTP and ends when
 # it is interrupted.
 #
 # usage: windowsbackend.sh LAUNCHER BACKEND CONSOLE FILE...

@@ -1,4 +1,4 @@
-#include "scanpage/consolefeed.h"
+#include "scanpage/scanpage.h"
 
 #include <memory>
 
@@ -10,8 +10,8 @@ namespace vesk::backend {
 
 namespace {
 
-// Each page holds a thread of the server, which has 32.
-constexpr int kMaxPages = 8;
+// Each one holds a thread of the server, which has 32.
+constexpr int kMaxViewers = 8;
 constexpr size_t kShownRequests = 50;
 constexpr size_t kShownBytes = 2000;
 // A session gets lost without a change being noted.
@@ -51,6 +51,21 @@ void writeRequest(JsonWriter& writer, const LoggedRequest& entry) {
     writer.EndObject();
 }
 
+// The browser fetches nothing from elsewhere, runs no script but the page's own, and shows it in
+// nobody's frame, where a click could be stolen.
+constexpr const char* kPolicy =
+    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
+    "base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+
+void offer(httplib::Server& server, const char* path, std::string_view content, const char* type) {
+    server.Get(path, [content, type](const httplib::Request&, httplib::Response& response) {
+        response.set_header("Content-Security-Policy", kPolicy);
+        response.set_header("X-Content-Type-Options", "nosniff");
+        response.set_header("Cache-Control", "no-store");
+        response.set_content(content.data(), content.size(), type);
+    });
+}
+
 bool send(httplib::DataSink& sink, const char* event, const std::string& json) {
     const std::string text = std::string("event: ") + event + "\ndata: " + json + "\n\n";
     return sink.write(text.data(), text.size());
@@ -58,57 +73,61 @@ bool send(httplib::DataSink& sink, const char* event, const std::string& json) {
 
 } // namespace
 
-ConsoleFeed::ConsoleFeed(const ScanSessions& sessions, const RequestLog& log, Changes& changes)
+ScanPage::ScanPage(const ScanSessions& sessions, const RequestLog& log, Changes& changes)
     : mSessions(sessions), mLog(log), mChanges(changes) {}
 
-void ConsoleFeed::install(httplib::Server& server) {
+void ScanPage::install(httplib::Server& server) {
+    offer(server, "/", kScanPageHtml, "text/html; charset=utf-8");
+    offer(server, "/scanpage\\.css", kScanPageCss, "text/css; charset=utf-8");
+    offer(server, "/scanpage\\.js", kScanPageJs, "text/javascript; charset=utf-8");
+    offer(server, "/icon\\.svg", kScanPageIcon, "image/svg+xml");
     server.Get("/events",
                [this](const httplib::Request&, httplib::Response& response) { open(response); });
 }
 
-void ConsoleFeed::open(httplib::Response& response) {
-    if (++mPages > kMaxPages) {
-        --mPages;
-        answerError(response, 503, "the console is open too often");
+void ScanPage::open(httplib::Response& response) {
+    if (++mViewers > kMaxViewers) {
+        --mViewers;
+        answerError(response, 503, "the scan page is open too often");
         return;
     }
     response.set_header("Cache-Control", "no-store");
-    const auto page = std::make_shared<Page>();
+    const auto viewer = std::make_shared<Viewer>();
     response.set_chunked_content_provider(
         "text/event-stream",
-        [this, page](size_t, httplib::DataSink& sink) { return serve(*page, sink); },
-        [this](bool) { --mPages; });
+        [this, viewer](size_t, httplib::DataSink& sink) { return serve(*viewer, sink); },
+        [this](bool) { --mViewers; });
 }
 
-bool ConsoleFeed::serve(Page& page, httplib::DataSink& sink) {
-    if (!mChanges.waitBeyond(page.seen, kRound)) {
+bool ScanPage::serve(Viewer& viewer, httplib::DataSink& sink) {
+    if (!mChanges.waitBeyond(viewer.seen, kRound)) {
         return false;
     }
-    ++page.quietRounds;
+    ++viewer.quietRounds;
     std::string sessions = mSessions.toJson();
-    if (sessions != page.sessions) {
-        page.sessions = std::move(sessions);
-        page.quietRounds = 0;
-        if (!send(sink, "sessions", page.sessions)) {
+    if (sessions != viewer.sessions) {
+        viewer.sessions = std::move(sessions);
+        viewer.quietRounds = 0;
+        if (!send(sink, "sessions", viewer.sessions)) {
             return false;
         }
     }
     const uint64_t lastRequest = mLog.lastChange();
-    if (!page.hasRequests || lastRequest != page.lastRequest) {
-        page.hasRequests = true;
-        page.lastRequest = lastRequest;
-        page.quietRounds = 0;
+    if (!viewer.hasRequests || lastRequest != viewer.lastRequest) {
+        viewer.hasRequests = true;
+        viewer.lastRequest = lastRequest;
+        viewer.quietRounds = 0;
         return send(sink, "requests", requests());
     }
-    if (page.quietRounds >= kQuietRoundsBeforeSign) {
+    if (viewer.quietRounds >= kQuietRoundsBeforeSign) {
         // Otherwise a page that has been closed would not be noticed.
-        page.quietRounds = 0;
+        viewer.quietRounds = 0;
         return sink.write(":\n\n", 3);
     }
     return true;
 }
 
-std::string ConsoleFeed::requests() const {
+std::string ScanPage::requests() const {
     rapidjson::StringBuffer buffer;
     JsonWriter writer(buffer);
     writer.StartArray();

@@ -1,4 +1,4 @@
-#include "devkit/consolecontrol.h"
+#include "devkit/scanplayer.h"
 
 #include <rapidjson/document.h>
 #include <stdexcept>
@@ -19,13 +19,13 @@ rapidjson::Document parsed(const std::string& json) {
 
 } // namespace
 
-ControlAnswer ConsoleControl::get(const std::string& path,
-                                  const std::vector<std::string>& headers) const {
+ControlAnswer ScanPlayer::get(const std::string& path,
+                              const std::vector<std::string>& headers) const {
     return callControlPort(mUrl + path, nullptr, headers);
 }
 
-ControlAnswer ConsoleControl::post(const std::string& path, const std::string& json,
-                                   const std::vector<std::string>& headers) const {
+ControlAnswer ScanPlayer::post(const std::string& path, const std::string& json,
+                               const std::vector<std::string>& headers) const {
     std::vector<std::string> all = headers;
     if (headers.empty() || headers[0].find("Content-Type") != 0) {
         all.push_back("Content-Type: application/json");
@@ -33,7 +33,7 @@ ControlAnswer ConsoleControl::post(const std::string& path, const std::string& j
     return callControlPort(mUrl + path, &json, all);
 }
 
-std::vector<Session> ConsoleControl::sessions() const {
+std::vector<Session> ScanPlayer::sessions() const {
     const rapidjson::Document document = parsed(get("/sessions").body);
     std::vector<Session> found;
     for (const auto& item : document.GetArray()) {
@@ -52,16 +52,16 @@ std::vector<Session> ConsoleControl::sessions() const {
     return found;
 }
 
-Session ConsoleControl::waitForSession(size_t count) const {
+Session ScanPlayer::waitForSession(size_t count) const {
     std::vector<Session> found;
-    waitUntil("a session at the console", [&] {
+    waitUntil("a session on the scan page", [&] {
         found = sessions();
         return found.size() >= count;
     });
     return found.back();
 }
 
-void ConsoleControl::waitForState(const std::string& id, const std::string& state) const {
+void ScanPlayer::waitForState(const std::string& id, const std::string& state) const {
     waitUntil("the session to be " + state, [&] {
         for (const Session& session : sessions()) {
             if (session.id == id) {
@@ -72,13 +72,13 @@ void ConsoleControl::waitForState(const std::string& id, const std::string& stat
     });
 }
 
-std::string ConsoleControl::begin(const std::string& channel, const std::string& more) const {
+std::string ScanPlayer::begin(const std::string& channel, const std::string& more) const {
     const auto answer = post("/sessions", R"({"channel":")" + channel + "\"" + more + "}");
     return parsed(answer.body)["id"].GetString();
 }
 
-long ConsoleControl::press(const std::string& id, const std::string& button,
-                           const std::string& more) const {
+long ScanPlayer::press(const std::string& id, const std::string& button,
+                       const std::string& more) const {
     return post("/sessions/" + id + "/press", R"({"button":")" + button + "\"" + more + "}").status;
 }
 

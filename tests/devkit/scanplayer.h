@@ -1,5 +1,5 @@
-#ifndef VESK_TESTS_DEVKIT_CONSOLECONTROL_H
-#define VESK_TESTS_DEVKIT_CONSOLECONTROL_H
+#ifndef VESK_TESTS_DEVKIT_SCANPLAYER_H
+#define VESK_TESTS_DEVKIT_SCANPLAYER_H
 
 #include <string>
 #include <vector>
@@ -19,10 +19,10 @@ struct Session {
     std::vector<std::string> buttons;
 };
 
-/// The player at the scan console, as a script plays him.
-class ConsoleControl {
+/// The player at the scan page, as a script plays him.
+class ScanPlayer {
 public:
-    explicit ConsoleControl(std::string url) : mUrl(std::move(url)) {}
+    explicit ScanPlayer(std::string url) : mUrl(std::move(url)) {}
 
     /// @param headers further ones, as "Name: value"
     ControlAnswer get(const std::string& path, const std::vector<std::string>& headers = {}) const;
