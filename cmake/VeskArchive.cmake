@@ -12,7 +12,7 @@ install(DIRECTORY "${PROJECT_BINARY_DIR}/licences" DESTINATION . ${archive})
 if(VESK_BUILD_DEVKIT)
     install(FILES packaging/devkit.md DESTINATION devkit RENAME README.md ${archive})
     install(FILES devkit/backend/README.md DESTINATION devkit/backend ${archive})
-    install(DIRECTORY samples/config DESTINATION samples ${archive})
+    install(DIRECTORY samples/minimal samples/config DESTINATION samples ${archive})
     # A folder as a game has it: the program, the library and the files of both.
     install(TARGETS vesk-console RUNTIME DESTINATION devkit/console ${archive})
     install(TARGETS VESKCore

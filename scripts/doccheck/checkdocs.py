@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Usage: checkdocs.py KIND [--root FOLDER] [--NAME PROGRAM]...
 
-Tests what the Markdown pages show. KIND is marks, links, ini, json, log, cpp, c, csharp, cmake, sh
+Tests what the Markdown pages show. KIND is marks, links, first, ini, json, log, cpp, c, csharp, cmake, sh
 or python. Prints page:line and a sentence for whatever is wrong; at least one block has to be there.
 --build is a build folder: what cmake and sh blocks find installed comes from it.
 """
@@ -16,7 +16,8 @@ import blocks
 import textchecks
 import toolchecks
 
-TEXT = {"marks": blocks.check_marks, "links": textchecks.check_links, "ini": textchecks.check_ini,
+TEXT = {"marks": blocks.check_marks, "links": textchecks.check_links, "first": textchecks.check_first,
+        "ini": textchecks.check_ini,
         "json": textchecks.check_json, "log": textchecks.check_log}
 TOOL = {kind: getattr(toolchecks, f"check_{kind}")
         for kind in ("cpp", "c", "csharp", "cmake", "sh", "python")}

@@ -66,6 +66,15 @@ def check_links(root):
                 yield f"{name}:{text[:m.start()].count(chr(10)) + 1}: there is no {m[0]}"
 
 
+# ---- the first program ----
+
+def check_first(root):
+    """README's first program is the sample that is built and run."""
+    first = next(b for b in each(root, "cpp") if b.where.startswith("README.md:"))
+    if first.text != Path(root, "samples/minimal/main.cpp").read_text(encoding="utf-8"):
+        yield f"{first.where}: this is not samples/minimal/main.cpp"
+
+
 # ---- settings and JSON ----
 
 def known_keys(root):
