@@ -3,10 +3,10 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <deque>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 #include "vesk/vesklogin.h"
 
@@ -31,25 +31,27 @@ public:
     /// The next one that no earlier call has returned. Throws when it does not come.
     Heard<Ret> next() {
         std::unique_lock<std::mutex> lock(mMutex);
-        if (!mArrived.wait_for(lock, std::chrono::seconds(20),
-                               [&] { return mList.size() > mTaken; })) {
+        if (!mArrived.wait_for(lock, std::chrono::seconds(20), [&] { return !mList.empty(); })) {
             throw std::runtime_error("no result came");
         }
-        return mList[mTaken++];
+        Heard<Ret> first = std::move(mList.front());
+        mList.pop_front();
+        ++mTaken;
+        return first;
     }
     size_t count() const {
         const std::lock_guard<std::mutex> lock(mMutex);
-        return mList.size();
+        return mTaken + mList.size();
     }
 
 private:
     mutable std::mutex mMutex;
     std::condition_variable mArrived;
-    std::vector<Heard<Ret>> mList;
+    std::deque<Heard<Ret>> mList; ///< that nobody has taken yet
     size_t mTaken = 0;
 };
 
-/// Keeps a copy of every result.
+/// Keeps a copy of every result until somebody takes it.
 class RecordingObserver final : public Braxel::VESK::VESKLoginObserver {
 public:
     void OnLoginRetNotify(const Braxel::VESK::VESKLoginRet& ret) override { mLogins.add(ret); }

@@ -1,8 +1,8 @@
-#include "steamsoak.h"
-
 #include <algorithm>
 #include <thread>
 
+#include "faults/processcounts.h"
+#include "soak/soak.h"
 #include "support/waituntil.h"
 
 using namespace Braxel::VESK;
@@ -42,7 +42,25 @@ size_t middle(std::vector<size_t> values) {
     return values[values.size() / 2];
 }
 
-} // namespace
+/// Rounds: 64 threads log in at once, then one after the other, and the player leaves. One request
+/// in ten meets a fault.
+class SteamSoak : public Soak {
+public:
+    void run(std::chrono::seconds length) override;
+
+private:
+    /// Only the newest of several logins has to be answered.
+    void burst(bool withHang);
+    void turns();
+    void compareWithBackend(size_t atLeast, size_t atMost);
+    /// Waits until no request runs any more, so that whatever was to be answered has been.
+    void waitUntilQuiet();
+    /// Descriptors, threads and memory: the last quarter of the rounds beside the first.
+    void compareSamples();
+
+    size_t mQuietThreads = 0;
+    std::vector<test::ProcessCounts> mSamples;
+};
 
 void SteamSoak::run(std::chrono::seconds length) {
     const auto end = std::chrono::steady_clock::now() + length;
@@ -53,19 +71,15 @@ void SteamSoak::run(std::chrono::seconds length) {
     mQuietThreads = test::countProcess().threads;
     compareWithBackend(1, 1);
     for (long number = 0; number < kRounds || std::chrono::steady_clock::now() < end; ++number) {
-        round(number);
+        burst(number % 20 == 19);
+        turns();
+        logout();
+        waitUntilQuiet();
+        mSamples.push_back(test::countProcess());
+        ledger.add("rounds");
     }
-    ledger.add("results heard", observer.logins());
+    ledger.add("results heard", static_cast<long>(observer.loginCount()));
     compareSamples();
-}
-
-void SteamSoak::round(long number) {
-    burst(number % 20 == 19);
-    turns();
-    logout();
-    waitUntilQuiet();
-    mSamples.push_back(test::countProcess());
-    ledger.add("rounds");
 }
 
 void SteamSoak::burst(bool withHang) {
@@ -78,7 +92,7 @@ void SteamSoak::burst(bool withHang) {
         backend.next(answer);
         ledger.add("faults, all at once");
     }
-    const long before = observer.logins();
+    const size_t before = observer.loginCount();
     std::vector<std::thread> games;
     games.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
@@ -89,7 +103,10 @@ void SteamSoak::burst(bool withHang) {
     }
     ledger.add("logins asked for", kThreads);
     waitUntilQuiet();
-    const long heard = observer.logins() - before;
+    const long heard = static_cast<long>(observer.loginCount() - before);
+    for (long i = 0; i < heard; ++i) {
+        observer.nextLogin();
+    }
     ledger.expect(heard >= 1 && heard <= kThreads,
                   "of logins at once the newest is answered, and none twice: " +
                       std::to_string(heard) + " results");
@@ -151,6 +168,12 @@ void SteamSoak::compareSamples() {
     compare("descriptors", &test::ProcessCounts::descriptors, 0);
     compare("threads", &test::ProcessCounts::threads, 0);
     compare("bytes of memory", &test::ProcessCounts::residentBytes, kMostGrowth);
+}
+
+} // namespace
+
+std::unique_ptr<Soak> makeSteamSoak() {
+    return std::make_unique<SteamSoak>();
 }
 
 } // namespace vesk::soak

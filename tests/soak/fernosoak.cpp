@@ -1,6 +1,5 @@
-#include "fernosoak.h"
-
-#include <thread>
+#include "soak/soak.h"
+#include "support/messenger.h"
 
 using namespace Braxel::VESK;
 using std::chrono::seconds;
@@ -13,7 +12,21 @@ namespace {
 constexpr seconds kLook(240);
 constexpr int kLifetime = 290;
 
-} // namespace
+class FernoSoak : public Soak {
+public:
+    FernoSoak() { game.configure("FERNO_APP_ID=f-7"); }
+
+    void run(seconds length) override;
+
+private:
+    /// A visit of two refreshes, or of as many as there is time for.
+    void stay(std::chrono::steady_clock::time_point end);
+    void waitForToken(const std::string& token, std::chrono::steady_clock::time_point end);
+    bool visit();
+
+    const test::Messenger mComponent{game, "ferno", "frlogin.dll"};
+    long mTokens = 0;
+};
 
 void FernoSoak::run(seconds length) {
     const auto end = std::chrono::steady_clock::now() + length;
@@ -21,7 +34,7 @@ void FernoSoak::run(seconds length) {
         stay(end);
     } while (std::chrono::steady_clock::now() + kLook < end);
     while (std::chrono::steady_clock::now() < end) {
-        if (visit("")) {
+        if (visit()) {
             logout();
         }
         backend.clear();
@@ -29,8 +42,8 @@ void FernoSoak::run(seconds length) {
     }
 }
 
-bool FernoSoak::visit(const std::string& more) {
-    mComponent.script("ctt_timeout=" + std::to_string(kLifetime) + "\nctt=token-0\n" + more);
+bool FernoSoak::visit() {
+    mComponent.script("ctt_timeout=" + std::to_string(kLifetime) + "\nctt=token-0\n");
     const VESKLoginRet ret = login("Ferno");
     ledger.expect(ret.retCode == VESKError::SUCCESS,
                   "a scanned code logs in: " + std::to_string(ret.retCode));
@@ -47,7 +60,7 @@ void FernoSoak::stay(std::chrono::steady_clock::time_point end) {
     backend.next({"auth/login", R"({"ret":0,"openid":"o","uid":"u","token":"t","channel_info":)"
                                 R"({"access_token":"old"},"token_expire_time":)" +
                                     std::to_string(expiry.count()) + "}"});
-    if (!visit("")) {
+    if (!visit()) {
         return;
     }
     std::string token;
@@ -68,6 +81,12 @@ void FernoSoak::waitForToken(const std::string& token, std::chrono::steady_clock
     }
     ledger.add("tokens refreshed", held.token == token ? 1 : 0);
     ledger.expect(held.token == token, "the component's fresh token is held: " + token);
+}
+
+} // namespace
+
+std::unique_ptr<Soak> makeFernoSoak() {
+    return std::make_unique<FernoSoak>();
 }
 
 } // namespace vesk::soak
