@@ -1,12 +1,13 @@
-#include "login/veskloginmanager.h"
-
 #include <chrono>
 #include <thread>
 
 #include "common/veskdefine.h"
 #include "foundation/task/manager/vesktaskmanager.h"
+#include "login/veskloginbodies.h"
+#include "login/veskloginmanager.h"
 #include "unit/unittest.h"
 #include "vesk/veskerror.h"
+#include "vesk/veskstring.h"
 
 namespace vesk::test {
 
@@ -278,6 +279,72 @@ TEST_F(LoginManager, EightThreadsReadSaveAndDelete) {
     });
     save(login("last"));
     EXPECT_EQ(read("upra_login.txt"), "KZulast");
+}
+
+using LoginBodies = UnitTest;
+
+TEST_F(LoginBodies, OfMessengersOnlyArePreCodesAndNoJsonIsAnEmptyObject) {
+    for (const char* channel : {"Steam", "kz", "KZ ", ""}) {
+        EXPECT_EQ(VESKLoginBodies::PreCode(channel, "1"), "") << channel;
+        EXPECT_EQ(VESKLoginBodies::PreCodeChannelID(channel), 0) << channel;
+    }
+    EXPECT_THAT(VESKLoginBodies::Login("not JSON"), StartsWith(R"({"channel_info":{},"device)"));
+}
+
+TEST_F(LoginBodies, AutoLoginIsForBackendsOfOnesOwn) {
+    const std::string production = VESKLoginBodies::kProductionBaseUrl;
+    const std::string test = VESKLoginBodies::kTestBaseUrl;
+    EXPECT_THAT(production, StartsWith("https://"));
+    EXPECT_THAT(test, StartsWith("http://"));
+    const Rows<std::string, bool> rows = {{"", false},
+                                          {production, false},
+                                          {test, false},
+                                          {test + "/", true},
+                                          {"https://localhost:8443", true}};
+    for (const auto& [url, allowed] : rows) {
+        EXPECT_EQ(VESKLoginBodies::AllowsAutoLogin(url), allowed) << url;
+    }
+}
+
+using StringType = UnitTest;
+
+TEST_F(StringType, CopiesTextUpToItsEndOrTheGivenLength) {
+    const char unterminated[] = {'a', 'b', 'c'};
+    const Rows<String, std::string> rows = {{String(), ""},
+                                            {String(nullptr), ""},
+                                            {String(nullptr, 5), ""},
+                                            {String("text"), "text"},
+                                            {String("text", 2), "te"},
+                                            {String("text", 0), ""},
+                                            {String("te\0xt", 5), "te"},
+                                            {String(unterminated, 3), "abc"}};
+    for (const auto& [text, expected] : rows) {
+        EXPECT_EQ(text.c_str(), expected);
+        EXPECT_EQ(text.length(), expected.size());
+    }
+}
+
+TEST_F(StringType, MayBeAssignedItselfOrItsParts) {
+    String text("abcdef");
+    const String& same = text;
+    text = same;
+    EXPECT_STREQ(text.c_str(), "abcdef");
+    text = text.c_str() + 2;
+    EXPECT_STREQ(text.c_str(), "cdef");
+    text.assign(text.c_str(), 2);
+    EXPECT_STREQ(text.c_str(), "cd");
+}
+
+TEST_F(StringType, AssignmentAloneIsTraced) {
+    internal::CaptureStdout();
+    String text("constructed");
+    const String copy(text);
+    text = "four";
+    text = copy;
+    text.assign("abcdef", 3);
+    text = static_cast<const char*>(nullptr);
+    EXPECT_EQ(internal::GetCapturedStdout(), "len:4len:11len:3len:0");
+    EXPECT_STREQ(copy.c_str(), "constructed");
 }
 
 } // namespace vesk::test

@@ -1,0 +1,156 @@
+#include "foundation/tools/md5.h"
+#include "foundation/tools/veskhttpparams.h"
+#include "foundation/tools/vesknetworkutils.h"
+#include "foundation/tools/veskutils.h"
+#include "login/vesklogoutret.h"
+#include "unit/unittest.h"
+#include "vesk/veskerror.h"
+
+namespace vesk::test {
+
+using Md5 = UnitTest;
+
+TEST_F(Md5, TestSuiteOfTheRfcAndEveryLengthThatIsPaddedInAnotherWay) {
+    // Those of the letter a are OpenSSL's.
+    const Rows<std::string, const char*> rows = {
+        {"", "d41d8cd98f00b204e9800998ecf8427e"},
+        {"a", "0cc175b9c0f1b6a831c399e269772661"},
+        {"abc", "900150983cd24fb0d6963f7d28e17f72"},
+        {"message digest", "f96b697d7cb7938d525a2f31aaf161d0"},
+        {"abcdefghijklmnopqrstuvwxyz", "c3fcd3d76192e4007dfb496cca67e13b"},
+        {"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789",
+         "d174ab98d277d9f5a5611c2c9f419d9f"},
+        {"12345678901234567890123456789012345678901234567890123456789012345678901234567890",
+         "57edf4a22be3c955ac49da2e2107b67a"},
+        {std::string("a\0\xff", 3), "b400e11f5b771d40145d1dc70b3d7b8c"},
+        {std::string(55, 'a'), "ef1772b6dff9a122358552954ad0df65"},
+        {std::string(56, 'a'), "3b0c8ac703f828b04c6c197006d17218"},
+        {std::string(63, 'a'), "b06521f39153d618550606be297466d5"},
+        {std::string(64, 'a'), "014842d480b571495a4a0363793f7367"},
+        {std::string(65, 'a'), "c743a45e0d2e6a95cb859adae0248435"},
+        {std::string(119, 'a'), "8a7bd0732ed6a28ce75f6dabc90e1613"},
+        {std::string(120, 'a'), "5f61c0ccad4cac44c75ff505e1f1e537"},
+        {std::string(70000, 'a'), "0b21388e04a856f824a29c58d71c8d40"},
+    };
+    for (const auto& [text, digest] : rows) {
+        EXPECT_EQ(MD5::Hex(text), digest) << text;
+        for (size_t first = 0; first <= std::min<size_t>(text.size(), 130); ++first) {
+            MD5 pieces;
+            pieces.Update(text.data(), first);
+            pieces.Update(text.data() + first, text.size() - first);
+            EXPECT_EQ(pieces.Finalise(), digest) << text << first;
+        }
+    }
+}
+
+using NetworkUtils = UnitTest;
+
+TEST_F(NetworkUtils, SignatureCoversPathQueryBodyAndKeyOrTheTimeInstead) {
+    EXPECT_EQ(VESKNetworkUtils::BuildURL({"https://base", "1106", "K", 1700000000}, "auth/login", 1,
+                                         "", "s1"),
+              "https://base/v2/auth/login?channelid=1&gameid=1106&os=5&seq=s1&ts=1700000000"
+              "&version=5.0.000.0005&sig=92e0473d7619f54e596b9a50f066ec39");
+    const std::string start = "channelid=21&gameid=g d&os=5";
+    const std::string end = "&ts=-5&version=5.0.000.0005";
+    const Rows<std::string, const char*, std::string, std::string> rows = {
+        {"auth/logout", "", start + end, "/v2/auth/logout?" + start + end + "{}key"},
+        {"auth/login", "a&b", start + "&seq=a&b" + end,
+         "/v2/auth/login?" + start + "&seq=a&b" + end + "{}key"},
+        {"x/auth/decrypt2", "s", start + "&seq=s" + end, "-5{}key"},
+    };
+    for (const auto& [action, seqID, query, signedText] : rows) {
+        EXPECT_EQ(VESKNetworkUtils::BuildURL({"", "g d", "key", -5}, action, 21, "{}", seqID),
+                  "/v2/" + action + "?" + query + "&sig=" + MD5::Hex(signedText));
+    }
+}
+
+TEST_F(NetworkUtils, RequestIdsCountFrom10001AndACopyKeepsItsOwn) {
+    const VESKHTTPParams first(HTTP_OPT_GET, "u", nullptr, "", nullptr);
+    const VESKHTTPParams copy = first;
+    EXPECT_EQ(copy.reqSeq, 10001);
+    EXPECT_EQ(VESKHTTPParams(HTTP_OPT_GET, "u", nullptr, "", nullptr).reqSeq, 10002);
+    EXPECT_THAT(newMessages(), ElementsAre("[VESK HTTP] httpparams generate new requestid :10001",
+                                           "[VESK HTTP] httpparams generate new requestid :10002"));
+}
+
+TEST_F(NetworkUtils, AnswerToALogoutBecomesARecord) {
+    write("VESKRetMsg.json", R"({"0":"good","5":"bad","24":"no way"})");
+    const Rows<int32_t, std::string, int32_t, int32_t, const char*, int32_t, const char*> rows = {
+        {0, "{}", 0, 0, "good", 0, "old"},
+        {0, "not JSON", 0, 0, "good", 0, "old"},
+        {0, R"({"ret":9,"msg":"no"})", 0, 0, "good", 0, "old"},
+        {0, "{}", 3, 5, "bad", 3, "old"},
+        {0, "", 3, 5, "server returns data exception", 0, "old"},
+        {28, "", 0, 24, "no way", 28, "network library error"},
+        {404, "{}", 0, 24, "no way", 404, "network library error"},
+    };
+    for (const auto& [result, body, thirdBefore, code, message, third, thirdMsg] : rows) {
+        VESKLogoutRet ret;
+        EXPECT_EQ(ret.thirdCode, 0);
+        ret.thirdCode = thirdBefore;
+        ret.thirdMsg = "old";
+        VESKNetworkUtils::HandleNetworkResponse(result, body, ret, "s");
+        EXPECT_EQ(ret.retCode, code) << body;
+        EXPECT_EQ(ret.retMsg, message) << body;
+        EXPECT_EQ(ret.thirdCode, third) << body;
+        EXPECT_EQ(ret.thirdMsg, thirdMsg) << body;
+    }
+    EXPECT_EQ(logged("][ s ], handle network response data with ret : 404 and respBody : {}"), 1u);
+    EXPECT_EQ(logged("][ s ], json to struct VESKLogoutRet start"), 4u);
+    EXPECT_EQ(logged("][ s ], json to struct VESKLogoutRet finish"), 4u);
+}
+
+class ReturnMessages : public UnitTest {
+protected:
+    const std::string noFirstFile = "miss config file :VESKRetMsg_.json";
+    const std::string noTable =
+        "miss VESKRetMsg file in assert(Android) or VESKAppSetting.bundle(iOS)";
+};
+
+TEST_F(ReturnMessages, WithoutFilesEachCallLooksAgainAndGivesNothing) {
+    for (int call = 0; call < 2; ++call) {
+        EXPECT_EQ(VESKUtils::GetRetMsg(0), "");
+        EXPECT_THAT(newMessages(),
+                    ElementsAre(_, _, noFirstFile, _, _, noTable, "retMsgMap empty"));
+    }
+    write("VESKRetMsg.json", R"({"0":"late"})");
+    EXPECT_EQ(VESKUtils::GetRetMsg(0), "late");
+}
+
+TEST_F(ReturnMessages, SecondFileIsReadOnceWhenTheFirstIsMissing) {
+    write("VESKRetMsg.json", R"({"5":"old","-1":"unset","5":"five","7":8,"9":null,"17":["x"]})");
+    const Rows<int32_t, const char*> rows = {{5, "five"}, {-1, "unset"}, {7, ""},
+                                             {9, ""},     {17, ""},      {4242, ""}};
+    for (const auto& [code, message] : rows) {
+        EXPECT_EQ(VESKUtils::GetRetMsg(code), message) << code;
+    }
+    EXPECT_EQ(logged(noFirstFile), 1u);
+    EXPECT_EQ(logged("retMsgMap empty"), 0u);
+}
+
+TEST_F(ReturnMessages, BrokenFirstFileIsNoReasonToReadTheSecond) {
+    write("VESKRetMsg.json", R"({"0":"second","1":"second"})");
+    for (const char* broken : {R"({"0":)", "[]", "{}", "7", R"({"0":7})"}) {
+        write("VESKRetMsg_.json", broken);
+        EXPECT_EQ(VESKUtils::GetRetMsg(0), "") << broken;
+    }
+    EXPECT_EQ(logged(noTable), 4u) << "a file without texts is not missing";
+    EXPECT_EQ(logged(noFirstFile), 0u);
+    write("VESKRetMsg_.json", R"({"0":"mended"})");
+    EXPECT_EQ(VESKUtils::GetRetMsg(0), "mended");
+    EXPECT_EQ(VESKUtils::GetRetMsg(1), "");
+}
+
+TEST_F(ReturnMessages, ShippedFileHasATextForEachCode) {
+    write("VESKRetMsg.json", read("shipped/VESKRetMsg.json"));
+    EXPECT_EQ(VESKUtils::GetRetMsg(VESKError::SUCCESS), "Success");
+    for (const int32_t code :
+         {-1, VESKError::SUCCESS, VESKError::NO_LOGIN, VESKError::NETWORK_ERROR,
+          VESKError::SERVER_ERROR, VESKError::AUTOLOGIN_NOT_ALLOWED, VESKError::CHANNEL_INIT_FAILED,
+          VESKError::NEED_REALNAME, VESKError::NETWORK_RESPONSE_ERROR, VESKError::NO_STORED_LOGIN,
+          VESKError::TOKEN_EXPIRED, VESKError::CHANNEL_LOGIN_FAILED}) {
+        EXPECT_NE(VESKUtils::GetRetMsg(code), "") << code;
+    }
+}
+
+} // namespace vesk::test
