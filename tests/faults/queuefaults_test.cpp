@@ -133,6 +133,9 @@ TEST_F(QueueFaults, StalledTransfersExpireTheQueueAndCallbacksAskAgain) {
             queued[thread].send();
         }
     });
+    EXPECT_EQ(game.logLines("]client manager request que size is overload:"), 40u);
+    EXPECT_EQ(game.logLines("]client manager request que size is overload:21"), 1u);
+    EXPECT_EQ(game.logLines("http client\xA3\xACwaiting in request queue"), 60u);
     expectAnswered(stalled, 28);
     expectAnswered(queued, 4);
     expectAnswered(second, 0);
@@ -140,6 +143,39 @@ TEST_F(QueueFaults, StalledTransfersExpireTheQueueAndCallbacksAskAgain) {
     expectOnce(stalled);
     expectOnce(queued);
     expectOnce(second);
+}
+
+TEST_F(QueueFaults, ShutdownAnswersTheQueueAndTakesNoMore) {
+    backend.next({"hang", "", 200, 0, "hang", "", R"(,"times":4)"});
+    auto& all = posts(7, "hang");
+    for (size_t i = 0; i < 6; ++i) {
+        all[i].timeout = 1;
+        all[i].send();
+    }
+    VESKHTTPManager::GetInstance()->Shutdown();
+    EXPECT_EQ(all[4].calls + all[5].calls, 2) << "on the thread that ends it";
+    const VESKHTTPParams late(HTTP_OPT_POST, all[6].url, &Post::hear, "late", &all[6]);
+    EXPECT_FALSE(VESKHTTPManager::GetInstance()->Request(&late));
+    all.pop_back();
+    expectAnswered(all, 4);
+    expectOnce(all);
+}
+
+TEST_F(QueueFaults, GetFollowsTwoRedirects) {
+    const std::string there = environment("VESK_TEST_BACKEND_URL") + "/v2/fault";
+    const std::string body("a\0b", 3);
+    auto& all = posts(2, "fault");
+    for (Post& post : all) {
+        const bool isLast = &post == &all[1];
+        post.method = HTTP_OPT_GET;
+        backend.next(
+            {"fault", "", 302, 0, "redirect", there, isLast ? R"(,"times":3)" : R"(,"times":2)"});
+        backend.next({"fault", body, 206});
+        post.send();
+        waitUntil("the answer", [&] { return post.calls > 0; });
+        EXPECT_EQ(post.result, isLast ? 47 : 0);
+        EXPECT_EQ(post.body, isLast ? "" : body);
+    }
 }
 
 TEST_F(QueueFaults, TransferEndsInTimeWhereverItStalls) {
