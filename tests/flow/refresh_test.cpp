@@ -1,8 +1,10 @@
 // A whole token refresh, from the task to the stored record, without waiting for the timer's ticks:
 // this program has the SDK's sources compiled in and runs the task itself.
+#include <atomic>
 #include <cstdlib>
 #include <ctime>
 
+#include "common/veskdefine.h"
 #include "flow/flowtest.h"
 #include "foundation/task/veskrefreshtokentask.h"
 #include "login/veskloginmanager.h"
@@ -121,7 +123,46 @@ TEST_F(Refresh, AnswerAfterALogoutBringsNoLoginBack) {
     EXPECT_EQ(logout().retCode, VESKError::NO_STORED_LOGIN);
 }
 
+TEST_F(Refresh, AnswerAfterTheNextLoginIsNotForThat) {
+    const Messenger ferno = logInAndRun(kFerno, "on_token=600:token\nctt=late\n");
+    backend.next(loginAnswer("2"));
+    VESKLogin::Login("Ferno", "", "", "");
+    EXPECT_EQ(observer.nextLogin().ret.openid, "openid-2");
+    waitForLogLine("token of channel Ferno is not for the held login");
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.token, "token-2");
+}
+
+TEST_F(Refresh, OfTwoGoodAnswersToALoginTheFirstIsStoredAndHeard) {
+    static std::atomic<int> heard{0};
+    const Messenger ferno(game, "ferno", "frlogin.dll");
+    ferno.script("on_qrcode=10:qr:u,10:success,10:success\n");
+    backend.next(loginAnswer("1"));
+    backend.next(loginAnswer("2"));
+    start();
+    // Whoever hears of it takes his time to say that he has: the login is still the current one.
+    VESKInnerObserverHolder<InnerLoginRet>::Register(
+        kObserverIDLoginRet, [](const InnerLoginRet&, const char*) { ++heard; });
+    VESKLogin::Login("Ferno", "", "", "");
+    waitUntil("both answers", [this] { return game.logLines("convertLoginRet loginRet") == 2; });
+    waitUntil("one result", [] { return heard > 0; });
+    EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
+    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(game.logLines("save LoginRet success"), 1u);
+}
+
 TEST_F(Refresh, LoginThatNeedsARealNameWaitsForIt) {
+    Answer late = loginAnswer("old", R"(,"need_name_auth":true)");
+    late.delayMs = 300;
+    backend.next(late);
+    start();
+    VESKLogin::Login("Steam", "", "", "");
+    backend.waitForRequest("auth/login");
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    waitForLogLine("login observer is null or this seqID in cache");
+    EXPECT_EQ(pendingLogin(*VESKLoginManager::GetInstance()), nullptr) << "of a superseded login";
     backend.next(loginAnswer("A", R"(,"need_name_auth":true)"));
     EXPECT_EQ(login().retCode, VESKError::NEED_REALNAME);
     const auto pending = pendingLogin(*VESKLoginManager::GetInstance());
