@@ -15,12 +15,14 @@ namespace {
 struct Counter {
     std::atomic<int> logins{0};
     std::atomic<int> bases{0};
+    std::atomic<int> realNames{0};
     std::string userName;
 
     vesk_login_observer observer() {
         return {sizeof(vesk_login_observer), this,
                 [](const vesk_login_ret* ret, void* user) {
                     static_cast<Counter*>(user)->userName = ret->user_name;
+                    static_cast<Counter*>(user)->realNames += ret->real_name_auth;
                     ++static_cast<Counter*>(user)->logins;
                 },
                 [](const vesk_base_ret*, void* user) { ++static_cast<Counter*>(user)->bases; },
@@ -103,12 +105,18 @@ TEST_F(CInterface, TextsAreTheBackendsUtf8AndACopyOutlivesTheLogin) {
     EXPECT_EQ(counter.userName, "Zo\xC3\xAB \xE7\x8E\xA9\xE5\xAE\xB6 \xF0\x9F\x8E\xAE");
     vesk_login_ret* held = nullptr;
     EXPECT_EQ(vesk_get_login_ret(&held), 1);
+    vesk_logout("", "", 1);
+    EXPECT_EQ(vesk_get_login_ret(nullptr), 1) << "the channel's alone";
     vesk_logout("", "", 0);
     EXPECT_EQ(vesk_get_login_ret(nullptr), 0);
     EXPECT_EQ(held->user_name, counter.userName);
     EXPECT_STREQ(held->openid, "openid-A");
     EXPECT_STREQ(held->pf_key, "key-A");
     vesk_login_ret_free(held);
+    backend.next(loginAnswer("B", R"(,"need_name_auth":true)"));
+    vesk_login("Steam", "", "", "");
+    waitUntil("the refusal", [] { return counter.logins == 2; });
+    EXPECT_EQ(counter.realNames, 1);
 }
 
 TEST_F(CInterface, FunctionAndUserBelongTogetherWhileObserversAreReplaced) {

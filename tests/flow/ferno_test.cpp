@@ -14,6 +14,7 @@ struct Ferno : MessengerTest {
 
 TEST_F(Ferno, ScannedAndConfirmedCodeLogsIn) {
     script("ctt=ctt-1\nopenid=fr-1\n");
+    backend.next({"auth/pcprecode", R"({"ret":0,"precode":"p-7"})"});
     startLogin();
     const VESKQrCodeRet code = observer.nextQrCode().ret;
     EXPECT_EQ(code.methodNameID, kMethodNameQrCode);
@@ -35,7 +36,8 @@ TEST_F(Ferno, ScannedAndConfirmedCodeLogsIn) {
     EXPECT_EQ(login.body.find(R"({"channel_info":{"openid":"fr-1","ctt":"ctt-1"},)"), 0u);
     const auto requests = componentLines("frlogin_req_qrcode");
     ASSERT_EQ(requests.size(), 1u);
-    EXPECT_NE(requests[0].find("\"app_id\":\"f-7\""), std::string::npos) << requests[0];
+    EXPECT_NE(requests[0].find(R"("app_id":"f-7","pre_code":"p-7")"), std::string::npos)
+        << requests[0];
     EXPECT_NE(requests[0].find("group_sns_userinfo,group_sns_login,group_sns_base,"
                                "group_sns_delegate_login"),
               std::string::npos);

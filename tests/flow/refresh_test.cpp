@@ -136,14 +136,18 @@ TEST_F(Refresh, AnswerAfterTheNextLoginIsNotForThat) {
 
 TEST_F(Refresh, OfTwoGoodAnswersToALoginTheFirstIsStoredAndHeard) {
     static std::atomic<int> heard{0};
+    static std::string login;
     const Messenger ferno(game, "ferno", "frlogin.dll");
     ferno.script("on_qrcode=10:qr:u,10:success,10:success\n");
     backend.next(loginAnswer("1"));
     backend.next(loginAnswer("2"));
     start();
     // Whoever hears of it takes his time to say that he has: the login is still the current one.
-    VESKInnerObserverHolder<InnerLoginRet>::Register(
-        kObserverIDLoginRet, [](const InnerLoginRet&, const char*) { ++heard; });
+    VESKInnerObserverHolder<InnerLoginRet>::Register(kObserverIDLoginRet,
+                                                     [](const InnerLoginRet&, const char* seqID) {
+                                                         login = seqID;
+                                                         ++heard;
+                                                     });
     VESKLogin::Login("Ferno", "", "", "");
     waitUntil("both answers", [this] { return game.logLines("convertLoginRet loginRet") == 2; });
     waitUntil("one result", [] { return heard > 0; });
@@ -151,6 +155,9 @@ TEST_F(Refresh, OfTwoGoodAnswersToALoginTheFirstIsStoredAndHeard) {
     EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
     EXPECT_EQ(heard, 1);
     EXPECT_EQ(game.logLines("save LoginRet success"), 1u);
+    VESKLoginManager& manager = *VESKLoginManager::GetInstance();
+    EXPECT_FALSE(manager.checkLoginNotify(login, false)) << "no failure is heard instead";
+    EXPECT_TRUE(manager.checkLoginNotify(login, true));
 }
 
 TEST_F(Refresh, LoginThatNeedsARealNameWaitsForIt) {

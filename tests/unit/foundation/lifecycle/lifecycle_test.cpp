@@ -77,6 +77,23 @@ TEST_F(Life, StopComesAfterTheLastCallAndUnloadingAfterTheLastCallback) {
     EXPECT_TRUE(comes([this] { return unloads == 1; }));
 }
 
+TEST_F(Life, StopInsideACallbackIsAnotherThreads) {
+    std::atomic<bool> isOther{false};
+    start();
+    {
+        const VESKComponentLife::Callback callback(life);
+        life.End();
+        life.Depart({[&, self = std::this_thread::get_id()] {
+                         isOther = std::this_thread::get_id() != self;
+                         return ++stops == 1;
+                     },
+                     [this] { return ++unloads == 1; }});
+        EXPECT_TRUE(comes([this] { return stops == 1; }));
+    }
+    EXPECT_TRUE(isOther);
+    EXPECT_TRUE(comes([this] { return unloads == 1; }));
+}
+
 TEST_F(Life, ComponentThatDoesNotComeToRestStays) {
     VESKComponentLife restless{10000ms, 100ms};
     restless.End();

@@ -1,10 +1,8 @@
 #include "foundation/log/vesklogger.h"
 
 #include <ctime>
-#include <random>
 #include <regex>
 
-#include "logreader.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
@@ -99,68 +97,6 @@ TEST_F(Logger, FileThatCannotBeWrittenIsPassedOver) {
     std::filesystem::remove(folder / "veskrecord.log");
     VESK_LOG_INFO("Here", "%s", "kept");
     EXPECT_THAT(newMessages(), ElementsAre("kept"));
-}
-
-/// Keeps what the log reader makes of a log: "cut", or all that was logged.
-struct ReadRecords : logread::RecordConsumer {
-    void take(const logread::LogRecord& record) override {
-        const auto place = "[" + std::string(record.file) + "," + std::string(record.method) + ",";
-        records.push_back(record.cut ? "cut"
-                                     : record.level + place + std::to_string(record.line) + "]" +
-                                           std::string(record.message));
-    }
-    std::vector<std::string> records;
-};
-
-TEST_F(Logger, LogReaderGivesEveryMessageBackUnlessTheFormatCutsIt) {
-    // '6' may become a line feed, '1' a carriage return, '&' the end of a text file of old.
-    const std::string pieces[] = {"<",
-                                  "6",
-                                  "1",
-                                  "&",
-                                  "\n",
-                                  "\r\n",
-                                  "]",
-                                  ",",
-                                  "%s",
-                                  "VESK ",
-                                  "[W.D]",
-                                  "\xE7\x8E\xA9",
-                                  "ab",
-                                  "...",
-                                  " ",
-                                  "{\"a\":\"b\"}",
-                                  std::string(9000, 'x')};
-    std::mt19937 random(20261124);
-    std::vector<std::string> wanted;
-    for (int i = 0; i < 2000; ++i) {
-        std::string message;
-        for (auto count = random() % 12; count != 0; --count) {
-            message += pieces[random() % std::size(pieces)];
-        }
-        const int level = static_cast<int>(random() % 4);
-        const std::string method = "A::B" + std::string(random() % 3, 'x');
-        VESKLogger::GetInstance()->Write(level, "f.cpp", method.c_str(), i, "%s", message.c_str());
-        const auto place = "[f.cpp," + method + "," + std::to_string(i) + "]";
-        message.resize(std::min<size_t>(message.size(), 40959));
-        // A plain '<' at an even index, but for the last two bytes, becomes the end of the record.
-        const auto record = "VESK [W.D][2026-11-24 13:53:09.383]" + place + message;
-        bool cut = false;
-        for (size_t at = 0; at + 2 < record.size(); at += 2) {
-            cut = cut || record[at] == '<';
-        }
-        wanted.push_back(cut ? "cut" : "DIWE"[level] + place + message);
-    }
-    ReadRecords read;
-    logread::LogReader reader(read, {}, false);
-    reader.feed(this->read("veskrecord.log"));
-    reader.flush();
-    EXPECT_EQ(reader.foreignBytes(), 0u);
-    ASSERT_EQ(read.records.size(), wanted.size());
-    for (size_t i = 0; i < wanted.size(); ++i) {
-        // A cut that leaves no trace is not seen: what is there is the beginning.
-        EXPECT_TRUE(read.records[i] == wanted[i] || wanted[i] == "cut") << wanted[i];
-    }
 }
 
 TEST_F(Logger, LinesOfEightThreadsAreWholeAndInOrder) {

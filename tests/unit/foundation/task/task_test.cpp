@@ -184,6 +184,10 @@ TEST_F(TaskManager, TickOfATimerThatIsNotTheCurrentOneDoesNothing) {
     EXPECT_THAT(newMessages(), IsSupersetOf({"on task timer", "this timer is stop, it do nothing",
                                              "on task timer", "context is empty!"}));
     EXPECT_EQ(story, "");
+    manager->Shutdown();
+    newMessages();
+    manager->StartTimer();
+    EXPECT_THAT(newMessages(), IsEmpty());
 }
 
 using RefreshTokenTask = UnitTest;

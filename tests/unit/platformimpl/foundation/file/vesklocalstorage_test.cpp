@@ -1,6 +1,7 @@
 // What is kept where the platform has a storage. Ours have none, so the linker puts one in its
 // place (ld's --wrap).
 #include "common/vesk.h"
+#include "config/veskconfigmanager.h"
 #include "foundation/tools/veskutils.h"
 #include "unit/unittest.h"
 
@@ -10,6 +11,7 @@ namespace vesk::test {
 struct KeptStorage {
     static std::string Read(const std::string& key);
     static void Write(const std::string& key, const std::string& value);
+    static std::string ConfigPath();
 };
 
 static std::map<std::string, std::string> kept;
@@ -22,6 +24,10 @@ void KeptStorage::Write(const std::string& key, const std::string& value) {
     if (keeps) {
         kept[key] = value;
     }
+}
+
+std::string KeptStorage::ConfigPath() {
+    return keeps ? kept["path"] : "";
 }
 
 struct LocalStorage : UnitTest {
@@ -40,6 +46,17 @@ TEST_F(LocalStorage, KeepsTheDeviceAndNamesTheLanguageOfTheMessages) {
 TEST_F(LocalStorage, KnowsTheDeviceAndItsCounterAgain) {
     kept = {{"upra_uuid", "U-1"}, {"upra_seq_id_primary_key", "7"}};
     EXPECT_THAT(VESK::CreateSequenceId(), AllOf(StartsWith("-U-1-"), EndsWith("-8")));
+}
+
+TEST_F(LocalStorage, WhatTheGameSetComesBeforeTheServersAndThatBeforeTheFile) {
+    kept["path"] = "there";
+    write("VESKConfig.ini", "A=1\nB=2\nC=3\nVESK_DEBUG=0");
+    write("upra_remote_config.tmp", "B=22\nC=33\nVESK_DEBUG=1");
+    write("upra_game_set_config.tmp", "C=333\nVESK_DEBUG=0");
+    auto* config = VESKConfigManager::GetInstance();
+    EXPECT_EQ(config->Get<int>("A", 0) + config->Get<int>("B", 0) + config->Get<int>("C", 0), 356);
+    EXPECT_EQ(config->Get<const char*>("B") + config->Get<const char*>("C"), "22333");
+    EXPECT_TRUE(config->Get<bool>("VESK_DEBUG", false)) << "the server's alone";
 }
 
 } // namespace vesk::test
