@@ -123,17 +123,6 @@ TEST_F(Refresh, AnswerAfterALogoutBringsNoLoginBack) {
     EXPECT_EQ(logout().retCode, VESKError::NO_STORED_LOGIN);
 }
 
-TEST_F(Refresh, AnswerAfterTheNextLoginIsNotForThat) {
-    const Messenger ferno = logInAndRun(kFerno, "on_token=600:token\nctt=late\n");
-    backend.next(loginAnswer("2"));
-    VESKLogin::Login("Ferno", "", "", "");
-    EXPECT_EQ(observer.nextLogin().ret.openid, "openid-2");
-    waitForLogLine("token of channel Ferno is not for the held login");
-    VESKLoginRet held;
-    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
-    EXPECT_EQ(held.token, "token-2");
-}
-
 TEST_F(Refresh, OfTwoGoodAnswersToALoginTheFirstIsStoredAndHeard) {
     static std::atomic<int> heard{0};
     static std::string login;

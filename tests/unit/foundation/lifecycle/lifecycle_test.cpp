@@ -3,6 +3,7 @@
 #include "foundation/lifecycle/veskcomponentlife.h"
 #include "foundation/lifecycle/vesklifecycleable.h"
 #include "foundation/tools/veskobservermanager.h"
+#include "support/waituntil.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
@@ -19,12 +20,10 @@ struct Life : UnitTest {
     void depart() {
         life.Depart({[this] { return ++stops == 1; }, [this] { return ++unloads == 1; }});
     }
-    /// Waits for something that another thread does, for five seconds at most.
+    /// Waits for something that another thread does.
     static bool comes(const std::function<bool()>& condition) {
-        for (int i = 0; i < 500 && !condition(); ++i) {
-            std::this_thread::sleep_for(10ms);
-        }
-        return condition();
+        waitUntil("another thread", condition);
+        return true;
     }
 
     std::atomic<int> starts{0};

@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "common/veskdefine.h"
 #include "common/veskinnerrecords.h"
 #include "foundation/task/manager/vesktaskmanager.h"
 #include "foundation/task/timer/veskthreadtimer.h"
@@ -238,6 +239,22 @@ TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRuns) {
         EXPECT_EQ(newMessages().back(), message) << expire;
     }
     EXPECT_EQ(logged("]Start to refresh token"), 2u);
+}
+
+TEST_F(RefreshTokenTask, AnswerIsForTheLoginThatItHasAskedFor) {
+    VESKLoginManager& manager = *VESKLoginManager::GetInstance();
+    InnerLoginRet ret(0);
+    ret.FromJson(R"({"openid":"O","token":"T","channel":"KZ","channel_info":{}})");
+    manager.SaveLoginRet(ret);
+    VESKRefreshTokenTask().DoTask();
+    manager.SaveLoginRet(ret); // the next login, of the same player
+    InnerLoginPluginRet answer;
+    answer.channel = "KZ";
+    answer.channelInfo = R"({"ctk":"late"})";
+    VESKInnerObserverHolder<InnerLoginPluginRet>::CommitToTaskQueue(answer,
+                                                                    kObserverIDPluginRefresh, "");
+    EXPECT_TRUE(manager.GetLoginRet(ret));
+    EXPECT_STREQ(ret.token.c_str(), "T");
 }
 
 } // namespace vesk::test

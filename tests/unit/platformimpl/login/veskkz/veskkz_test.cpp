@@ -4,6 +4,7 @@
 #include "platformimpl/login/veskkz/veskkzwrapper.h"
 #include "platformimpl/login/veskkz/veskloginkz.h"
 #include "support/scriptedkz.h"
+#include "support/waituntil.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
@@ -37,10 +38,7 @@ struct KZWrapper : UnitTest {
 
     /// While an event is still on a stack, the component goes a little later.
     void waitForRelease() {
-        for (int i = 0; i < 500 && script.alive != 0; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        EXPECT_EQ(script.alive, 0);
+        waitUntil("the component to go", [this] { return script.alive == 0; });
     }
 
     ScriptedKZ::Script script;
