@@ -10,7 +10,7 @@
 #include "figures.h"
 #include "foundation/tools/vesknetworkutils.h"
 #include "login/veskloginbodies.h"
-#include "support/controlport.h"
+#include "support/backendcontrol.h"
 #include "support/files.h"
 
 using namespace Braxel::VESK;

@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "foundation/log/vesklogger.h"
-#include "support/sdklog.h"
+#include "support/files.h"
 
 using Braxel::VESK::VESKLogger;
 

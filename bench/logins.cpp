@@ -11,7 +11,7 @@
 #include "groups.h"
 #include "loggedlines.h"
 #include "microbench.h"
-#include "support/controlport.h"
+#include "support/backendcontrol.h"
 #include "support/files.h"
 
 using namespace Braxel::VESK;

@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "flow/flowtest.h"
-#include "support/sdklog.h"
+#include "support/files.h"
 #include "support/waituntil.h"
 #include "vesk/vesk_c.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "support/controlport.h"
+#include "support/backendcontrol.h"
 
 namespace vesk::test {
 

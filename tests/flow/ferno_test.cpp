@@ -2,7 +2,7 @@
 #include <thread>
 
 #include "flow/messengertest.h"
-#include "support/actingobserver.h"
+#include "support/recordingobserver.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {

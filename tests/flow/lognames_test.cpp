@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "flow/messengertest.h"
-#include "support/sdklog.h"
+#include "support/files.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {

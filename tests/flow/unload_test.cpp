@@ -1,8 +1,8 @@
 #include <atomic>
 
 #include "flow/unloadtest.h"
-#include "support/actingobserver.h"
 #include "support/messenger.h"
+#include "support/recordingobserver.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {

@@ -7,10 +7,10 @@
 #include <psapi.h>
 #include <thread>
 
-#include "support/actingobserver.h"
 #include "support/gamefolder.h"
 #include "support/loadedsdk.h"
 #include "support/messenger.h"
+#include "support/recordingobserver.h"
 #include "support/waituntil.h"
 
 using namespace Braxel::VESK;

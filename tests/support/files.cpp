@@ -7,9 +7,51 @@
 
 namespace vesk::test {
 
+namespace {
+
+const std::string kStart = "jEoK\x1c[k."; // "VESK [W." scrambled
+
+/// A file in which no line feed lacks its carriage return was written in Windows' text mode, which
+/// puts one before every line feed, also before those that scrambling has made.
+std::string undoTextMode(const std::string& bytes) {
+    std::string plain;
+    for (const char c : bytes) {
+        if (c == '\n') {
+            if (plain.empty() || plain.back() != '\r') {
+                return bytes;
+            }
+            plain.back() = c;
+        } else {
+            plain += c;
+        }
+    }
+    return plain;
+}
+
+std::string unscrambled(std::string line) {
+    for (size_t i = 0; i + 2 < line.size(); i += 2) {
+        line[i] = static_cast<char>(line[i] ^ 0x3C);
+    }
+    return line;
+}
+
+} // namespace
+
 std::string readFile(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<std::string> readSdkLog(const std::filesystem::path& file) {
+    const std::string text = undoTextMode(readFile(file));
+    std::vector<std::string> lines;
+    for (size_t at = text.find(kStart); at != std::string::npos;) {
+        const size_t end = text.find(kStart, at + 1);
+        const std::string record = text.substr(at, end - at);
+        lines.push_back(unscrambled(record.substr(0, record.size() - 1)));
+        at = end;
+    }
+    return lines;
 }
 
 void writeFile(const std::filesystem::path& file, const std::string& bytes) {

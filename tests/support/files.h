@@ -3,11 +3,15 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace vesk::test {
 
 /// The file's bytes; empty when there is none.
 std::string readFile(const std::filesystem::path& file);
+
+/// The readable lines of a veskrecord.log as it is now, oldest first, without line ends.
+std::vector<std::string> readSdkLog(const std::filesystem::path& file);
 
 /// Replaces the file.
 void writeFile(const std::filesystem::path& file, const std::string& bytes);

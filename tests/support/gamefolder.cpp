@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "files.h"
-#include "sdklog.h"
 
 namespace fs = std::filesystem;
 

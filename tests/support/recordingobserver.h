@@ -4,6 +4,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -68,6 +69,18 @@ private:
     HeardResults<Braxel::VESK::VESKLoginRet> mLogins;
     HeardResults<Braxel::VESK::VESKBaseRet> mBases;
     HeardResults<Braxel::VESK::VESKQrCodeRet> mQrCodes;
+};
+
+/// Calls back into the SDK from inside the results.
+class ActingObserver final : public Braxel::VESK::VESKLoginObserver {
+public:
+    std::function<void(const Braxel::VESK::VESKLoginRet&)> onLogin = [](const auto&) {};
+    std::function<void(const Braxel::VESK::VESKBaseRet&)> onBase = [](const auto&) {};
+    std::function<void(const Braxel::VESK::VESKQrCodeRet&)> onQrCode = [](const auto&) {};
+
+    void OnLoginRetNotify(const Braxel::VESK::VESKLoginRet& ret) override { onLogin(ret); }
+    void OnBaseRetNotify(const Braxel::VESK::VESKBaseRet& ret) override { onBase(ret); }
+    void OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet& ret) override { onQrCode(ret); }
 };
 
 } // namespace vesk::test

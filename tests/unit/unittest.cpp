@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "module/veskmodule.h"
-#include "support/sdklog.h"
+#include "support/files.h"
 
 namespace vesk::test {
 

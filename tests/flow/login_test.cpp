@@ -1,0 +1,345 @@
+#include <ctime>
+#include <regex>
+
+#include "flow/flowtest.h"
+
+namespace vesk::test {
+
+namespace {
+
+using SteamLogin = FlowTest;
+
+const std::string kDeviceAndChannel =
+    R"("device_info":{"uuid":"","device_language":"","app_version":"","screen_dpi":0.0,)"
+    R"("resolution":"","trade_mark":"WINDOWS","manufacturer":"WINDOWS","model":"","apn":"",)"
+    R"("ram_info":"","rom_info":"","cpu_info":""},"channel_dis":"Windows"})";
+
+std::string bodyWith(const std::string& steamId, const std::string& ticket) {
+    return R"({"channel_info":{"steamid":")" + steamId + R"(","ticket":")" + ticket + R"("},)" +
+           kDeviceAndChannel;
+}
+
+TEST_F(SteamLogin, DeliversWhatTheBackendAnsweredAndHoldsIt) {
+    backend.next(
+        loginAnswer("A", R"(,"token_expire_time":4102444800,"channel_info":{"level": 7})"));
+    start();
+    VESKLogin::Login("Steam", "", "", "");
+    const auto [ret, thread] = observer.nextLogin();
+
+    EXPECT_NE(thread, std::this_thread::get_id());
+    EXPECT_EQ(ret.methodNameID, kMethodNameLogin);
+    EXPECT_EQ(ret.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(ret.retMsg, "Success");
+    EXPECT_EQ(ret.extraJson, "");
+    EXPECT_EQ(ret.openid + ret.token, "openid-Atoken-A"); // the rest of it is in AnswerFaults
+    EXPECT_EQ(ret.channelID, 21);
+    EXPECT_EQ(ret.channel, "Steam");
+    EXPECT_EQ(ret.channelInfo, R"({"level":7})");
+    EXPECT_EQ(readFile(game.loginCache()), "Steamuid-A");
+
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.methodNameID, kMethodNameGetLoginRet);
+    EXPECT_EQ(held.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(held.openid, "openid-A");
+    EXPECT_EQ(held.token, "token-A");
+}
+
+TEST_F(SteamLogin, SendsOneSignedRequestAndNoPreCode) {
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+
+    EXPECT_EQ(backend.requests("/").size(), 1u);
+    const Request request = backend.waitForRequest("auth/login");
+    EXPECT_EQ(request.verdict, "ok");
+    EXPECT_EQ(request.body, bodyWith("76561198000000001", "0AFF"));
+    const std::regex query(
+        "channelid=21&gameid=1106&os=5&seq=1106-[0-9A-F]{8}-[0-9A-F]{4}-[0-9a-f]{4}-[0-9A-F]{4}-"
+        "[0-9A-F]{12}-[0-9]+-1&ts=[0-9]+&version=5\\.0\\.000\\.0005&sig=[0-9a-f]{32}");
+    EXPECT_TRUE(std::regex_match(request.query, query)) << request.query;
+}
+
+TEST_F(SteamLogin, FailedStartIsAnsweredInsideLoginWithoutARequest) {
+    std::filesystem::remove(game.path() / "steam_api64.dll");
+    start();
+    VESKLogin::Login("Steam", "", "", "");
+    ASSERT_EQ(observer.loginCount(), 1u);
+    const auto [ret, thread] = observer.nextLogin();
+
+    EXPECT_EQ(thread, std::this_thread::get_id());
+    EXPECT_EQ(ret.retCode, VESKError::CHANNEL_INIT_FAILED);
+    EXPECT_EQ(ret.methodNameID, kMethodNameLogin);
+    EXPECT_EQ(ret.retMsg, "Steam SDK init failed! Check your steam_appid.txt file and Steam Client "
+                          "must be running");
+    EXPECT_EQ(ret.retMsg.size(), 87u);
+
+    game.installSteam("steam_full");
+    for (const char* settings : {"restart=1", "init=0"}) {
+        game.simulate(settings);
+        EXPECT_EQ(login().retCode, VESKError::CHANNEL_INIT_FAILED) << settings;
+    }
+    EXPECT_TRUE(backend.requests("/").empty());
+    EXPECT_EQ(game.steamCalls("Init"), 1u);
+
+    game.simulate("running=0");
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(game.logLines("Steam Client is running:0"), 1u);
+}
+
+TEST_F(SteamLogin, ClientWithoutInitEntryFailsToStart) {
+    game.installSteam("steam_noinit");
+    EXPECT_EQ(login().retCode, VESKError::CHANNEL_INIT_FAILED);
+    EXPECT_TRUE(backend.requests("/").empty());
+    EXPECT_EQ(game.logLines("Get SteamAPI_Init func failed"), 1u);
+}
+
+TEST_F(SteamLogin, ClientWithoutUserEntryStillSendsAnEmptyCredential) {
+    game.installSteam("steam_partial");
+    backend.next(loginAnswer("A"));
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(backend.waitForRequest("auth/login").body, bodyWith("", ""));
+    EXPECT_EQ(game.logLines("Get SteamAPI_RestartAppIfNecessary func failed"), 1u);
+    EXPECT_EQ(game.logLines("Get SteamAPI_SteamUser_v020 func failed"), 1u);
+    EXPECT_EQ(game.logLines("steam_user_ is NULL"), 2u);
+
+    VESKLogin::UnInstall();
+    // The missing shutdown entry is reported under the name of another one.
+    EXPECT_EQ(game.logLines("Get SteamAPI_Init func failed"), 1u);
+}
+
+TEST_F(SteamLogin, SteamIdGoesOutAsASignedNumberAndTheTicketInUpperCase) {
+    const char* const rows[][3] = {
+        {"ticket_handle=0", "76561198000000001", ""},
+        {"steamid=18446744073709551615\nticket=00abcdef10", "-1", "00ABCDEF10"}};
+    for (const auto& [settings, steamId, ticket] : rows) {
+        game.simulate(settings);
+        backend.next(loginAnswer("A"));
+        EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+        EXPECT_EQ(backend.waitForRequest("auth/login").body, bodyWith(steamId, ticket));
+    }
+}
+
+TEST_F(SteamLogin, WithoutAnAppIdSteamIsNotAskedForARestart) {
+    game.configure("STEAM_APP_ID=");
+    game.simulate("restart=1");
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(game.steamCalls("RestartAppIfNecessary"), 0u);
+}
+
+TEST_F(SteamLogin, LoginAfterARefusedOneReusesTheTicket) {
+    backend.next({"auth/login", R"({"ret":3})"});
+    EXPECT_EQ(login().retCode, VESKError::SERVER_ERROR);
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    for (const char* call :
+         {"Init", "SteamUser_v020", "ISteamUser_GetSteamID", "ISteamUser_GetAuthSessionTicket"}) {
+        EXPECT_EQ(game.steamCalls(call), 1u) << call;
+    }
+}
+
+TEST_F(SteamLogin, LoginAfterALoginEndsTheOldOneWithoutAWord) {
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(observer.baseCount(), 0u);
+    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
+    EXPECT_EQ(game.steamCalls("ISteamUser_GetAuthSessionTicket"), 2u);
+    EXPECT_TRUE(backend.requests("auth/logout").empty());
+}
+
+using LoginFlow = FlowTest;
+
+const char* const kDropped = " login observer is null or this seqID in cache";
+
+TEST_F(LoginFlow, OnlyTheNewerOfTwoLoginsIsAnswered) {
+    Answer slow = loginAnswer("old");
+    slow.delayMs = 1000;
+    backend.next(slow);
+    backend.next(loginAnswer("new"));
+    start();
+    VESKLogin::Login("Steam", "", "", "");
+    backend.waitForRequest("auth/login");
+    EXPECT_EQ(login().openid, "openid-new");
+
+    waitForLogLine(kDropped);
+    EXPECT_EQ(observer.loginCount(), 1u);
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.openid, "openid-new");
+    EXPECT_EQ(readFile(game.loginCache()), "Steamuid-new");
+}
+
+TEST_F(LoginFlow, ExtraJsonIsCheckedButNeitherStopsALoginNorLeavesTheGame) {
+    const char* const wrongType = "unknown error , it should be String type";
+    const char* const notAnObject = "unknown error occur while parser json or val is NULL";
+    const std::string deep(100000, '[');
+    const struct {
+        const char* extraJson;
+        size_t wrongTypes, notObjects; ///< log lines until now
+    } rows[] = {{"", 0, 0},
+                {R"({"password":"abc"})", 0, 0},
+                {R"({"other":1})", 0, 0},
+                {R"({"password":1})", 1, 0},
+                {"no JSON", 1, 1},
+                {deep.c_str(), 1, 2}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(login(row.extraJson).retCode, VESKError::SUCCESS);
+        EXPECT_EQ(game.logLines(wrongType), row.wrongTypes) << std::string(row.extraJson, 0, 20);
+        EXPECT_EQ(game.logLines(notAnObject), row.notObjects) << std::string(row.extraJson, 0, 20);
+    }
+    for (const Request& request : backend.requests("auth/login")) {
+        EXPECT_EQ(request.verdict, "ok");
+        EXPECT_EQ(request.body.find("password"), std::string::npos);
+    }
+}
+
+TEST_F(LoginFlow, UnknownChannelIsNeverAnswered) {
+    start();
+    for (const char* channel : {"steam", "Steamy", "", "Guest"}) {
+        VESKLogin::Login(channel, "", "", "");
+    }
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(observer.loginCount(), 1u);
+    EXPECT_EQ(observer.baseCount(), 0u);
+    EXPECT_EQ(backend.requests("/").size(), 1u);
+}
+
+TEST_F(LoginFlow, NullObserverSilencesARunningLogin) {
+    Answer slow = loginAnswer("A");
+    slow.delayMs = 300;
+    backend.next(slow);
+    start();
+    VESKLogin::Login("Steam", "", "", "");
+    VESKLogin::SetLoginObserver(nullptr);
+
+    waitForLogLine(kDropped);
+    EXPECT_EQ(observer.loginCount(), 0u);
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.openid, "openid-A");
+}
+
+TEST_F(LoginFlow, FirstLoginAfterARestartTellsThatTheRememberedPlayerWasNotLoggedOut) {
+    writeFile(game.loginCache(), "Steamuid-old");
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    const VESKBaseRet ret = observer.nextBase().ret;
+    EXPECT_EQ(ret.methodNameID, kMethodNameLogout);
+    EXPECT_EQ(ret.retCode, -1);
+    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 0u);
+}
+
+using Logout = FlowTest;
+
+TEST_F(Logout, TellsTheBackendAndForgetsTheLogin) {
+    backend.next(loginAnswer("A"));
+    login();
+    const VESKBaseRet ret = logout("Steam");
+    EXPECT_EQ(ret.methodNameID, kMethodNameLogout);
+    EXPECT_EQ(ret.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(ret.thirdCode, -1); // the channel's answer has no code of its own
+    EXPECT_EQ(ret.thirdMsg, "");
+
+    const Request request = backend.waitForRequest("auth/logout");
+    EXPECT_EQ(request.verdict, "ok");
+    EXPECT_EQ(request.body, R"({"token":"token-A","openid":"openid-A"})");
+    EXPECT_EQ(request.query.find("channelid=21&gameid=1106&os=5&seq=1106-"), 0u);
+    waitForLogLine("logout request success");
+
+    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
+    EXPECT_FALSE(std::filesystem::exists(game.loginCache()));
+    VESKLoginRet held;
+    EXPECT_FALSE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.retCode, VESKError::NO_STORED_LOGIN);
+    EXPECT_EQ(game.logLines("remove task success :refreshTokenTask"), 1u);
+}
+
+TEST_F(Logout, OfTheChannelOnlyKeepsTheLoginAndTheBackendUntold) {
+    login();
+    EXPECT_EQ(logout("", true).retCode, VESKError::SUCCESS);
+    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
+    EXPECT_EQ(game.logLines("sendLogoutRequest"), 0u);
+    VESKLoginRet held;
+    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
+    EXPECT_EQ(held.retCode, VESKError::SUCCESS);
+}
+
+TEST_F(Logout, WithAnExpiredTokenStillReachesTheChannelAndTheBackend) {
+    const std::time_t past = std::time(nullptr) - 10;
+    backend.next(loginAnswer("A", ",\"token_expire_time\":" + std::to_string(past)));
+    login();
+    EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
+    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
+}
+
+TEST_F(Logout, WithoutALoginReportsWhatIsKnown) {
+    const struct {
+        const char* file;
+        int32_t retCode;
+    } rows[] = {{"", VESKError::NO_STORED_LOGIN}, {"Steamuid-old", -1}, {"KZ1", -1}};
+    for (const auto& row : rows) {
+        writeFile(game.loginCache(), row.file);
+        const VESKBaseRet ret = logout("Steam");
+        EXPECT_EQ(ret.methodNameID, kMethodNameLogout) << row.file;
+        EXPECT_EQ(ret.retCode, row.retCode) << row.file;
+        EXPECT_NE(ret.retMsg, "") << row.file;
+        EXPECT_EQ(readFile(game.loginCache()), row.file);
+    }
+    EXPECT_TRUE(backend.requests("/").empty());
+}
+
+TEST_F(Logout, OfAGuestAsksNoChannel) {
+    login();
+    const VESKBaseRet ret = logout("Guest");
+    EXPECT_EQ(ret.methodNameID, kMethodNameLogout);
+    EXPECT_EQ(ret.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 0u);
+    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
+}
+
+TEST_F(Logout, IsHeardBeforeTheBackendAnswers) {
+    login();
+    Answer never{"auth/logout", ""};
+    never.action = "hang";
+    backend.next(never);
+    VESKLogin::Logout("", "", false);
+    EXPECT_EQ(observer.baseCount(), 1u); // inside the call, as Steam answers at once
+    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
+    EXPECT_EQ(game.logLines("logout request success"), 0u);
+}
+
+using AutoLogin = FlowTest;
+
+TEST_F(AutoLogin, IsRefusedWithoutABackendOfOnesOwn) {
+    writeFile(game.path() / "VESKConfig.ini", "VESK_GAME_ID=1106\n");
+    start();
+    VESKLogin::AutoLogin();
+    const VESKLoginRet ret = observer.nextLogin().ret;
+    EXPECT_EQ(ret.retCode, VESKError::AUTOLOGIN_NOT_ALLOWED);
+    EXPECT_EQ(ret.retMsg, "Auto login only support on VESK test environment");
+    EXPECT_EQ(ret.methodNameID, kMethodNameAutoLogin);
+}
+
+TEST_F(AutoLogin, IsRefusedWithoutAStoredLoginOfTheMessenger) {
+    const auto autoLogin = [] {
+        VESKLogin::AutoLogin();
+        const VESKLoginRet ret = observer.nextLogin().ret;
+        EXPECT_EQ(ret.methodNameID, kMethodNameAutoLogin);
+        return ret;
+    };
+    start();
+    const VESKLoginRet nothingStored = autoLogin();
+    EXPECT_EQ(nothingStored.retCode, VESKError::NO_STORED_LOGIN);
+    EXPECT_NE(nothingStored.retMsg, "");
+
+    const char* const onlyKz = "Auto login only support on KZ channel";
+    writeFile(game.loginCache(), "Steamuid-old");
+    const VESKLoginRet fromFile = autoLogin();
+    EXPECT_EQ(fromFile.retCode, VESKError::AUTOLOGIN_NOT_ALLOWED);
+    EXPECT_EQ(fromFile.retMsg, onlyKz);
+
+    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(autoLogin().retMsg, onlyKz);
+    EXPECT_EQ(backend.requests("/").size(), 1u);
+}
+
+} // namespace
+
+} // namespace vesk::test
