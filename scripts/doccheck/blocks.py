@@ -11,7 +11,7 @@ import re
 from pathlib import Path
 from typing import NamedTuple
 
-LANGUAGES = ("cpp", "c", "csharp", "cmake", "ini", "json", "sh", "python", "log")
+LANGUAGES = ("cpp", "c", "csharp", "cmake", "ini", "sh", "python", "log")
 MARKER = re.compile(r"\s*<!-- snippet: (?:(\w+), )?(.+?) -->\s*$")
 MARKS = re.compile(r"fragment$|with (unreal|unity|install|backend)$|not tested: \S.{9,}")
 

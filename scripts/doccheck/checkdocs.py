@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Usage: checkdocs.py KIND [--root FOLDER] [--NAME PROGRAM]...
 
-Tests what the Markdown pages show. KIND is marks, links, first, ini, json, log, cpp, c, csharp, cmake, sh
-or python. Prints page:line and a sentence for whatever is wrong; at least one block has to be there.
+Tests what the Markdown pages show. KIND is marks, links, first, ini, log, cpp, c, csharp, cmake, sh or
+python. Prints page:line and a sentence for whatever is wrong; at least one block has to be there.
 --build is a build folder: what cmake and sh blocks find installed comes from it.
 """
 import argparse
@@ -17,8 +17,7 @@ import textchecks
 import toolchecks
 
 TEXT = {"marks": blocks.check_marks, "links": textchecks.check_links, "first": textchecks.check_first,
-        "ini": textchecks.check_ini,
-        "json": textchecks.check_json, "log": textchecks.check_log}
+        "ini": textchecks.check_ini, "log": textchecks.check_log}
 TOOL = {kind: getattr(toolchecks, f"check_{kind}")
         for kind in ("cpp", "c", "csharp", "cmake", "sh", "python")}
 

@@ -1,5 +1,4 @@
-"""What can be told of a page by reading it: links, settings, JSON, quoted log lines."""
-import json
+"""What can be told of a page by reading it: links, settings, quoted log lines."""
 import re
 from pathlib import Path
 
@@ -75,7 +74,7 @@ def check_first(root):
         yield f"{first.where}: this is not samples/minimal/main.cpp"
 
 
-# ---- settings and JSON ----
+# ---- settings ----
 
 def known_keys(root):
     return {key for text in sources(root).values() for key in re.findall(f'"({KEY})"', text)}
@@ -95,14 +94,6 @@ def check_ini(root):
     listed = {key for row in rows for key in re.findall(f"`({KEY})`", row)}
     for key in sorted(known ^ listed) if rows else []:
         yield f"docs/configuration.md: {key} is {'unknown to the SDK' if key in listed else 'missing'}"
-
-
-def check_json(root):
-    for block in each(root, "json"):
-        try:
-            json.loads(block.text)
-        except ValueError as problem:
-            yield f"{block.where}: {problem}"
 
 
 # ---- log lines ----
@@ -162,11 +153,3 @@ def check_log(root):
             elif not any(call[:3] == quoted.groups()[:3] and matches(quoted[4], form, texts[call[1]])
                          for call in calls for form in call[3:]):
                 yield f"{block.where}: the SDK does not log this: {line}"
-    every = "\n".join([call[3] for call in calls] + [text for file in texts.values() for text in file])
-    for page in pages(root):
-        text = page.read_text(encoding="utf-8")
-        for says in re.finditer(r"\blog (?:says|has)\b[^|.]*", text):
-            for words in re.findall(r'"([^"]+?)(?: \.\.\.)?"', says[0]):
-                if words not in every:
-                    line = text[:says.start()].count("\n") + 1
-                    yield f"{page.relative_to(root)}:{line}: the SDK does not log: {words}"

@@ -1,40 +1,9 @@
 // What the pages use of Unity, written by us: enough to see that our side compiles.
 namespace UnityEngine
 {
-    public class Object
-    {
-        public static void DontDestroyOnLoad(Object target) { }
-    }
+    public class Object { public static void DontDestroyOnLoad(Object target) { } }
     public sealed class GameObject : Object { }
-    public abstract class MonoBehaviour : Object
-    {
-        protected readonly GameObject gameObject = new GameObject();
-    }
-    public static class Application
-    {
-        public static bool isEditor { get { return true; } }
-    }
-    public static class Debug
-    {
-        public static void Log(object message) { }
-    }
-}
-namespace UnityEditor.Build
-{
-    public interface IPostprocessBuildWithReport
-    {
-        int callbackOrder { get; }
-        void OnPostprocessBuild(Reporting.BuildReport report);
-    }
-}
-namespace UnityEditor.Build.Reporting
-{
-    public sealed class BuildSummary
-    {
-        public string outputPath { get { return ""; } }
-    }
-    public sealed class BuildReport
-    {
-        public readonly BuildSummary summary = new BuildSummary();
-    }
+    public abstract class MonoBehaviour : Object { protected readonly GameObject gameObject = new GameObject(); }
+    public static class Application { public static bool isEditor { get { return true; } } }
+    public static class Debug { public static void Log(object message) { } }
 }

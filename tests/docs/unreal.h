@@ -12,26 +12,22 @@ using int32 = std::int32_t;
 
 #define TEXT(literal) u##literal
 #define UTF8_TO_TCHAR(text) FString(text)
-#define UE_LOG(category, level, form, ...) LogTo(ELog::level, form, __VA_ARGS__)
+#define UE_LOG(category, level, ...) LogTo(__VA_ARGS__)
 #define IMPLEMENT_MODULE(type, name)                                                               \
     IModuleInterface* Make##name() {                                                               \
         return new type;                                                                           \
     }
 
-class FString {
-public:
+struct FString {
     FString(const char16_t* text) : mText(text) {}
     explicit FString(const char* utf8) : mText(utf8, utf8 + std::string(utf8).size()) {}
     const char16_t* operator*() const { return mText.c_str(); }
     int32 Len() const { return static_cast<int32>(mText.size()); }
-
-private:
     std::u16string mText;
 };
 
-enum class ELog { Display, Error };
 template <typename... Values>
-void LogTo(ELog, const char16_t*, const Values&...) {}
+void LogTo(const Values&...) {}
 
 struct IModuleInterface {
     virtual ~IModuleInterface() = default;
@@ -48,10 +44,7 @@ struct IPluginManager {
     std::shared_ptr<IPlugin> FindPlugin(const FString& name);
 };
 struct FPaths {
-    template <typename... Parts>
-    static FString Combine(const FString& first, const Parts&...) {
-        return first;
-    }
+    static FString Combine(const FString& first, const FString& second);
 };
 struct FPlatformProcess {
     static void* GetDllHandle(const char16_t* path);
