@@ -1,28 +1,61 @@
-#include "jsonreport.h"
+#include <cstdio>
 
-#include "jsonline.h"
+#include "common/jsonline.h"
+#include "report.h"
 
 using namespace Braxel::VESK;
+using vesk::devkit::JsonLine;
 
-void JsonReport::login(const VESKLoginRet& ret) {
-    JsonLine("login").addRet(ret).print();
-}
-void JsonReport::qrCode(const VESKQrCodeRet& ret) {
-    JsonLine("qrcode").addRet(ret).print();
-}
-void JsonReport::logout(const VESKBaseRet& ret) {
-    JsonLine("logout").addRet(ret).print();
-}
-void JsonReport::status(bool held, const VESKLoginRet& ret) {
-    JsonLine("status").add("held", held).addRet(ret).print();
-}
-void JsonReport::refreshed(bool held, const VESKLoginRet& ret) {
-    JsonLine("refreshed")
-        .add("held", held)
-        .addMasked("token", ret.token)
-        .add("tokenExpire", ret.tokenExpire)
-        .print();
-}
-void JsonReport::timeout(const std::string& word) {
-    JsonLine("timeout").add("word", word).print();
+namespace {
+
+class JsonReport final : public Report {
+public:
+    void login(const VESKLoginRet& ret) override { print(addLogin(event("login"), ret)); }
+    void qrCode(const VESKQrCodeRet& ret) override {
+        print(addBase(event("qrcode"), ret)
+                  .add("channel", ret.channel)
+                  .add("qrCodeUrl", ret.qrCodeUrl));
+    }
+    void logout(const VESKBaseRet& ret) override { print(addBase(event("logout"), ret)); }
+    void status(bool held, const VESKLoginRet& ret) override {
+        print(addLogin(event("status").add("held", held), ret));
+    }
+    void refreshed(bool held, const VESKLoginRet& ret) override {
+        print(event("refreshed")
+                  .add("held", held)
+                  .add("token", masked(ret.token))
+                  .add("tokenExpire", ret.tokenExpire));
+    }
+    void timeout(const std::string& word) override { print(event("timeout").add("word", word)); }
+
+private:
+    static JsonLine event(const char* name) { return JsonLine().add("event", name); }
+
+    static JsonLine addBase(JsonLine line, const VESKBaseRet& ret) {
+        return line.add("methodNameID", ret.methodNameID)
+            .add("retCode", ret.retCode)
+            .add("retMsg", ret.retMsg)
+            .add("thirdCode", ret.thirdCode)
+            .add("thirdMsg", ret.thirdMsg);
+    }
+
+    static JsonLine addLogin(JsonLine line, const VESKLoginRet& ret) {
+        return addBase(std::move(line), ret)
+            .add("channel", ret.channel)
+            .add("channelID", ret.channelID)
+            .add("openid", ret.openid)
+            .add("token", masked(ret.token))
+            .add("tokenExpire", ret.tokenExpire)
+            .add("firstLogin", ret.firstLogin)
+            .add("userName", ret.userName)
+            .add("realNameAuth", ret.realNameAuth);
+    }
+
+    static void print(const JsonLine& line) { std::fprintf(stderr, "%s\n", line.text().c_str()); }
+};
+
+} // namespace
+
+std::unique_ptr<Report> makeJsonReport() {
+    return std::make_unique<JsonReport>();
 }

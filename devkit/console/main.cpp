@@ -2,17 +2,16 @@
 // change, log out, end.
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <memory>
 #include <string>
 #include <thread>
 
-#include "doctorword.h"
-#include "helptexts.h"
-#include "jsonreport.h"
+#include "doctor.h"
 #include "options.h"
+#include "report.h"
 #include "resultqueue.h"
 #include "terminal.h"
-#include "textreport.h"
 #include "vesk/vesk_c.h"
 #include "vesk/vesklogin.h"
 
@@ -114,11 +113,23 @@ bool runWords(const Options& options, Report& report) {
 
 std::unique_ptr<Report> makeReport(const Options& options, const Terminal& terminal) {
     if (options.json) {
-        return std::make_unique<JsonReport>();
+        return makeJsonReport();
     }
     const bool draw = options.qr == QrChoice::Always ||
                       (options.qr == QrChoice::OnTerminals && terminal.isTerminal());
-    return std::make_unique<TextReport>(draw, terminal.hasColours());
+    return makeTextReport(draw, terminal.hasColours());
+}
+
+int runDoctorWord(const Options& options) {
+    vesk::doctor::DoctorOptions wanted;
+    wanted.json = options.json;
+    wanted.offline = options.offline;
+    try {
+        return vesk::doctor::runDoctor(wanted, stderr);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "vesk-console: %s\n", error.what());
+        return 1;
+    }
 }
 
 } // namespace
@@ -130,9 +141,8 @@ int main(int argc, char** argv) {
                      options.complaint.c_str());
         return 2;
     }
-    if (options.help) {
-        const Word* word = findWord(options.helpOn);
-        std::fputs(word == nullptr ? generalHelp().c_str() : word->help, stdout);
+    if (!options.help.empty()) {
+        std::fputs(options.help.c_str(), stdout);
         return 0;
     }
     if (options.version) {
@@ -141,7 +151,7 @@ int main(int argc, char** argv) {
     }
     const Terminal terminal;
     if (options.words.front() == "doctor") {
-        return runDoctorWord(options.json, options.offline);
+        return runDoctorWord(options);
     }
     return runWords(options, *makeReport(options, terminal)) ? 0 : 1;
 }

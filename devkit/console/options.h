@@ -10,12 +10,10 @@ enum class QrChoice { OnTerminals, Always, Never };
 /// What the command line asks for.
 struct Options {
     std::string complaint; ///< what is wrong with the command line, one sentence; or empty
-
-    std::vector<std::string> words; ///< see helptexts.h; run in this order
-    std::string helpOn;             ///< the word that help is wanted on
-    bool help = false;
+    std::string help;      ///< a text that is asked for instead of anything else; or empty
     bool version = false;
 
+    std::vector<std::string> words; ///< run in this order
     std::string channel;
     std::string extraJson;
     bool channelOnly = false;

@@ -1,6 +1,7 @@
 #ifndef VESK_DEVKIT_CONSOLE_REPORT_H
 #define VESK_DEVKIT_CONSOLE_REPORT_H
 
+#include <memory>
 #include <string>
 
 #include "vesk/veskret.h"
@@ -21,5 +22,21 @@ public:
     virtual void refreshed(bool held, const Braxel::VESK::VESKLoginRet& ret) = 0;
     virtual void timeout(const std::string& word) = 0;
 };
+
+/// One JSON object a line.
+std::unique_ptr<Report> makeJsonReport();
+
+/// Sentences for a person, and QR codes to scan from the screen.
+/// @param drawCodes whether QR codes are drawn at all.
+/// @param colours whether they may switch colours.
+std::unique_ptr<Report> makeTextReport(bool drawCodes, bool colours);
+
+/// What may be shown of a secret: its first four characters and its length. Nothing but the length
+/// of one that is so short that four would be half of it.
+inline std::string masked(const std::string& secret) {
+    constexpr std::string::size_type kShown = 4;
+    const std::string begin = secret.size() > 2 * kShown ? secret.substr(0, kShown) : "";
+    return begin + "...(" + std::to_string(secret.size()) + ")";
+}
 
 #endif

@@ -17,28 +17,19 @@ void ResultQueue::OnQrCodeRetNotify(const VESKQrCodeRet& ret) {
     push(ret);
 }
 
-std::optional<Result> ResultQueue::poll() {
-    const std::lock_guard<std::mutex> lock(mMutex);
-    return takeOldest();
-}
-
 std::optional<Result> ResultQueue::waitFor(std::chrono::steady_clock::time_point deadline) {
     std::unique_lock<std::mutex> lock(mMutex);
     mArrived.wait_until(lock, deadline, [this] { return !mResults.empty(); });
-    return takeOldest();
-}
-
-void ResultQueue::push(Result result) {
-    const std::lock_guard<std::mutex> lock(mMutex);
-    mResults.push_back(std::move(result));
-    mArrived.notify_one();
-}
-
-std::optional<Result> ResultQueue::takeOldest() {
     if (mResults.empty()) {
         return std::nullopt;
     }
     Result oldest = std::move(mResults.front());
     mResults.pop_front();
     return oldest;
+}
+
+void ResultQueue::push(Result result) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    mResults.push_back(std::move(result));
+    mArrived.notify_one();
 }

@@ -1,14 +1,15 @@
-#include "textreport.h"
-
+#include <cctype>
 #include <cstdio>
 #include <ctime>
 
-#include "masked.h"
+#include "common/resultcodes.h"
+#include "common/text.h"
 #include "qrblocks.h"
-#include "qrcode.h"
+#include "report.h"
 #include "vesk/veskerror.h"
 
 using namespace Braxel::VESK;
+using namespace vesk::devkit;
 
 namespace {
 
@@ -16,21 +17,32 @@ namespace {
 constexpr int kOfEarlierRun = -1;
 
 void say(const char* topic, const std::string& text) {
-    std::string line = std::string(topic) + ": " + text;
-    for (char& c : line) {
-        // What others have sent must not steer the terminal.
-        c = static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? '?' : c;
+    // What others have sent must not steer the terminal.
+    std::fprintf(stderr, "%s: %s\n", topic, printable(text).c_str());
+}
+
+std::string sentence(std::string text) {
+    if (!text.empty()) {
+        text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
+        text = ". " + text;
     }
-    std::fprintf(stderr, "%s\n", line.c_str());
+    return text;
+}
+
+/// The rest of what there is to say about a failure, after its code: what the code means, who
+/// outside has failed and how, and what to do.
+std::string explanation(const VESKBaseRet& ret) {
+    std::string outside = explainOutside(ret.retCode, ret.thirdCode).meaning;
+    if (!ret.thirdMsg.empty()) {
+        outside += (outside.empty() ? "its text is \"" : ", and says \"") + ret.thirdMsg + '"';
+    }
+    return explainResult(ret.retCode).meaning + sentence(outside) +
+           sentence("what to do: " + remedyFor(ret.retCode, ret.thirdCode)) + ".";
 }
 
 std::string failure(const VESKBaseRet& ret) {
-    std::string text = "failed with code " + std::to_string(ret.retCode) + ": " + ret.retMsg;
-    if (ret.thirdCode != -1) {
-        text += " (from outside: " + std::to_string(ret.thirdCode) +
-                (ret.thirdMsg.empty() ? "" : ", " + ret.thirdMsg) + ")";
-    }
-    return text;
+    return "failed with code " + std::to_string(ret.retCode) +
+           (ret.retMsg.empty() ? "" : " (" + ret.retMsg + ")") + ": " + explanation(ret);
 }
 
 std::string expiry(int64_t seconds) {
@@ -50,7 +62,21 @@ std::string describe(const VESKLoginRet& ret) {
            (ret.realNameAuth ? ", real-name authentication is demanded" : "");
 }
 
-} // namespace
+class TextReport final : public Report {
+public:
+    TextReport(bool drawCodes, bool colours) : mDrawCodes(drawCodes), mColours(colours) {}
+
+    void login(const VESKLoginRet& ret) override;
+    void qrCode(const VESKQrCodeRet& ret) override;
+    void logout(const VESKBaseRet& ret) override;
+    void status(bool held, const VESKLoginRet& ret) override;
+    void refreshed(bool held, const VESKLoginRet& ret) override;
+    void timeout(const std::string& word) override;
+
+private:
+    bool mDrawCodes;
+    bool mColours;
+};
 
 void TextReport::login(const VESKLoginRet& ret) {
     say("login",
@@ -62,13 +88,11 @@ void TextReport::qrCode(const VESKQrCodeRet& ret) {
         say("qrcode", failure(ret));
         return;
     }
-    const QrModules code = mDrawCodes ? qrModules(ret.qrCodeUrl) : QrModules();
-    std::fputs(qrBlocks(code, mColours).c_str(), stderr);
+    const std::string code = mDrawCodes ? qrBlocks(ret.qrCodeUrl, mColours) : "";
+    std::fputs(code.c_str(), stderr);
     say("qrcode", "scan it with " + ret.channel + "; its address: " + ret.qrCodeUrl);
     if (mDrawCodes && code.empty()) {
-        say("qrcode", "not drawn: the address is too long, or this program was built without "
-                      "libqrencode. Open the address in a browser, or let any QR code generator "
-                      "draw it.");
+        say("qrcode", "not drawn: the address is too long for a code. Open it in a browser.");
     }
 }
 
@@ -86,17 +110,23 @@ void TextReport::status(bool held, const VESKLoginRet& ret) {
     } else if (held && ret.retCode == VESKError::SUCCESS) {
         say("status", "held is the login by " + describe(ret));
     } else {
-        say("status", (held ? "the login is held, but " : "no login is held, ") + failure(ret));
+        say("status", explanation(ret) + " (Code " + std::to_string(ret.retCode) + ".)");
     }
 }
 
 void TextReport::refreshed(bool held, const VESKLoginRet& ret) {
     say("watch", held
                      ? "there is a new token, " + masked(ret.token) + ", " + expiry(ret.tokenExpire)
-                     : "the login is not held any more: no new token was to be had, log in again");
+                     : "the login is not held any more: the SDK got no new token. Log in again.");
 }
 
 void TextReport::timeout(const std::string& word) {
     say(word.c_str(), "no result within --timeout. If nothing came at all, `vesk-console doctor` "
                       "may know why; the SDK's log is veskrecord.log beside the library.");
+}
+
+} // namespace
+
+std::unique_ptr<Report> makeTextReport(bool drawCodes, bool colours) {
+    return std::make_unique<TextReport>(drawCodes, colours);
 }

@@ -8,9 +8,11 @@
 namespace vesk::test {
 namespace {
 
+using Modules = std::vector<std::vector<bool>>;
+
 /// The rows of dark modules of a picture, two rows a line of blocks.
-QrModules modulesOf(const std::string& picture) {
-    QrModules rows;
+Modules modulesOf(const std::string& picture) {
+    Modules rows;
     std::istringstream stream(picture);
     for (std::string line; std::getline(stream, line);) {
         std::vector<bool> upper;
@@ -31,7 +33,7 @@ TEST(QrBlocks, ReadAsTheirText) {
     // 21, 25 and 29 modules a side: all are odd, so the last line has half a row.
     for (const char* text :
          {"x", "https://ferno.example/qr/1", "https://kz.example/qr/0123456789abcdef0"}) {
-        const QrModules rows = modulesOf(qrBlocks(qrModules(text), false));
+        const Modules rows = modulesOf(qrBlocks(text, false));
         EXPECT_EQ(textOfCode(rows), text);
         const std::vector<bool> light(rows.at(0).size());
         for (size_t y = 0; y < light.size(); ++y) {
@@ -45,8 +47,8 @@ TEST(QrBlocks, ReadAsTheirText) {
 }
 
 TEST(QrBlocks, EachLineSetsItsColoursAndTakesThemBack) {
-    const std::string plain = qrBlocks(qrModules("x"), false);
-    std::string coloured = qrBlocks(qrModules("x"), true);
+    const std::string plain = qrBlocks("x", false);
+    std::string coloured = qrBlocks("x", true);
     const std::string begin = "\x1b[38;5;231;48;5;16m";
     const std::string end = "\x1b[0m\n";
     for (size_t at = 0; at < coloured.size(); at = coloured.find('\n', at) + 1) {
@@ -60,7 +62,7 @@ TEST(QrBlocks, EachLineSetsItsColoursAndTakesThemBack) {
 }
 
 TEST(QrBlocks, TextThatIsTooLongHasNoPicture) {
-    EXPECT_EQ(qrBlocks(qrModules(std::string(5000, 'x')), false), "");
+    EXPECT_EQ(qrBlocks(std::string(5000, 'x'), false), "");
 }
 
 } // namespace

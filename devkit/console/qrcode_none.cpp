@@ -1,5 +1,0 @@
-#include "qrcode.h"
-
-QrModules qrModules(const std::string& /*text*/) {
-    return {};
-}
