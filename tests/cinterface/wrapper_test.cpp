@@ -6,7 +6,6 @@
 #include "support/backendcontrol.h"
 #include "support/files.h"
 #include "support/gamefolder.h"
-#include "support/messenger.h"
 #include "support/waituntil.h"
 #include "vesk/vesk.hpp"
 

@@ -1,7 +1,7 @@
 #include "faults/faulttest.h"
 #include "faults/filestates.h"
 #include "faults/gameprocess.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 #include "support/waituntil.h"
 
 namespace fs = std::filesystem;

@@ -1,7 +1,7 @@
 #include <thread>
 
 #include "flow/unloadtest.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {

@@ -1,6 +1,6 @@
 #include "faults/faulttest.h"
 #include "faults/gameprocess.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {

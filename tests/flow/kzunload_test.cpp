@@ -1,5 +1,5 @@
 #include "flow/unloadtest.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 #include "support/waituntil.h"
 
 namespace vesk::test {

@@ -2,7 +2,7 @@
 #define VESK_TESTS_FLOW_MESSENGERTEST_H
 
 #include "flow/flowtest.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 
 namespace vesk::test {
 

@@ -9,7 +9,7 @@
 #include "foundation/task/veskrefreshtokentask.h"
 #include "login/veskloginmanager.h"
 #include "module/veskmodule.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 #include "support/waituntil.h"
 
 namespace Braxel::VESK {

@@ -1,7 +1,7 @@
 #include <atomic>
 
 #include "flow/unloadtest.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 #include "support/recordingobserver.h"
 #include "support/waituntil.h"
 

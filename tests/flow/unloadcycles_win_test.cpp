@@ -9,7 +9,6 @@
 
 #include "support/gamefolder.h"
 #include "support/loadedsdk.h"
-#include "support/messenger.h"
 #include "support/recordingobserver.h"
 #include "support/waituntil.h"
 

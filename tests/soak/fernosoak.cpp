@@ -1,5 +1,5 @@
 #include "soak/soak.h"
-#include "support/messenger.h"
+#include "support/gamefolder.h"
 
 using namespace Braxel::VESK;
 using std::chrono::seconds;
