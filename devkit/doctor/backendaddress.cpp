@@ -1,55 +1,43 @@
 #include "backendaddress.h"
 
-#include <algorithm>
-#include <cctype>
+#include <curl/curl.h>
+#include <memory>
 
 namespace vesk::doctor {
 
 namespace {
 
-bool isPort(const std::string& text) {
-    return !text.empty() && text.size() <= 5 &&
-           text.find_first_not_of("0123456789") == std::string::npos && std::stoi(text) <= 65535;
-}
+using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 
-bool isHost(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) {
-        return std::isgraph(c) != 0 &&
-               std::string("\"<>\\^`{|}@").find(static_cast<char>(c)) == std::string::npos;
-    });
+std::string partOf(const Url& url, CURLUPart part, unsigned flags = 0) {
+    char* text = nullptr;
+    if (curl_url_get(url.get(), part, &text, flags) != CURLUE_OK) {
+        return {};
+    }
+    std::string result = text;
+    curl_free(text);
+    return result;
 }
 
 } // namespace
 
-BackendAddress::BackendAddress(const std::string& text) : mText(text) {
-    const size_t colon = text.find("://");
-    if (colon == std::string::npos) {
-        return;
-    }
-    mScheme = text.substr(0, colon);
-    std::transform(mScheme.begin(), mScheme.end(), mScheme.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    std::string rest = text.substr(colon + 3);
-    const size_t slash = rest.find_first_of("/?");
-    if (slash != std::string::npos) {
-        mPath = rest.substr(slash);
-        rest.resize(slash);
-    }
-    const size_t at = rest.rfind('@');
-    const bool hasUser = at != std::string::npos;
-    if (hasUser) {
-        rest = rest.substr(at + 1);
-        mText = mScheme + "://***@" + rest + mPath;
-    }
-    const size_t bracket = rest.find(']'); // of an IPv6 address, which has colons of its own
-    const size_t port = rest.find(':', bracket == std::string::npos ? 0 : bracket);
-    mHost = rest.substr(0, port);
-    mPort = port == std::string::npos ? (isSecure() ? "443" : "80") : rest.substr(port + 1);
-    mValid = (mScheme == "https" || mScheme == "http") && isHost(mHost) && isPort(mPort);
+BackendAddress::BackendAddress(const std::string& text) {
+    const Url url(curl_url(), &curl_url_cleanup);
+    const bool parsed = curl_url_set(url.get(), CURLUPART_URL, text.c_str(), 0) == CURLUE_OK;
+    mScheme = partOf(url, CURLUPART_SCHEME);
+    mHost = partOf(url, CURLUPART_HOST);
+    mPort = partOf(url, CURLUPART_PORT, CURLU_DEFAULT_PORT);
+    mHasPath = text.find_first_of("/?", text.find("://") + 3) != std::string::npos;
+    mValid = parsed && (mScheme == "https" || mScheme == "http");
+    // What cannot be parsed may have a password all the same.
+    const size_t at = text.rfind('@');
+    const std::string user = partOf(url, CURLUPART_USER) + partOf(url, CURLUPART_PASSWORD);
+    const bool hides = at != std::string::npos && !(parsed && user.empty());
+    mShown = '"' + (hides ? "***" + text.substr(at) : text) + '"';
 }
 
-std::string BackendAddress::shown() const {
-    return "\"" + mText + "\"";
+bool BackendAddress::isLocal() const {
+    return mHost == "localhost" || mHost == "[::1]" || mHost.compare(0, 4, "127.") == 0;
 }
 
 } // namespace vesk::doctor

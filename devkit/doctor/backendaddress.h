@@ -12,21 +12,21 @@ public:
 
     bool isValid() const { return mValid; }
     bool isSecure() const { return mScheme == "https"; }
-    bool hasPath() const { return !mPath.empty(); }
-    /// In lower case, whatever the text has.
-    const std::string& scheme() const { return mScheme; }
+    bool hasPath() const { return mHasPath; }
+    /// Whether it is this computer itself.
+    bool isLocal() const;
     const std::string& host() const { return mHost; }
     const std::string& port() const { return mPort; }
 
-    /// The address without a user and a password.
-    std::string shown() const;
+    /// The address in quotes, without a user and a password.
+    const std::string& shown() const { return mShown; }
 
 private:
-    std::string mScheme;
+    std::string mScheme; ///< in lower case, whatever the text has
     std::string mHost;
     std::string mPort; ///< the scheme's own when the text has none
-    std::string mPath;
-    std::string mText;
+    std::string mShown;
+    bool mHasPath = false;
     bool mValid = false;
 };
 

@@ -1,39 +1,38 @@
 #ifndef VESK_DEVKIT_DOCTOR_CERTIFICATE_H
 #define VESK_DEVKIT_DOCTOR_CERTIFICATE_H
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace vesk::doctor {
 
 /// What a person wants to know of an X.509 certificate.
-class Certificate {
-public:
-    /// Throws std::runtime_error when @p der is none.
-    explicit Certificate(std::string_view der);
-
-    /// The common name, or the organisation when there is none.
-    std::string subject() const { return name(mSubject); }
-    std::string issuer() const { return name(mIssuer); }
+struct Certificate {
+    std::string subject; ///< the common name, or the organisation when there is none
+    std::string issuer;
+    std::string encodedSubject; ///< the whole names, to be compared
+    std::string encodedIssuer;
+    int64_t begin = 0; ///< Unix seconds
+    int64_t end = 0;
 
     /// Whether the other one bears the name of this one's issuer.
-    bool isFrom(const Certificate& other) const { return mIssuer == other.mSubject; }
-
-    int64_t begin() const { return mBegin; } ///< Unix seconds
-    int64_t end() const { return mEnd; }
-
-private:
-    static std::string name(const std::string& der);
-
-    std::string mSubject; ///< the encoded names
-    std::string mIssuer;
-    int64_t mBegin = 0;
-    int64_t mEnd = 0;
+    bool isFrom(const Certificate& other) const { return encodedIssuer == other.encodedSubject; }
 };
 
-/// A day as "2026-11-24".
-std::string dayText(int64_t unixSeconds);
+/// The certificate of one PEM block, read by the system's library; nothing when it is none.
+std::optional<Certificate> readCertificate(const std::string& block);
+
+/// What stands in a PEM file.
+struct PemFile {
+    explicit PemFile(const std::string& text = {});
+
+    std::vector<Certificate> certificates;
+    size_t broken = 0;       ///< blocks of certificates that cannot be read
+    bool privateKey = false; ///< there is a block of a private key, too
+};
 
 } // namespace vesk::doctor
 

@@ -1,9 +1,7 @@
-#include "componentcheck.h"
+#include <cctype>
 
-#include <string>
-#include <vector>
-
-#include "filecheck.h"
+#include "checks.h"
+#include "common/file.h"
 
 namespace fs = std::filesystem;
 
@@ -11,142 +9,146 @@ namespace vesk::doctor {
 
 namespace {
 
-struct EntryPoint {
-    const char* name;
-    const char* without; ///< what does not work then; null when no login works
-};
-
 struct Channel {
-    const char* name;
-    const char* component;
-    const char* origin;
-    std::vector<const char*> keys;
+    std::string name;
+    std::string component;
+    std::string origin;
+    std::vector<std::string> keys;
     bool keysNeeded;
-    std::vector<EntryPoint> entryPoints;
 };
 
 const std::vector<Channel>& channels() {
     static const std::vector<Channel> all = {
-        {"KZ",
-         "KZOpenSDK.dll",
-         "the messenger's maker",
-         {"KZ_APP_ID", "KZ_APP_KEY"},
-         true,
-         {{"DllGetClassObject", nullptr}}},
-        {"Ferno",
-         "frlogin.dll",
-         "the messenger's maker",
-         {"FERNO_APP_ID"},
-         true,
-         {{"frlogin_init", nullptr},
-          {"frlogin_req_qrcode", nullptr},
-          {"frlogin_req_client_tmp_token", "no token can be refreshed"},
-          {"frlogin_req_logout", "a logout does not reach the messenger"},
-          {"frlogin_uninit", "the component is never shut down"}}},
-        {"Steam",
-         "steam_api64.dll",
-         "the Steam SDK",
-         {"STEAM_APP_ID"},
-         false,
-         {{"SteamAPI_Init", nullptr},
-          {"SteamAPI_SteamUser_v020", nullptr},
-          {"SteamAPI_ISteamUser_GetSteamID", nullptr},
-          {"SteamAPI_ISteamUser_GetAuthSessionTicket", nullptr},
-          {"SteamAPI_RestartAppIfNecessary", "a game that was not started by Steam goes on"},
-          {"SteamAPI_ISteamUser_CancelAuthTicket", "a ticket stays valid after a logout"},
-          {"SteamAPI_IsSteamRunning", "the log does not say whether Steam is running"},
-          {"SteamAPI_Shutdown", "Steam is never shut down"}}},
+        {"KZ", "KZOpenSDK.dll", "the messenger's maker", {"KZ_APP_ID", "KZ_APP_KEY"}, true},
+        {"Ferno", "frlogin.dll", "the messenger's maker", {"FERNO_APP_ID"}, true},
+        {"Steam", "steam_api64.dll", "the Steam SDK", {"STEAM_APP_ID"}, false},
     };
     return all;
 }
 
-bool isNumberZero(const std::string& value) {
-    return value.find_first_not_of('0') == std::string::npos;
+constexpr const char* kNoLogin = "no login works";
+
+struct EntryPoint {
+    const char* channel;
+    const char* name;
+    const char* without = kNoLogin;
+};
+
+constexpr EntryPoint kEntryPoints[] = {
+    {"KZ", "DllGetClassObject"},
+    {"Ferno", "frlogin_init"},
+    {"Ferno", "frlogin_req_qrcode"},
+    {"Ferno", "frlogin_req_client_tmp_token", "no token can be refreshed"},
+    {"Ferno", "frlogin_req_logout", "a logout does not reach the messenger"},
+    {"Ferno", "frlogin_uninit", "the component is never shut down"},
+    {"Steam", "SteamAPI_Init"},
+    {"Steam", "SteamAPI_SteamUser_v020"},
+    {"Steam", "SteamAPI_ISteamUser_GetSteamID"},
+    {"Steam", "SteamAPI_ISteamUser_GetAuthSessionTicket"},
+    {"Steam", "SteamAPI_RestartAppIfNecessary", "a game that was not started by Steam goes on"},
+    {"Steam", "SteamAPI_ISteamUser_CancelAuthTicket", "a ticket stays valid after a logout"},
+    {"Steam", "SteamAPI_IsSteamRunning", "the log does not say whether Steam is running"},
+    {"Steam", "SteamAPI_Shutdown", "Steam is never shut down"},
+};
+
+/// Whether a key names something. 0 is none, and 480 is everybody's: Valve's sample game.
+bool isGiven(const std::string& value) {
+    return value.find_first_not_of('0') != std::string::npos && value != "480";
+}
+
+/// Whether the component is the dev kit's: the name of its settings is in it, in either width.
+bool isSimulator(const Channel& channel, const std::string& bytes) {
+    std::string narrow;
+    std::string wide;
+    for (const char c : channel.name + "_sim.ini") {
+        narrow += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        wide += {narrow.back(), '\0'};
+    }
+    return bytes.find(narrow) != std::string::npos || bytes.find(wide) != std::string::npos;
 }
 
 Findings checkEntryPoints(const Channel& channel, const BinaryFile& file) {
-    const std::string remedy = std::string("Put the version of ") + channel.component +
-                               " there that the SDK was made for; it comes from " + channel.origin +
-                               ".";
     Findings findings;
-    for (const EntryPoint& entry : channel.entryPoints) {
-        if (file.exports.count(entry.name) != 0) {
+    for (const EntryPoint& entry : kEntryPoints) {
+        if (entry.channel != channel.name || file.exports.count(entry.name) != 0) {
             continue;
         }
-        const std::string found = std::string(channel.component) + " does not export " + entry.name;
-        findings.push_back(entry.without == nullptr
-                               ? problem(channel.name, found + ": no login works", remedy)
-                               : warning(channel.name, found + ": " + entry.without, remedy));
+        const bool fatal = entry.without == kNoLogin;
+        findings.push_back(
+            {fatal ? Verdict::Problem : Verdict::Warning,
+             channel.name,
+             channel.component + " does not export " + entry.name + ": " + entry.without,
+             "Put the version there that the SDK was made for; it comes from " + channel.origin +
+                 ".",
+             {}});
     }
     return findings;
 }
 
-Findings checkSettings(const Channel& channel, const IniFile& config) {
+Findings checkKeys(const Channel& channel, const devkit::IniFile& config) {
     Findings findings;
-    for (const char* key : channel.keys) {
+    for (const std::string& key : channel.keys) {
         if (channel.keysNeeded && config.value(key).empty()) {
             findings.push_back(
-                problem(channel.name,
-                        std::string(channel.component) + " is there, but " + key + " is not set",
-                        std::string("Add ") + key + " to VESKConfig.ini; " + channel.origin +
+                problem(channel.name, channel.component + " is there, but " + key + " is not set",
+                        "Add " + key + " to VESKConfig.ini; " + channel.origin +
                             " has given you the value. Or remove " + channel.component + "."));
         }
     }
     return findings;
 }
 
-Findings checkMissing(const Channel& channel, const IniFile& config) {
-    for (const char* key : channel.keys) {
-        if (!isNumberZero(config.value(key))) {
-            return {problem(
-                channel.name, std::string(key) + " is set, but there is no " + channel.component,
-                std::string("Put ") + channel.component + " beside the library; it " +
-                    "comes from " + channel.origin +
-                    ". Or leave the setting empty: the game does not use " + channel.name + ".")};
+Finding checkMissing(const Channel& channel, const devkit::IniFile* config) {
+    for (const std::string& key : channel.keys) {
+        if (config != nullptr && isGiven(config->value(key))) {
+            return problem(channel.name, key + " is set, but there is no " + channel.component,
+                           "Put " + channel.component + " beside the library; it comes from " +
+                               channel.origin +
+                               ". Or leave the setting empty: the game does not use " +
+                               channel.name + ".");
         }
     }
-    return {ok(channel.name, std::string("not used: neither ") + channel.component +
-                                 " nor its settings are there")};
+    return ok(channel.name, "not used: " + channel.component + " is not there");
 }
 
-Findings checkChannel(const Channel& channel, const fs::path& folder, const IniFile& config,
+Findings checkChannel(const Channel& channel, const fs::path& folder, const devkit::IniFile* config,
                       BinaryFile::Kind system) {
-    const fs::path path = folder / channel.component;
-    std::error_code ignored;
-    const bool isKz = std::string(channel.name) == "KZ";
-    if (isKz && system == BinaryFile::Kind::Linux64) {
+    if (channel.name == "KZ" && system == BinaryFile::Kind::Linux64) {
         return {ok(channel.name, "not on Linux: its component is made for Windows only")};
     }
-    if (!fs::exists(path, ignored)) {
-        return checkMissing(channel, config);
+    std::error_code ignored;
+    if (!fs::exists(folder / channel.component, ignored)) {
+        return {checkMissing(channel, config)};
     }
-    const BinaryFile file = readBinaryFile(fileBytes(path));
+    const std::string bytes = devkit::readFile(folder / channel.component);
+    const BinaryFile file = readBinaryFile(bytes);
     if (file.kind != system || file.damaged) {
-        const std::string found =
-            file.damaged ? "is damaged or cut off" : "is " + kindText(file.kind);
-        return {problem(channel.name, std::string(channel.component) + " " + found,
-                        std::string("Put ") + kindText(system) +
-                            " of that name there; it comes from " + channel.origin + ".")};
+        const std::string is =
+            file.damaged ? " is damaged or cut off" : " is " + kindText(file.kind);
+        return {problem(channel.name, channel.component + is,
+                        "Put " + kindText(system) + " of that name there; it comes from " +
+                            channel.origin + ".")};
     }
     Findings findings = checkEntryPoints(channel, file);
-    const Findings settings = checkSettings(channel, config);
-    findings.insert(findings.end(), settings.begin(), settings.end());
+    // The simulators take any setting, and none.
+    if (config != nullptr && !isSimulator(channel, bytes)) {
+        append(findings, checkKeys(channel, *config));
+    }
     if (findings.empty()) {
-        findings.push_back(
-            ok(channel.name, std::string(channel.component) + " has all of its " +
-                                 "entry points: " + std::to_string(channel.entryPoints.size())));
+        findings.push_back(ok(channel.name, channel.component + " has all of its entry points",
+                              channel.name + " (" + channel.component + ")"));
     }
     return findings;
 }
 
 } // namespace
 
-Findings checkComponents(const fs::path& folder, const IniFile& config, BinaryFile::Kind system) {
+Findings checkComponents(const fs::path& folder, const devkit::IniFile* config,
+                         BinaryFile::Kind system) {
     Findings findings;
     bool used = false;
     for (const Channel& channel : channels()) {
-        const Findings more = checkChannel(channel, folder, config, system);
-        findings.insert(findings.end(), more.begin(), more.end());
+        append(findings, checkChannel(channel, folder, config, system));
         std::error_code ignored;
         used = used || fs::exists(folder / channel.component, ignored);
     }
@@ -156,6 +158,16 @@ Findings checkComponents(const fs::path& folder, const IniFile& config, BinaryFi
                                    "library: steam_api64.dll, KZOpenSDK.dll or frlogin.dll."));
     }
     return findings;
+}
+
+std::vector<std::string> simulatedComponents(const fs::path& folder) {
+    std::vector<std::string> found;
+    for (const Channel& channel : channels()) {
+        if (isSimulator(channel, devkit::readFile(folder / channel.component))) {
+            found.push_back(channel.component);
+        }
+    }
+    return found;
 }
 
 } // namespace vesk::doctor

@@ -1,12 +1,12 @@
-#include "configcheck.h"
-
 #include <cctype>
-#include <set>
 
+#include "checks.h"
+#include "common/file.h"
 #include "knownkeys.h"
-#include "valuecheck.h"
 
 namespace vesk::doctor {
+
+using devkit::IniFile;
 
 namespace {
 
@@ -76,41 +76,60 @@ Finding judgeMissing(const KnownKey& key) {
     return ok(key.name, std::string("is not set: ") + key.fallback);
 }
 
+/// The encoding of a file that the SDK reads nothing of; empty when it reads it.
+std::string unreadableEncoding(const std::string& bytes) {
+    if (bytes.compare(0, 2, "\xFF\xFE") == 0) {
+        return "UTF-16 (Notepad: \"UTF-16 LE\" or \"Unicode\")";
+    }
+    if (bytes.compare(0, 2, "\xFE\xFF") == 0) {
+        return "UTF-16 (Notepad: \"UTF-16 BE\")";
+    }
+    return bytes.find('\0') == std::string::npos ? "" : "UTF-16, or is no plain text";
+}
+
 } // namespace
 
-Findings checkConfigFile(bool exists, const std::string& bytes, const IniFile& config) {
-    if (!exists || bytes.empty()) {
-        return {problem(kConfigFile, exists ? "is empty" : "there is no such file",
-                        "Put VESKConfig.ini beside the library; a sample comes with the SDK.")};
+ConfigText readConfig(const std::filesystem::path& folder) {
+    std::error_code ignored;
+    const bool exists = std::filesystem::exists(folder / kConfigFile, ignored);
+    std::string bytes = devkit::readFile(folder / kConfigFile);
+    if (bytes.empty()) {
+        return {{problem(kConfigFile, exists ? "is empty" : "there is no such file",
+                         "Put VESKConfig.ini beside the library; a sample comes with the SDK.")}};
+    }
+    const std::string encoding = unreadableEncoding(bytes);
+    if (!encoding.empty()) {
+        return {
+            {problem(kConfigFile, "is saved as " + encoding + ": the SDK reads no setting of it",
+                     "Save it as ANSI or UTF-8. In Notepad: File, Save as, Encoding \"ANSI\" "
+                     "or \"UTF-8\", not \"UTF-8 with BOM\".")}};
     }
     Findings findings;
-    if (bytes.find('\0') != std::string::npos) {
-        return {problem(kConfigFile, "is no plain text, or was saved as UTF-16",
-                        "Save it as UTF-8 without a byte order mark.")};
-    }
-    if (bytes.compare(0, 3, "\xEF\xBB\xBF") == 0) {
+    const std::string mark = "\xEF\xBB\xBF";
+    if (bytes.compare(0, mark.size(), mark) == 0) {
+        bytes.erase(0, mark.size()); // one finding is enough for it
         findings.push_back(problem(kConfigFile, "begins with a byte order mark",
                                    "Save it as UTF-8 without one (\"UTF-8\", not \"UTF-8 with "
-                                   "BOM\"): it becomes a part of the first key."));
+                                   "BOM\"): it becomes a part of the first line."));
     }
-    for (const size_t line : config.strayLines()) {
+    IniFile settings(bytes);
+    for (const size_t line : settings.strayLines()) {
         findings.push_back(warning(kConfigFile,
                                    lineNumber(line) + " is passed over: it has no \"=\"",
                                    "Write \"KEY = value\", or put a \"#\" in front."));
     }
     if (findings.empty()) {
-        const size_t count = config.settings().size();
+        const std::string count = std::to_string(settings.settings().size());
         findings.push_back(
-            ok(kConfigFile, "read; lines that set something: " + std::to_string(count)));
+            ok(kConfigFile, "read; lines that set something: " + count, kConfigFile));
     }
-    return findings;
+    return {findings, true, settings};
 }
 
-Findings checkConfigKeys(const IniFile& config) {
+Findings checkSettings(const IniFile& config) {
     Findings findings;
     for (const IniFile::Setting& setting : config.settings()) {
-        const Findings more = judgeLine(config, setting);
-        findings.insert(findings.end(), more.begin(), more.end());
+        append(findings, judgeLine(config, setting));
     }
     for (const KnownKey& key : knownKeys()) {
         const IniFile::Setting* setting = config.find(key.name);

@@ -16,6 +16,8 @@ struct Connection {
     enum class Step { Name, Connect, Secure, Answer, Done };
 
     Step reached = Step::Done; ///< Done, or the step that has failed
+    std::string proxy;         ///< its address when the environment names one and libcurl takes it
+    std::string proxyVariable; ///< the name of the variable that has set it
     bool proxyName = false;    ///< it was the proxy's name that is unknown
     bool untrusted = false;    ///< the backend's certificate was refused
     bool noTrust = false;      ///< cacert.pem cannot be read
@@ -26,6 +28,7 @@ struct Connection {
     long milliseconds = 0;
     long status = 0;
     std::string location;
+    bool simulated = false;                ///< it was the dev backend that has answered
     std::vector<Certificate> certificates; ///< the backend's, its own first
     std::optional<int64_t> backendTime;    ///< what the backend's clock says, Unix seconds
     int64_t ownTime = 0;                   ///< what this computer's said then

@@ -1,7 +1,8 @@
-#include "connectioncheck.h"
-
 #include <algorithm>
 #include <cstdlib>
+
+#include "checks.h"
+#include "common/calendar.h"
 
 namespace vesk::doctor {
 
@@ -14,34 +15,56 @@ constexpr int64_t kNoticeableSkew = 30;
 constexpr int64_t kRefusedSkew = 300;
 constexpr int64_t kSoon = 14 * 86400;
 
-std::string seenAsThirdCode(const Connection& connection) {
-    return connection.error + " (the game sees thirdCode " + std::to_string(connection.code) + ")";
+/// What libcurl says, and the number by which the game's log and the docs know it.
+std::string curlSays(const Connection& connection) {
+    return "libcurl reports " + std::to_string(connection.code) +
+           " (the game's thirdCode): " + connection.error;
+}
+
+Finding checkProxy(const BackendAddress& address, const Connection& connection) {
+    if (connection.proxy.empty()) {
+        return ok("proxy", "the environment names none for this address");
+    }
+    return warning("proxy",
+                   connection.proxyVariable + " is " + BackendAddress(connection.proxy).shown() +
+                       ": requests go through it",
+                   "If that is not wanted, remove the variable, or add " + address.host() +
+                       " to no_proxy.");
 }
 
 Finding checkName(const BackendAddress& address, const Connection& connection) {
     if (connection.reached > Step::Name) {
-        return ok("name", address.host() + " is known" +
-                              (connection.address.empty() ? "" : ", " + connection.address));
+        return ok("name",
+                  address.host() + " is known" +
+                      (connection.address.empty() ? "" : ", " + connection.address),
+                  address.host() + " is known");
     }
     if (connection.proxyName) {
-        return problem("name", "the proxy's name is unknown: " + seenAsThirdCode(connection),
+        return problem("name", "the proxy's name is unknown: " + curlSays(connection),
                        "Correct the proxy that the environment names; see the check \"proxy\".");
     }
-    return problem("name", seenAsThirdCode(connection),
+    return problem("name", curlSays(connection),
                    "Compare VESK_URL with the backend's address. If it is right, this computer's "
                    "network or its name server (DNS) is not in order.");
 }
 
 Finding checkReach(const BackendAddress& address, const Connection& connection) {
     if (connection.reached > Step::Connect) {
-        return ok("connection", "port " + address.port() + " answers");
+        const std::string found = "port " + address.port() + " answers";
+        return ok("connection", found, found);
     }
-    return problem("connection", seenAsThirdCode(connection),
+    if (address.isLocal() && connection.proxy.empty()) {
+        return problem("connection", curlSays(connection),
+                       "Nothing listens there. Start the backend on this computer, vesk-devbackend "
+                       "--port " +
+                           address.port() + ", or write another address for VESK_URL.");
+    }
+    return problem("connection", curlSays(connection),
                    "The backend is down, VESK_URL names a wrong port, or a firewall or proxy is in "
                    "between. Open VESK_URL in a browser on this computer.");
 }
 
-bool isTrustedBy(const Pem& trusted, const std::vector<Certificate>& chain) {
+bool isTrustedBy(const PemFile& trusted, const std::vector<Certificate>& chain) {
     return std::any_of(chain.begin(), chain.end(), [&](const Certificate& certificate) {
         return std::any_of(
             trusted.certificates.begin(), trusted.certificates.end(),
@@ -49,8 +72,8 @@ bool isTrustedBy(const Pem& trusted, const std::vector<Certificate>& chain) {
     });
 }
 
-Finding checkRefusal(const Connection& connection, const Pem& trusted) {
-    const std::string words = seenAsThirdCode(connection);
+Finding checkRefusal(const Connection& connection, const PemFile& trusted) {
+    const std::string words = curlSays(connection);
     if (connection.noTrust) {
         return problem("certificate", words,
                        "cacert.pem is missing or damaged; see the check \"cacert.pem\".");
@@ -62,46 +85,51 @@ Finding checkRefusal(const Connection& connection, const Pem& trusted) {
                        "proxy or a virus scanner in between.");
     }
     const Certificate& own = connection.certificates.front();
-    if (connection.ownTime > own.end() || connection.ownTime < own.begin()) {
+    if (connection.ownTime > own.end || connection.ownTime < own.begin) {
         return problem("certificate",
-                       "the backend's is valid from " + dayText(own.begin()) + " until " +
-                           dayText(own.end()) + ", and here it is " + dayText(connection.ownTime),
+                       "the backend's is valid from " + devkit::dayText(own.begin) + " until " +
+                           devkit::dayText(own.end) + ", and here it is " +
+                           devkit::dayText(connection.ownTime),
                        "If this computer's date is right, the operator of the backend has to renew "
                        "the certificate.");
     }
     if (!isTrustedBy(trusted, connection.certificates)) {
         return problem(
             "certificate",
-            "the backend's is from \"" + connection.certificates.back().issuer() +
+            "the backend's is from \"" + connection.certificates.back().issuer +
                 "\", which is not in cacert.pem: " + words,
             "Put that authority's certificate into cacert.pem if it is the backend's own "
             "(its operator knows). If not, a proxy or a virus scanner is in between.");
     }
+    // Both TLS libraries speak of the name that does not match, each in its own words.
+    const bool otherName = connection.error.find("host") != std::string::npos;
     return problem("certificate", words,
-                   "The certificate's authority is in cacert.pem, so VESK_URL may name another "
-                   "host than the certificate does, or cacert.pem is from another backend whose "
-                   "authority has the same name.");
+                   otherName ? "VESK_URL names another host than the certificate does: write the "
+                               "host for which it was made."
+                             : "An authority of that name is in cacert.pem, but not the one that "
+                               "made this certificate: take cacert.pem from this backend's "
+                               "operator.");
 }
 
-Finding checkCertificate(const Connection& connection, const Pem& trusted) {
+Finding checkCertificate(const Connection& connection, const PemFile& trusted) {
     if (connection.reached == Step::Secure) {
         return checkRefusal(connection, trusted);
     }
     if (connection.certificates.empty()) {
-        return ok("certificate", "trusted");
+        return ok("certificate", "trusted", "its certificate is trusted");
     }
-    const int64_t end = connection.certificates.front().end();
-    const std::string found = "trusted, valid until " + dayText(end);
+    const int64_t end = connection.certificates.front().end;
+    const std::string found = "trusted, valid until " + devkit::dayText(end);
     if (end - connection.ownTime < kSoon) {
         return warning("certificate", found,
                        "The operator of the backend has to renew it in time.");
     }
-    return ok("certificate", found);
+    return ok("certificate", found, "its certificate is " + found);
 }
 
 Finding checkAnswer(const Connection& connection) {
     if (connection.reached == Step::Answer) {
-        return problem("answer", seenAsThirdCode(connection),
+        return problem("answer", curlSays(connection),
                        "The backend takes connections but does not answer. Compare VESK_URL's "
                        "scheme (https or http) and port with the backend's; its operator's log "
                        "tells the rest.");
@@ -115,7 +143,8 @@ Finding checkAnswer(const Connection& connection) {
     if (connection.status >= 500) {
         return warning("answer", found, "The backend has a fault of its own: ask its operator.");
     }
-    return ok("answer", found);
+    return ok("answer", found,
+              "it has answered after " + std::to_string(connection.milliseconds) + " ms");
 }
 
 Finding checkClock(const Connection& connection) {
@@ -136,14 +165,14 @@ Finding checkClock(const Connection& connection) {
     if (std::abs(ahead) > kNoticeableSkew) {
         return warning("clock", found + "; a backend usually refuses requests beyond 300", remedy);
     }
-    return ok("clock", found);
+    return ok("clock", found, "clock " + std::to_string(std::abs(ahead)) + " s off");
 }
 
 } // namespace
 
 Findings checkConnection(const BackendAddress& address, const Connection& connection,
-                         const Pem& trusted) {
-    Findings findings = {checkName(address, connection)};
+                         const PemFile& trusted) {
+    Findings findings = {checkProxy(address, connection), checkName(address, connection)};
     if (connection.reached > Step::Name) {
         findings.push_back(checkReach(address, connection));
     }

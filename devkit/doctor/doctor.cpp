@@ -1,15 +1,11 @@
 #include "doctor.h"
 
-#include <chrono>
+#include <ctime>
 
-#include "backendaddress.h"
-#include "componentcheck.h"
-#include "configcheck.h"
-#include "connectioncheck.h"
-#include "filecheck.h"
-#include "librarycheck.h"
+#include "checks.h"
+#include "common/file.h"
+#include "common/ownmodule.h"
 #include "loadedsdk.h"
-#include "proxysettings.h"
 #include "report.h"
 
 namespace fs = std::filesystem;
@@ -23,40 +19,53 @@ fs::path folderOf(const DoctorOptions& options) {
         return fs::absolute(options.folder);
     }
     const fs::path loaded = loadedSdk().path;
-    return loaded.empty() ? programFolder() : loaded.parent_path();
+    return loaded.empty() ? devkit::ownFolder() : loaded.parent_path();
 }
 
-int64_t now() {
-    return std::chrono::duration_cast<std::chrono::seconds>(
-               std::chrono::system_clock::now().time_since_epoch())
-        .count();
+/// One friendly line for what stands in for the real thing.
+Findings describeSimulated(const std::vector<std::string>& parts) {
+    if (parts.empty()) {
+        return {};
+    }
+    std::string names;
+    for (const std::string& part : parts) {
+        names += (names.empty() ? "" : ", ") + part;
+    }
+    const std::string found = names + ": from the dev kit, fine for trying things out; players "
+                                      "need the real ones";
+    return {ok("simulated", found, found)};
 }
 
 } // namespace
 
 int runDoctor(const DoctorOptions& options, std::FILE* output) {
     const fs::path folder = folderOf(options);
-    const std::string bytes = fileBytes(folder / kConfigFile);
-    const IniFile config(bytes);
-    const std::string url = config.value("VESK_URL");
+    const ConfigText config = readConfig(folder);
+    const std::string url = config.settings.value("VESK_URL");
     const BackendAddress address(url);
-    const Pem trusted = readPem(fileBytes(folder / "cacert.pem"));
-    std::error_code ignored;
+    const PemFile trusted(devkit::readFile(folder / kTrustFile));
+    std::vector<std::string> simulated = simulatedComponents(folder);
 
     Report report(output, options.json);
-    report.print(checkLibrary(folder));
-    report.print(checkFolder(folder));
-    report.print(checkConfigFile(fs::exists(folder / kConfigFile, ignored), bytes, config));
-    if (!bytes.empty()) {
-        report.print(checkConfigKeys(config));
+    report.add("library", checkLibrary(folder));
+    Findings files = checkFolder(folder);
+    append(files, config.findings);
+    append(files, checkMessages(folder));
+    append(files, checkTrust(folder, trusted, std::time(nullptr), address.isSecure()));
+    report.add("files", files);
+    if (config.readable) {
+        report.add("settings", checkSettings(config.settings));
     }
-    report.print(checkMessages(folder));
-    report.print(checkTrust(folder, trusted, now(), address.isSecure()));
-    report.print(checkComponents(folder, config, kSystem));
+    report.add("channels",
+               checkComponents(folder, config.readable ? &config.settings : nullptr, kSystem));
     if (address.isValid() && !options.offline) {
-        report.print(checkProxy(address));
-        report.print(checkConnection(address, tryConnection(url, folder / "cacert.pem"), trusted));
+        const Connection connection = tryConnection(url, folder / kTrustFile);
+        report.add("backend", checkConnection(address, connection, trusted));
+        if (connection.simulated) {
+            simulated.emplace_back("the backend");
+        }
     }
+    report.add("simulated", describeSimulated(simulated));
     return report.finish();
 }
 

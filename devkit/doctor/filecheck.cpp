@@ -1,10 +1,11 @@
-#include "filecheck.h"
-
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
+
+#include "checks.h"
+#include "common/calendar.h"
+#include "common/file.h"
 
 namespace fs = std::filesystem;
 
@@ -14,7 +15,6 @@ namespace {
 
 constexpr const char* kMessages = "VESKRetMsg.json";
 constexpr const char* kFirstMessages = "VESKRetMsg_.json";
-constexpr const char* kTrust = "cacert.pem";
 constexpr const char* kLog = "veskrecord.log";
 constexpr const char* kLogin = "upra_login.txt";
 
@@ -41,7 +41,7 @@ Finding checkMessageFile(const std::string& name, const std::string& bytes) {
     if (texts == 0) {
         return warning(name, "holds no text", "Take the file that comes with the SDK.");
     }
-    return ok(name, "valid JSON, texts: " + std::to_string(texts));
+    return ok(name, "valid JSON, texts: " + std::to_string(texts), name);
 }
 
 /// Opens for appending, which changes nothing, what the SDK would write to.
@@ -65,7 +65,7 @@ Finding checkWritable(const fs::path& folder) {
                            "Remove the file's write protection, or the file.");
         }
     }
-    return ok("folder", folder.u8string() + " can be written to");
+    return ok("folder", folder.u8string() + " can be written to", "the folder can be written to");
 }
 
 Finding checkLog(const fs::path& folder) {
@@ -84,55 +84,49 @@ Finding checkLog(const fs::path& folder) {
                        "VESK_JSON_LOG_ENABLE and VESK_CONFIG_LOG_ENABLE off.");
     }
     return ok(kLog,
-              found + "; it holds credentials, pass on only what vesk-logread --redact prints");
+              found + "; it holds credentials, pass on only what vesk-logread --redact prints",
+              std::string(kLog) + " (pass on only what vesk-logread --redact prints)");
 }
 
 Finding checkStoredLogin(const fs::path& folder) {
     constexpr size_t kShortest = 4;
-    const std::string bytes = fileBytes(folder / kLogin);
+    const std::string bytes = devkit::readFile(folder / kLogin);
     std::error_code ignored;
     if (!fs::exists(folder / kLogin, ignored)) {
         return ok(kLogin, "no login is remembered");
     }
-    if (bytes.size() < kShortest) {
-        return warning(kLogin, "is too short to be a login",
-                       "Remove the file: the player has to log in again anyway.");
+    for (const char* channel : {"KZ", "Ferno", "Steam"}) {
+        if (bytes.size() >= kShortest && bytes.compare(0, 2, channel, 2) == 0) {
+            return ok(kLogin, std::string("a login is remembered, channel ") + channel,
+                      std::string("a login by ") + channel + " is remembered");
+        }
     }
-    const std::string channel = bytes.substr(0, 2);
-    if (channel != "KZ" && channel != "Fe" && channel != "St") {
-        return warning(kLogin, "begins with no channel's name",
-                       "Remove the file: the player has to log in again anyway.");
-    }
-    return ok(kLogin, "a login is remembered, channel " + std::string(channel == "KZ"   ? "KZ"
-                                                                      : channel == "Fe" ? "Ferno"
-                                                                                        : "Steam"));
+    return warning(kLogin,
+                   bytes.size() < kShortest ? "is too short to be a login"
+                                            : "begins with no channel's name",
+                   "Remove the file: the player has to log in again anyway.");
 }
 
-std::string trustSummary(const Pem& pem) {
-    return "certificates: " + std::to_string(pem.certificates.size()) + ", the first is " +
-           pem.certificates.front().subject() + ", until " +
-           dayText(pem.certificates.front().end());
+Finding judgeTrusted(const Certificate& certificate, int64_t now, bool only) {
+    const bool early = now < certificate.begin;
+    const std::string found =
+        certificate.subject + (early ? " is valid only from " + devkit::dayText(certificate.begin)
+                                     : " has expired on " + devkit::dayText(certificate.end));
+    const char* const remedy =
+        early ? "Compare this computer's date with the day it is, or get the right certificate "
+                "from the backend's operator."
+              : "Get the certificate that has replaced it from the backend's operator.";
+    return only ? problem(kTrustFile, found, remedy) : warning(kTrustFile, found, remedy);
 }
 
 } // namespace
 
-std::string fileBytes(const fs::path& file) {
-    std::error_code ignored;
-    if (!fs::is_regular_file(file, ignored)) {
-        return {}; // opening a FIFO would block
-    }
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 Findings checkMessages(const fs::path& folder) {
-    Findings findings;
-    const std::string first = fileBytes(folder / kFirstMessages);
+    const std::string first = devkit::readFile(folder / kFirstMessages);
     if (!first.empty()) {
-        findings.push_back(checkMessageFile(kFirstMessages, first));
-        return findings;
+        return {checkMessageFile(kFirstMessages, first)};
     }
-    const std::string bytes = fileBytes(folder / kMessages);
+    const std::string bytes = devkit::readFile(folder / kMessages);
     if (bytes.empty()) {
         return {problem(kMessages, "is missing or empty",
                         "Put the file that comes with the SDK beside the library: without it "
@@ -141,50 +135,47 @@ Findings checkMessages(const fs::path& folder) {
     return {checkMessageFile(kMessages, bytes)};
 }
 
-Findings checkTrust(const fs::path& folder, const Pem& pem, int64_t now, bool needed) {
+Findings checkTrust(const fs::path& folder, const PemFile& trusted, int64_t now, bool needed) {
     const std::string remedy = "Put the certificate authority of the backend there, in PEM form; "
-                               "the operator of the backend has it.";
+                               "its operator has it, and vesk-devbackend writes its own with "
+                               "--ca-out.";
     std::error_code ignored;
-    if (!fs::exists(folder / kTrust, ignored)) {
-        return {needed
-                    ? problem(kTrust, "there is no such file: every request fails with 77", remedy)
-                    : ok(kTrust, "there is none, and http:// needs none")};
+    if (!fs::exists(folder / kTrustFile, ignored)) {
+        return {needed ? problem(kTrustFile, "there is no such file: every request fails with 77",
+                                 remedy)
+                       : ok(kTrustFile, "there is none, and http:// needs none")};
     }
     Findings findings;
-    if (pem.privateKey) {
-        findings.push_back(problem(kTrust, "holds a private key",
+    if (trusted.privateKey) {
+        findings.push_back(problem(kTrustFile, "holds a private key",
                                    "Remove the key from the file, and do not use it any more: "
                                    "everybody who has the game has it."));
     }
+    const size_t count = trusted.certificates.size();
     size_t good = 0;
-    for (const Certificate& certificate : pem.certificates) {
-        const bool early = now < certificate.begin();
-        if (!early && now <= certificate.end()) {
+    for (const Certificate& certificate : trusted.certificates) {
+        if (now >= certificate.begin && now <= certificate.end) {
             ++good;
-            continue;
+        } else {
+            findings.push_back(judgeTrusted(certificate, now, count == 1));
         }
-        const std::string found =
-            certificate.subject() + (early ? " is valid only from " + dayText(certificate.begin())
-                                           : " has expired on " + dayText(certificate.end()));
-        const std::string what = early ? "Compare this computer's date with the day it is, or get "
-                                         "the right certificate from the backend's operator."
-                                       : "Get the certificate that has replaced it from the "
-                                         "backend's operator.";
-        findings.push_back(pem.certificates.size() == 1 ? problem(kTrust, found, what)
-                                                        : warning(kTrust, found, what));
     }
-    if (pem.broken > 0) {
-        findings.push_back(
-            problem(kTrust, "certificates that cannot be read: " + std::to_string(pem.broken),
-                    "The file is damaged or cut off. " + remedy));
+    if (trusted.broken > 0) {
+        findings.push_back(problem(
+            kTrustFile, "certificates that cannot be read: " + std::to_string(trusted.broken),
+            "The file is damaged or cut off. " + remedy));
     }
-    if (pem.certificates.empty() && pem.broken == 0) {
-        findings.push_back(problem(kTrust, "holds no certificate", remedy));
-    } else if (good == 0 && pem.certificates.size() > 1) {
-        findings.push_back(problem(kTrust, "holds no certificate that is valid today", remedy));
+    if (count == 0 && trusted.broken == 0) {
+        findings.push_back(problem(kTrustFile, "holds no certificate", remedy));
+    } else if (good == 0 && count > 1) {
+        findings.push_back(problem(kTrustFile, "holds no certificate that is valid today", remedy));
     }
     if (findings.empty()) {
-        findings.push_back(ok(kTrust, trustSummary(pem)));
+        const Certificate& first = trusted.certificates.front();
+        findings.push_back(ok(kTrustFile,
+                              "certificates: " + std::to_string(count) + ", the first is " +
+                                  first.subject + ", until " + devkit::dayText(first.end),
+                              kTrustFile));
     }
     return findings;
 }

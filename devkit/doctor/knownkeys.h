@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "report.h"
+
 namespace vesk::doctor {
 
 enum class KeyType { Address, Text, Secret, Seconds, AppNumber, Switch, LogSwitch };
@@ -22,6 +24,10 @@ bool isKnownKey(const std::string& name);
 
 /// The key that was probably meant by @p name, which is none; empty when nothing is like it.
 std::string likelyKey(const std::string& name);
+
+/// Whether @p value, which is set, is well-formed and what the SDK makes of it. A secret is told by
+/// its length.
+Finding checkValue(const KnownKey& key, const std::string& value);
 
 } // namespace vesk::doctor
 

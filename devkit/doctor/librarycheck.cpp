@@ -1,8 +1,8 @@
-#include "librarycheck.h"
-
 #include <algorithm>
 
-#include "filecheck.h"
+#include "checks.h"
+#include "common/file.h"
+#include "common/ownmodule.h"
 #include "loadedsdk.h"
 
 namespace fs = std::filesystem;
@@ -19,11 +19,12 @@ Finding describe(const LoadedSdk& sdk) {
         return warning(kCheck, sdk.path.u8string() + " does not tell its version",
                        "Take a newer version of the SDK.");
     }
-    return ok(kCheck, sdk.path.u8string() + ", version " + sdk.version);
+    const std::string found = sdk.path.u8string() + ", version " + sdk.version;
+    return ok(kCheck, found, found);
 }
 
 Finding checkLoaded(const LoadedSdk& sdk) {
-    const fs::path folder = programFolder();
+    const fs::path folder = devkit::ownFolder();
     std::error_code ignored;
     if (!fs::equivalent(sdk.path.parent_path(), folder, ignored)) {
         return warning(kCheck,
@@ -42,7 +43,7 @@ Finding checkFile(const fs::path& file) {
     if (!fs::exists(file, ignored)) {
         return problem(kCheck, "there is no " + name, remedy);
     }
-    const BinaryFile content = readBinaryFile(fileBytes(file));
+    const BinaryFile content = readBinaryFile(devkit::readFile(file));
     if (content.kind != kSystem) {
         return problem(kCheck, name + " is " + kindText(content.kind), remedy);
     }

@@ -19,8 +19,6 @@ struct LoadedSdk {
     std::string error;          ///< why it could not be loaded
 };
 
-std::filesystem::path programFolder();
-
 /// The library that this process uses already.
 LoadedSdk loadedSdk();
 

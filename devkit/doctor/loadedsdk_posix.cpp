@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include "common/ownmodule.h"
+
 namespace fs = std::filesystem;
 
 namespace vesk::doctor {
@@ -14,24 +16,15 @@ namespace {
 LoadedSdk describe(void* library, const fs::path& path) {
     LoadedSdk sdk;
     sdk.path = path;
-    Dl_info where = {};
     void* const version = dlsym(library, "vesk_version");
     if (version != nullptr) {
         sdk.version = reinterpret_cast<const char* (*)()>(version)();
-        if (dladdr(version, &where) != 0) {
-            std::error_code ignored;
-            sdk.path = fs::weakly_canonical(where.dli_fname, ignored);
-        }
+        sdk.path = devkit::moduleOf(version);
     }
     return sdk;
 }
 
 } // namespace
-
-fs::path programFolder() {
-    std::error_code ignored;
-    return fs::read_symlink("/proc/self/exe", ignored).parent_path();
-}
 
 LoadedSdk loadedSdk() {
     void* const library = dlopen(kSdkLibrary, RTLD_LAZY | RTLD_LOCAL | RTLD_NOLOAD);

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "common/ownmodule.h"
+
 namespace fs = std::filesystem;
 
 namespace vesk::doctor {
@@ -11,20 +13,9 @@ const BinaryFile::Kind kSystem = BinaryFile::Kind::Windows64;
 
 namespace {
 
-fs::path pathOf(HMODULE module) {
-    std::wstring path(MAX_PATH, L'\0');
-    DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
-    while (length == path.size()) {
-        path.resize(2 * path.size());
-        length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
-    }
-    path.resize(length);
-    return path;
-}
-
 LoadedSdk describe(HMODULE library) {
     LoadedSdk sdk;
-    sdk.path = pathOf(library);
+    sdk.path = devkit::moduleOf(library); // a module's handle is its address
     const auto version = reinterpret_cast<const char* (*)()>(
         reinterpret_cast<void (*)()>(GetProcAddress(library, "vesk_version")));
     if (version != nullptr) {
@@ -34,10 +25,6 @@ LoadedSdk describe(HMODULE library) {
 }
 
 } // namespace
-
-fs::path programFolder() {
-    return pathOf(nullptr).parent_path();
-}
 
 LoadedSdk loadedSdk() {
     HMODULE const library = GetModuleHandleA(kSdkLibrary);

@@ -1,67 +1,78 @@
 #include "report.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
-#include "printable.h"
+#include "common/jsonline.h"
+#include "common/text.h"
 
 namespace vesk::doctor {
 
 namespace {
 
-constexpr const char* kVerdicts[] = {"ok", "warning", "problem"};
+constexpr const char* kVerdicts[] = {"problem", "warning", "ok"};
 
-size_t indexOf(Verdict verdict) {
-    return static_cast<size_t>(verdict);
+const char* nameOf(Verdict verdict) {
+    return kVerdicts[static_cast<size_t>(verdict)];
+}
+
+std::string asText(const Finding& finding) {
+    std::string name = nameOf(finding.verdict);
+    name.resize(9, ' ');
+    const std::string remedy =
+        finding.remedy.empty() ? "" : "\n         -> " + devkit::printable(finding.remedy);
+    return name + devkit::printable(finding.check + ": " + finding.found) + remedy;
 }
 
 std::string asJson(const Finding& finding) {
-    rapidjson::StringBuffer json;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(json);
-    const auto add = [&](const char* name, const std::string& value) {
-        writer.Key(name);
-        writer.String(printable(value).c_str());
-    };
-    writer.StartObject();
-    add("event", "check");
-    add("check", finding.check);
-    add("verdict", kVerdicts[indexOf(finding.verdict)]);
-    add("found", finding.found);
-    add("remedy", finding.remedy);
-    writer.EndObject();
-    return json.GetString();
+    return devkit::JsonLine()
+        .add("event", "check")
+        .add("check", finding.check)
+        .add("verdict", nameOf(finding.verdict))
+        .add("found", finding.found)
+        .add("remedy", finding.remedy)
+        .text();
 }
 
 } // namespace
 
-void Report::print(const Findings& findings) {
-    for (const Finding& finding : findings) {
-        print(finding);
-    }
+void Report::print(const Finding& finding) {
+    const std::string line = mJson ? asJson(finding) : asText(finding);
+    std::fprintf(mOutput, "%s\n", line.c_str());
 }
 
-void Report::print(const Finding& finding) {
-    ++mCounts[indexOf(finding.verdict)];
-    if (mJson) {
-        std::fprintf(mOutput, "%s\n", asJson(finding).c_str());
-    } else {
-        std::fprintf(mOutput, "%-8s %s: %s\n", kVerdicts[indexOf(finding.verdict)],
-                     printable(finding.check).c_str(), printable(finding.found).c_str());
-        if (!finding.remedy.empty()) {
-            std::fprintf(mOutput, "         -> %s\n", printable(finding.remedy).c_str());
+void Report::printBriefly(const std::string& topic, const Findings& findings) {
+    std::string words;
+    for (const Finding& finding : findings) {
+        if (!finding.brief.empty()) {
+            words += (words.empty() ? "" : ", ") + finding.brief;
         }
     }
-    std::fflush(mOutput);
+    if (!words.empty()) {
+        print(ok(topic, words));
+    }
 }
 
 int Report::finish() {
+    for (const Verdict verdict : {Verdict::Problem, Verdict::Warning, Verdict::Ok}) {
+        size_t& count = mCounts[static_cast<size_t>(verdict)];
+        for (const auto& [topic, findings] : mTopics) {
+            const bool briefly = verdict == Verdict::Ok && !mJson;
+            for (const Finding& finding : findings) {
+                if (finding.verdict == verdict) {
+                    ++count;
+                    if (!briefly) {
+                        print(finding);
+                    }
+                }
+            }
+            if (briefly) {
+                printBriefly(topic, findings);
+            }
+        }
+    }
     const char* const format =
         mJson ? "{\"event\":\"sum\",\"problems\":%zu,\"warnings\":%zu,\"ok\":%zu}\n"
               : "problems: %zu, warnings: %zu, ok: %zu\n";
-    const size_t problems = mCounts[indexOf(Verdict::Problem)];
-    std::fprintf(mOutput, format, problems, mCounts[indexOf(Verdict::Warning)],
-                 mCounts[indexOf(Verdict::Ok)]);
-    return problems == 0 ? 0 : 1;
+    std::fprintf(mOutput, format, mCounts[0], mCounts[1], mCounts[2]);
+    return mCounts[0] == 0 ? 0 : 1;
 }
 
 } // namespace vesk::doctor

@@ -1,29 +1,65 @@
 #ifndef VESK_DEVKIT_DOCTOR_REPORT_H
 #define VESK_DEVKIT_DOCTOR_REPORT_H
 
-#include <cstddef>
+#include <array>
 #include <cstdio>
-
-#include "finding.h"
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace vesk::doctor {
 
-/// Prints findings as they come, as text or as JSON, one object a line.
+enum class Verdict { Problem, Warning, Ok };
+
+/// What one check has found.
+struct Finding {
+    Verdict verdict = Verdict::Ok;
+    std::string check;  ///< what was looked at: a file, a setting, a channel, a step on the way
+    std::string found;  ///< what it is like
+    std::string remedy; ///< what to do, in plain words; empty when all is well
+    std::string brief;  ///< the few words for a person when all is well; none: not worth telling
+};
+
+using Findings = std::vector<Finding>;
+
+inline Finding ok(std::string check, std::string found, std::string brief = {}) {
+    return {Verdict::Ok, std::move(check), std::move(found), {}, std::move(brief)};
+}
+
+inline Finding warning(std::string check, std::string found, std::string remedy) {
+    return {Verdict::Warning, std::move(check), std::move(found), std::move(remedy), {}};
+}
+
+inline Finding problem(std::string check, std::string found, std::string remedy) {
+    return {Verdict::Problem, std::move(check), std::move(found), std::move(remedy), {}};
+}
+
+inline void append(Findings& findings, const Findings& more) {
+    findings.insert(findings.end(), more.begin(), more.end());
+}
+
+/// Collects findings and prints them, the worst first: as text for a person, who gets one line a
+/// topic of what is right, or as JSON, one object a finding.
 class Report {
 public:
     Report(std::FILE* output, bool json) : mOutput(output), mJson(json) {}
 
-    void print(const Findings& findings);
+    /// @param topic what these findings have in common.
+    void add(const std::string& topic, Findings findings) {
+        mTopics.emplace_back(topic, std::move(findings));
+    }
 
-    /// Prints the sum. @return the program's exit status: 1 when there was a problem.
+    /// Prints all, and the sum. @return the program's exit status: 1 when there was a problem.
     int finish();
 
 private:
     void print(const Finding& finding);
+    void printBriefly(const std::string& topic, const Findings& findings);
 
     std::FILE* mOutput;
     bool mJson;
-    size_t mCounts[3] = {};
+    std::vector<std::pair<std::string, Findings>> mTopics;
+    std::array<size_t, 3> mCounts = {}; ///< one a verdict
 };
 
 } // namespace vesk::doctor

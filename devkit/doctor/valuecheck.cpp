@@ -1,14 +1,17 @@
-#include "valuecheck.h"
-
 #include <cstdlib>
 
 #include "backendaddress.h"
+#include "knownkeys.h"
 
 namespace vesk::doctor {
 
 namespace {
 
 constexpr const char* kDigits = "0123456789";
+
+Finding good(const char* name, const std::string& found) {
+    return ok(name, found, name + (" " + found));
+}
 
 Finding checkAddress(const char* name, const std::string& value) {
     const BackendAddress address(value);
@@ -27,12 +30,12 @@ Finding checkAddress(const char* name, const std::string& value) {
                        "Leave it out, unless the backend really serves it: \"/v2/auth/...\" is "
                        "appended.");
     }
-    if (!address.isSecure()) {
+    if (!address.isSecure() && !address.isLocal()) {
         return warning(name, shown + " is not encrypted",
                        "Use https:// for everything but development: the player's credential "
                        "goes in clear text.");
     }
-    return ok(name, shown);
+    return good(name, shown);
 }
 
 Finding checkText(const char* name, const std::string& value) {
@@ -41,7 +44,7 @@ Finding checkText(const char* name, const std::string& value) {
         return warning(name, "\"" + value + "\" holds unusual characters",
                        "Compare it with what the other side has given you.");
     }
-    return ok(name, value);
+    return good(name, value);
 }
 
 Finding checkSeconds(const char* name, const std::string& value) {
@@ -56,7 +59,7 @@ Finding checkSeconds(const char* name, const std::string& value) {
         return warning(name, "\"" + value + "\" counts as " + found,
                        "Write nothing but the number of seconds.");
     }
-    return ok(name, found);
+    return good(name, found);
 }
 
 Finding checkAppNumber(const char* name, const std::string& value) {
@@ -64,7 +67,7 @@ Finding checkAppNumber(const char* name, const std::string& value) {
         return problem(name, "\"" + value + "\" is no number",
                        "Write the game's number in Steam, digits only.");
     }
-    return ok(name, value);
+    return good(name, value);
 }
 
 Finding checkSwitch(const KnownKey& key, const std::string& value) {
@@ -78,7 +81,7 @@ Finding checkSwitch(const KnownKey& key, const std::string& value) {
         return warning(key.name, "on: the log grows faster and shows more",
                        "Write 0 in what players get.");
     }
-    return ok(key.name, on ? "on" : "off");
+    return good(key.name, on ? "on" : "off");
 }
 
 } // namespace
@@ -99,7 +102,7 @@ Finding checkValue(const KnownKey& key, const std::string& value) {
     case KeyType::Secret:
         break;
     }
-    return ok(key.name, "is set, characters: " + std::to_string(value.size()));
+    return ok(key.name, "is set, characters: " + std::to_string(value.size()), key.name);
 }
 
 } // namespace vesk::doctor

@@ -2,10 +2,10 @@
 #include <rapidjson/document.h>
 #include <sstream>
 
-#include "console/doctortest.h"
-#include "console/programrun.h"
+#include "doctor/doctortest.h"
 #include "qrblocks.h"
 #include "support/backendcontrol.h"
+#include "support/programrun.h"
 
 namespace vesk::test {
 namespace {

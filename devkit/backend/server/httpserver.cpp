@@ -36,6 +36,7 @@ HttpServer::HttpServer(std::unique_ptr<httplib::Server> server) : mServer(std::m
         if (!response.has_header("Date")) {
             response.set_header("Date", httpDate());
         }
+        response.set_header("Server", "vesk-devbackend"); // the doctor knows it by this
     });
     // The library's own options let two servers share a port without a word.
     mServer->set_socket_options([this](socket_t fd) {

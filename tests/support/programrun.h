@@ -1,5 +1,5 @@
-#ifndef VESK_TESTS_CONSOLE_PROGRAMRUN_H
-#define VESK_TESTS_CONSOLE_PROGRAMRUN_H
+#ifndef VESK_TESTS_SUPPORT_PROGRAMRUN_H
+#define VESK_TESTS_SUPPORT_PROGRAMRUN_H
 
 #include <filesystem>
 #include <string>

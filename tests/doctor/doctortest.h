@@ -1,5 +1,5 @@
-#ifndef VESK_TESTS_CONSOLE_DOCTORTEST_H
-#define VESK_TESTS_CONSOLE_DOCTORTEST_H
+#ifndef VESK_TESTS_DOCTOR_DOCTORTEST_H
+#define VESK_TESTS_DOCTOR_DOCTORTEST_H
 
 #include <filesystem>
 #include <functional>

@@ -1,4 +1,4 @@
-#include "console/programrun.h"
+#include "support/programrun.h"
 
 #include <cstdlib>
 

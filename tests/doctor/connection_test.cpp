@@ -1,7 +1,8 @@
 #include <gmock/gmock.h>
 
-#include "connectioncheck.h"
-#include "console/doctortest.h"
+#include "checks.h"
+#include "doctor/doctortest.h"
+#include "support/backendcontrol.h"
 
 namespace vesk::test {
 namespace {
@@ -18,16 +19,35 @@ TEST_F(DoctorTest, NamesTheStepAtWhichTheBackendIsLost) {
     const std::string port = mUrl.substr(mUrl.rfind(':'));
     expectEach(
         {
-            {url(kNoName), "problem", "name", "thirdCode 6", "DNS"},
-            {url("https://localhost:1"), "problem", "connection", "thirdCode 7",
-             "The backend is down"},
-            {url("http://localhost" + port), "problem", "answer", "thirdCode", "scheme"},
+            {url(kNoName), "problem", "name", "libcurl reports 6", "DNS"},
+            {url("https://localhost:1"), "problem", "connection", "libcurl reports 7", "--port 1"},
+            {url("https://localhost" + environment("VESK_TEST_CONTROL_URL").substr(16)), "problem",
+             "certificate", "libcurl reports 35", "other than TLS"},
+            {url("http://localhost" + port), "problem", "answer", "libcurl reports", "scheme"},
             {[this] { copy("somebody_else.pem", "cacert.pem"); }, "problem", "certificate",
              "which is not in cacert.pem", "Put that authority's certificate"},
             {[this] { write("cacert.pem", readFile(mFolder / "expired_ca.pem")); }, "problem",
-             "certificate", "thirdCode 60", "authority"},
+             "certificate", "libcurl reports 60", "authority"},
             {[this] { fs::remove(mFolder / "cacert.pem"); }, "problem", "certificate",
-             "thirdCode 77", "cacert.pem is missing"},
+             "libcurl reports 77", "cacert.pem is missing"},
+        },
+        false);
+}
+
+TEST_F(DoctorTest, NamesTheFaultOfTheBackendsCertificate) {
+    BackendControl backend(environment("VESK_TEST_CONTROL_URL"));
+    const auto shows = [&](const char* kind) {
+        return [&backend, kind] { backend.showCertificate(kind); };
+    };
+    expectEach(
+        {
+            {shows("expired"), "problem", "certificate", "and here it is", "has to renew"},
+            {shows("not-yet-valid"), "problem", "certificate", "is valid from",
+             "this computer's date"},
+            {shows("wrong-name"), "problem", "certificate", "libcurl reports 60", "another host"},
+            {shows("self-signed"), "problem", "certificate", "not in cacert.pem",
+             "Put that authority"},
+            {shows("unknown-ca"), "problem", "certificate", "libcurl reports 60", "cacert.pem"},
         },
         false);
 }
@@ -35,9 +55,9 @@ TEST_F(DoctorTest, NamesTheStepAtWhichTheBackendIsLost) {
 /// What the doctor says about a step of a connection, as "verdict: found -> remedy".
 std::string judged(const doctor::Connection& connection, const std::string& check) {
     const doctor::BackendAddress address("https://login.example.com");
-    for (const auto& finding : doctor::checkConnection(address, connection, {})) {
+    for (const auto& finding : doctor::checkConnection(address, connection, doctor::PemFile())) {
         if (finding.check == check) {
-            const char* const verdicts[] = {"ok", "warning", "problem"};
+            const char* const verdicts[] = {"problem", "warning", "ok"};
             return std::string(verdicts[static_cast<int>(finding.verdict)]) + ": " + finding.found +
                    " -> " + finding.remedy;
         }
@@ -81,11 +101,11 @@ TEST(DoctorAnswer, IsJudgedByItsStatus) {
 }
 
 TEST_F(DoctorTest, JudgesTheBackendsCertificateByItsDays) {
-    const auto pem = doctor::readPem(readFile(mFolder / "expired_ca.pem"));
+    const doctor::PemFile pem(readFile(mFolder / "expired_ca.pem"));
     ASSERT_EQ(pem.certificates.size(), 1u);
     doctor::Connection connection;
     connection.certificates = pem.certificates;
-    connection.ownTime = pem.certificates[0].end() - 13 * 86400;
+    connection.ownTime = pem.certificates[0].end - 13 * 86400;
     EXPECT_THAT(judged(connection, "certificate"),
                 HasSubstr("warning: trusted, valid until 2020-12-31"));
     connection.ownTime -= 2 * 86400;

@@ -1,4 +1,4 @@
-#include "console/doctortest.h"
+#include "doctor/doctortest.h"
 
 #include <algorithm>
 #include <cstdio>

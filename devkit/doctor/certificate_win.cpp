@@ -1,0 +1,62 @@
+#include <filesystem>
+#include <memory>
+// The order matters: the second needs the first.
+#include <windows.h>
+#include <wincrypt.h>
+
+#include "certificate.h"
+
+namespace vesk::doctor {
+
+namespace {
+
+using Context = std::unique_ptr<const CERT_CONTEXT, decltype(&CertFreeCertificateContext)>;
+
+/// @param issuer CERT_NAME_ISSUER_FLAG, or 0 for the subject.
+std::string textOf(const Context& certificate, DWORD issuer) {
+    for (const char* kind : {szOID_COMMON_NAME, szOID_ORGANIZATION_NAME}) {
+        wchar_t text[256] = {};
+        const DWORD size = CertGetNameStringW(certificate.get(), CERT_NAME_ATTR_TYPE, issuer,
+                                              const_cast<char*>(kind), text, 256);
+        if (size > 1) {
+            return std::filesystem::path(text).u8string(); // to UTF-8
+        }
+    }
+    return "a certificate without a name";
+}
+
+std::string encoded(const CERT_NAME_BLOB& name) {
+    return {reinterpret_cast<const char*>(name.pbData), name.cbData};
+}
+
+int64_t secondsOf(const FILETIME& time) {
+    constexpr int64_t kSecondsFrom1601To1970 = 11644473600;
+    constexpr int64_t kTicksASecond = 10000000;
+    const uint64_t ticks = uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+    return static_cast<int64_t>(ticks) / kTicksASecond - kSecondsFrom1601To1970;
+}
+
+} // namespace
+
+std::optional<Certificate> readCertificate(const std::string& block) {
+    std::string der(block.size(), '\0');
+    DWORD size = static_cast<DWORD>(der.size());
+    const bool decoded =
+        CryptStringToBinaryA(block.data(), static_cast<DWORD>(block.size()),
+                             CRYPT_STRING_BASE64HEADER, reinterpret_cast<BYTE*>(der.data()), &size,
+                             nullptr, nullptr) != FALSE;
+    const Context certificate(
+        decoded ? CertCreateCertificateContext(X509_ASN_ENCODING,
+                                               reinterpret_cast<const BYTE*>(der.data()), size)
+                : nullptr,
+        &CertFreeCertificateContext);
+    if (!certificate) {
+        return {};
+    }
+    const CERT_INFO& info = *certificate->pCertInfo;
+    return Certificate{textOf(certificate, 0),    textOf(certificate, CERT_NAME_ISSUER_FLAG),
+                       encoded(info.Subject),     encoded(info.Issuer),
+                       secondsOf(info.NotBefore), secondsOf(info.NotAfter)};
+}
+
+} // namespace vesk::doctor
