@@ -3,7 +3,17 @@
 # of a plain `cmake --install`.
 set(archive COMPONENT archive EXCLUDE_FROM_ALL)
 
-install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION . ${archive})
+# The archive's README says nothing of the scripts, which the archive does not have.
+set(readme "${PROJECT_SOURCE_DIR}/README.md")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${readme}")
+file(READ "${readme}" text)
+string(REGEX REPLACE "<!-- sources only -->[^<]*<!-- end of sources only -->\n\n" "" text "${text}")
+if(text MATCHES "sources only|scripts/")
+    message(FATAL_ERROR "README.md names scripts outside of what is for the sources only")
+endif()
+file(WRITE "${PROJECT_BINARY_DIR}/archive-readme/README.md" "${text}")
+install(FILES "${PROJECT_BINARY_DIR}/archive-readme/README.md" CHANGELOG.md CONTRIBUTING.md
+    DESTINATION . ${archive})
 install(DIRECTORY docs DESTINATION . ${archive})
 install(DIRECTORY bindings/csharp DESTINATION bindings ${archive})
 # packaging/licences.sh writes them.

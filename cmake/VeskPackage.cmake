@@ -25,7 +25,8 @@ install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
 install(EXPORT VESKCoreTargets NAMESPACE VESKCore:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/VESKCoreConfig.cmake.in VESKCoreConfig.cmake
     INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
-write_basic_package_version_file(VESKCoreConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+write_basic_package_version_file(VESKCoreConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT)
 install(FILES
     "${PROJECT_BINARY_DIR}/VESKCoreConfig.cmake"
     "${PROJECT_BINARY_DIR}/VESKCoreConfigVersion.cmake"

@@ -3,11 +3,12 @@
 
 everywhere=(
     HoldsTheExpectedEntries HoldsTheLicences NamesNothingOfTheBuildingMachine PagesLinkToFilesInside
+    PagesNameWhatIsInside WrongSystemIsOneSentence
     LibraryExportsAndImportsTheList FindPackageGivesARunningGame CopyLibraryKeepsAGamesConfig
     OtherMajorVersionIsRefused PkgConfigLinksIt PlainFlagsLinkItFromC SampleLogsIn
     ConsoleOfTheDevKitLogsIn
 )
-windows=(MsvcAbiLinksByFindPackage)
+windows=(CrossToolchainFindsIt FirstPageLogsIn MsvcAbiLinksByFindPackage)
 once=(PageNamesTheOldestGlibc PortHasTheVersion PortConfiguresWithoutDevKit)
 
 HoldsTheExpectedEntries() {
@@ -48,6 +49,21 @@ PagesLinkToFilesInside() {
     [[ "$count" -gt 10 ]] || complain "only $count links"
 }
 
+# Scripts, programs of ours, and what lies in the folders that a page names.
+PagesNameWhatIsInside() {
+    local page name place count=0
+    for page in README.md devkit/README.md; do
+        while read -r name; do
+            place="$(ls -d "$package"/{.,devkit,devkit/bin,devkit/console}/"$name"{,"$suffix"} 2>/dev/null || :)"
+            [[ -n "$place" ]] || complain "$page names $name"
+            count=$((count + 1))
+        done < <(tr '\\' / <"$package/$page" |
+            grep -oE '\b(scripts|devkit|samples|bindings|simulators|bin|console)/[A-Za-z0-9_./-]*\w|\bvesk-(console|doctor|logread|devbackend)\b' |
+            grep -v cacert.pem)
+    done
+    [[ "$count" -gt 8 ]] || complain "only $count names"
+}
+
 LibraryExportsAndImportsTheList() {
     "$root/scripts/check-binary" "$platform" "$(ls "$package"/{bin,lib}/"$shared" 2>/dev/null)"
 }
@@ -80,6 +96,43 @@ OtherMajorVersionIsRefused() {
         ! cmake -B "build$other" -DCMAKE_PREFIX_PATH="$package" "${compilers[@]}" >out 2>&1
         expect "requested version \"$other\""
     done
+}
+
+WrongSystemIsOneSentence() {
+    local other=linux system=Linux
+    [[ "$platform" == windows ]] || other=windows system=Windows
+    ! cmake -S "$package/samples/minimal" -B build "${compilers[@]}" \
+        -DVESKCore_DIR="$work/$other/sdk/lib/cmake/VESKCore" >flat 2>&1
+    tr -s ' \n' ' ' <flat >out
+    expect "This VESKCore is for $system with 64 bits, and the build is for"
+}
+
+# As the page says it: a toolchain file hides what is outside of its folders.
+CrossToolchainFindsIt() {
+    cmake -S "$package/samples/minimal" -B build -G Ninja \
+        -DVESKCore_DIR="$package/lib/cmake/VESKCore" \
+        -DCMAKE_TOOLCHAIN_FILE="$root/cmake/toolchain-mingw64.cmake"
+    cmake --build build
+    run build/minimal
+    expect "login: 17 Steam SDK init failed!"
+}
+
+# "Files beside the game" of docs/integration.md, with this archive alone.
+FirstPageLogsIn() {
+    local page="$package/docs/integration.md" command=()
+    local port=$((20000 + RANDOM % 20000)) # the page's own may be taken here
+    mkdir game
+    cp "$package"/bin/* "$package"/devkit/simulators/steam/* game
+    compile c++ -std=c++11 "$pages/README.cpp" -o game/game.exe -I"$package/include" -L"$package/lib" -lVESKCore
+    sed -i "s|^VESK_URL =.*|$(grep -m 1 '^VESK_URL = ' "$page" | sed "s/8080/$port/")|" game/VESKConfig.ini
+    read -ra command < <(grep -m 1 -oE "^    devkit/bin/vesk-devbackend .*" "$page" |
+        sed "s/backend /backend.exe /; s/8080/$port/")
+    (cd "$package" && exec wine "${command[@]}") >ready 2>&1 &
+    backend=$!
+    trap 'kill "$backend"' EXIT
+    timeout 20 sh -c 'until grep -q "^vesk-devbackend ready" ready; do sleep 0.05; done'
+    run game/game
+    expect "login: 0 Success, thirdCode 0"
 }
 
 PkgConfigLinksIt() {
