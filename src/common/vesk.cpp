@@ -5,15 +5,15 @@
 #include <cstdlib>
 #include <mutex>
 
-#include "common/vesksingleton.h"
-#include "common/veskversion.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/json/veskjsonwriter.h"
 #include "foundation/log/vesklogger.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
+#include "module/veskversion.h"
 #include "platformimpl/foundation/file/vesklocalstorage.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/foundation/os/guid.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -23,7 +23,7 @@ namespace {
 constexpr uint32_t kLastSequence = 420000000;
 
 struct Identity {
-    os::Mutex mutex;
+    VESKMutex mutex;
     std::string gameId;
     std::string uuid;
     uint32_t seqCounter = 0;
@@ -81,13 +81,13 @@ struct ProcessUuid {
 
 void VESK::CheckSequenceKeys() {
     Identity& identity = TheIdentity();
-    const std::lock_guard<os::Mutex> lock(identity.mutex);
+    const std::lock_guard<VESKMutex> lock(identity.mutex);
     CheckKeys(identity);
 }
 
 std::string VESK::CreateSequenceId() {
     Identity& identity = TheIdentity();
-    const std::lock_guard<os::Mutex> lock(identity.mutex);
+    const std::lock_guard<VESKMutex> lock(identity.mutex);
     CheckKeys(identity);
     identity.seqCounter = NextSequence(identity.seqCounter);
     const int32_t seconds = static_cast<int32_t>(os::UnixSeconds());

@@ -8,9 +8,9 @@
 
 #include "common/veskids.h"
 #include "common/veskinnerrecords.h"
-#include "common/vesksingleton.h"
 #include "foundation/log/vesklogger.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {
@@ -33,7 +33,7 @@ public:
     /// Registers @p handler for @p observerID in the place of any other.
     static void Register(int32_t observerID, Handler handler) {
         {
-            const std::lock_guard<os::Mutex> lock(TheState().mutex);
+            const std::lock_guard<VESKMutex> lock(TheState().mutex);
             TheState().handlers[observerID] = handler;
         }
         commitCacheTask();
@@ -51,7 +51,7 @@ public:
 private:
     // Leaked: results may still be committed while the process ends.
     struct State {
-        os::Mutex mutex;
+        VESKMutex mutex;
         std::map<int32_t, Handler> handlers;
         std::map<int32_t, InnerTaskParams<T>> mTaskParamsHolder;
     };
@@ -66,7 +66,7 @@ private:
     }
 
     static Handler FindHandler(int32_t observerID) {
-        const std::lock_guard<os::Mutex> lock(TheState().mutex);
+        const std::lock_guard<VESKMutex> lock(TheState().mutex);
         const auto found = TheState().handlers.find(observerID);
         return found == TheState().handlers.end() ? nullptr : found->second;
     }
@@ -88,7 +88,7 @@ private:
     static void commitCacheTask() {
         State& state = TheState();
         const std::string method = MethodName("commitCacheTask");
-        std::unique_lock<os::Mutex> lock(state.mutex);
+        std::unique_lock<VESKMutex> lock(state.mutex);
         auto entry = state.mTaskParamsHolder.begin();
         while (entry != state.mTaskParamsHolder.end()) {
             if (CommitCacheToTaskQueue(state, entry->second)) {

@@ -7,13 +7,13 @@
 #include <memory>
 #include <mutex>
 
-#include "common/vesksingleton.h"
 #include "foundation/ini/iniparser.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/log/vesklogger.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/file/vesklocalstorage.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -28,7 +28,7 @@ struct Caches {
 
 std::atomic<const Caches*> gCaches{nullptr};
 std::atomic<bool> gConfigLogEnable{false};
-os::Mutex gInitMutex;
+VESKMutex gInitMutex;
 
 bool IsInitialised() {
     return gCaches.load(std::memory_order_acquire) != nullptr;
@@ -85,7 +85,7 @@ void LogCaches(const Caches& caches) {
 } // namespace
 
 void VESKConfigManager::InitConfigFromINI() {
-    const std::lock_guard<os::Mutex> lock(gInitMutex);
+    const std::lock_guard<VESKMutex> lock(gInitMutex);
     if (IsInitialised()) {
         // Deliberate: only repeated calls say so.
         VESK_LOG_DEBUG("VESKConfigManager::InitConfigFromINI",

@@ -6,7 +6,6 @@
 #include "common/vesk.h"
 #include "common/veskdefine.h"
 #include "common/veskrequests.h"
-#include "common/vesksingleton.h"
 #include "foundation/http/veskhttpmanager.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/lifecycle/veskcallgate.h"
@@ -15,6 +14,7 @@
 #include "login/veskguarded.h"
 #include "login/veskloginmanager.h"
 #include "module/veskmodule.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {

@@ -11,9 +11,9 @@
 #include "login/veskloginbodies.h"
 #include "login/veskloginresults.h"
 #include "login/vesklogoutret.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/os/clock.h"
-#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskloginimpl.h"
 #include "vesk/veskerror.h"
 
@@ -81,7 +81,7 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     static_cast<LoginRequest&>(extended) = request;
     {
         // In one, or the older of two logins would drop what the newer has brought already.
-        const std::lock_guard<os::Mutex> lock(mStoreMutex);
+        const std::lock_guard<VESKMutex> lock(mStoreMutex);
         extended.order = BeginLogin(request.seqID);
         DropLogin();
     }
@@ -96,7 +96,7 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
 }
 
 uint64_t VESKLoginManager::BeginLogin(const std::string& seqID) {
-    const std::lock_guard<os::Mutex> lock(mLoginMutex);
+    const std::lock_guard<VESKMutex> lock(mLoginMutex);
     mCurrentLoginSeqID = seqID;
     return ++mLoginCount;
 }
@@ -104,7 +104,7 @@ uint64_t VESKLoginManager::BeginLogin(const std::string& seqID) {
 bool VESKLoginManager::IsCurrent(const std::string& seqID, const char* method) {
     std::string current;
     {
-        const std::lock_guard<os::Mutex> lock(mLoginMutex);
+        const std::lock_guard<VESKMutex> lock(mLoginMutex);
         current = mCurrentLoginSeqID;
     }
     if (current != seqID) {
@@ -221,7 +221,7 @@ void VESKLoginManager::HandleLogin(const InnerLoginPluginRet& answer, int32_t re
     }
     if (ret.retCode == VESKError::NEED_REALNAME) {
         const auto pending = std::make_shared<InnerLoginRet>(ret);
-        const std::lock_guard<os::Mutex> lock(mLoginMutex);
+        const std::lock_guard<VESKMutex> lock(mLoginMutex);
         if (seqID == mCurrentLoginSeqID) {
             mPendingLoginRet = pending;
         }
@@ -270,7 +270,7 @@ bool VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string&
 /// A login has one success, which is stored before the game hears of it. Whatever else answers the
 /// login meanwhile must not be heard instead.
 bool VESKLoginManager::CloseLogin(const std::string& seqID) {
-    const std::lock_guard<os::Mutex> lock(mLoginMutex);
+    const std::lock_guard<VESKMutex> lock(mLoginMutex);
     if (seqID != mCurrentLoginSeqID || seqID == mStoredSeqID) {
         return false;
     }
@@ -279,7 +279,7 @@ bool VESKLoginManager::CloseLogin(const std::string& seqID) {
 }
 
 void VESKLoginManager::ReopenLogin(const std::string& seqID) {
-    const std::lock_guard<os::Mutex> lock(mLoginMutex);
+    const std::lock_guard<VESKMutex> lock(mLoginMutex);
     if (seqID == mStoredSeqID) {
         mStoredSeqID.clear();
     }
@@ -292,7 +292,7 @@ bool VESKLoginManager::checkLoginNotify(const std::string& seqID, bool isSuccess
     }
     VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "[ %s] check seqID", seqID.c_str());
     {
-        const std::lock_guard<os::Mutex> lock(mLoginMutex);
+        const std::lock_guard<VESKMutex> lock(mLoginMutex);
         if (seqID == mCurrentLoginSeqID && (isSuccess || seqID != mStoredSeqID)) {
             mCurrentLoginSeqID.clear();
             mLoginState = kStateNotified;
@@ -307,7 +307,7 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
     const std::string& seqID = request.seqID;
     VESK_LOG_DEBUG("VESKLoginManager::AutoLogin", "[ %s ], begin autologin", seqID.c_str());
     {
-        const std::lock_guard<os::Mutex> lock(mLoginMutex);
+        const std::lock_guard<VESKMutex> lock(mLoginMutex);
         mAutoLoginSeqID = seqID;
     }
     const char* const onTestOnly = "Auto login only support on VESK test environment";
@@ -346,7 +346,7 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
 // ---- The login that is held ----
 
 std::shared_ptr<const InnerLoginRet> VESKLoginManager::HeldLogin() {
-    const std::lock_guard<os::Mutex> lock(mLoginRetMutex);
+    const std::lock_guard<VESKMutex> lock(mLoginRetMutex);
     return mLoginRet;
 }
 
@@ -396,7 +396,7 @@ bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
     constexpr size_t kLongestIgnored = 3;
     std::string content;
     {
-        const std::lock_guard<os::Mutex> lock(mStoreMutex);
+        const std::lock_guard<VESKMutex> lock(mStoreMutex);
         content = VESKFileUtils::GetInstance()->ReadFile(kDeviceCacheFile);
     }
     if (content.empty()) {
@@ -411,7 +411,7 @@ bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
 }
 
 bool VESKLoginManager::SaveLoginRet(const InnerLoginRet& ret) {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     ++mHeldLogin;
     return StoreLogin(ret);
 }
@@ -419,7 +419,7 @@ bool VESKLoginManager::SaveLoginRet(const InnerLoginRet& ret) {
 /// A login that came too late must neither sign the old player in nor cost the newer one's record.
 /// @return whether it is the login in progress, stored or not, and the first answer to that.
 bool VESKLoginManager::StoreCurrentLogin(const InnerLoginRet& ret, const std::string& seqID) {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     if (!CloseLogin(seqID)) {
         return false;
     }
@@ -431,7 +431,7 @@ bool VESKLoginManager::StoreCurrentLogin(const InnerLoginRet& ret, const std::st
 
 /// Stores what was made from the record of @p generation, unless that is not the held one any more.
 bool VESKLoginManager::StoreChanged(const InnerLoginRet& ret, uint64_t generation) {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     if (generation != mStoreGeneration) {
         return false;
     }
@@ -440,7 +440,7 @@ bool VESKLoginManager::StoreChanged(const InnerLoginRet& ret, uint64_t generatio
 }
 
 uint64_t VESKLoginManager::StoreGeneration() {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     return mStoreGeneration;
 }
 
@@ -454,7 +454,7 @@ bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
     auto saved = std::make_shared<const InnerLoginRet>(ret);
     ++mStoreGeneration;
     {
-        const std::lock_guard<os::Mutex> lock(mLoginRetMutex);
+        const std::lock_guard<VESKMutex> lock(mLoginRetMutex);
         mLoginRet.swap(saved);
     }
     VESK_LOG_DEBUG("VESKLoginManager::SaveLoginRet", "save LoginRet success");
@@ -462,18 +462,18 @@ bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
 }
 
 bool VESKLoginManager::DeleteLoginRet() {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     return DropLogin();
 }
 
 uint64_t VESKLoginManager::StoredLogins() {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     return mStoredLogins;
 }
 
 /// Drops the login for which a channel has logged out, but none that has followed it meanwhile.
 void VESKLoginManager::DropLoginOf(uint64_t storedLogins) {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     if (storedLogins == mStoredLogins) {
         DropLogin();
     }
@@ -485,7 +485,7 @@ bool VESKLoginManager::DropLogin() {
     const auto reset = std::make_shared<InnerLoginRet>(*HeldLogin());
     reset->resetLoginRet();
     {
-        const std::lock_guard<os::Mutex> lock(mLoginRetMutex);
+        const std::lock_guard<VESKMutex> lock(mLoginRetMutex);
         mLoginRet = reset;
     }
     VESK_LOG_DEBUG("VESKLoginManager::DeleteLoginRet", "login ret is empty:%d",
@@ -549,7 +549,7 @@ void VESKLoginManager::TimerRefreshToken(const std::string& seqID, const std::st
 }
 
 void VESKLoginManager::NoteRefresh() {
-    const std::lock_guard<os::Mutex> lock(mStoreMutex);
+    const std::lock_guard<VESKMutex> lock(mStoreMutex);
     mRefreshedLogin = mHeldLogin;
 }
 
@@ -571,7 +571,7 @@ void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
     uint64_t generation = 0;
     bool isOurs = false;
     {
-        const std::lock_guard<os::Mutex> lock(mStoreMutex);
+        const std::lock_guard<VESKMutex> lock(mStoreMutex);
         generation = mStoreGeneration;
         isOurs = mRefreshedLogin == 0 || mRefreshedLogin == mHeldLogin;
         mRefreshedLogin = 0;
@@ -629,14 +629,14 @@ void VESKLoginManager::KeepLogout(const std::string& seqID, bool channelOnly,
                                   uint64_t storedLogins) {
     if (!seqID.empty()) { // its answer asks for nothing
         PendingLogout logout{VESKLoginBodies::LogoutParams(channelOnly), storedLogins};
-        const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
+        const std::lock_guard<VESKMutex> lock(mPendingLogoutMutex);
         std::swap(mPendingLogouts[seqID], logout);
     }
 }
 
 VESKLoginManager::PendingLogout VESKLoginManager::TakeLogout(const std::string& seqID) {
     PendingLogout logout{"", StoredLogins()};
-    const std::lock_guard<os::Mutex> lock(mPendingLogoutMutex);
+    const std::lock_guard<VESKMutex> lock(mPendingLogoutMutex);
     const auto found = mPendingLogouts.find(seqID);
     if (found != mPendingLogouts.end()) {
         logout = std::move(found->second);

@@ -10,8 +10,8 @@
 
 #include "common/veskinnerrecords.h"
 #include "common/veskrequests.h"
-#include "common/vesksingleton.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {
@@ -113,7 +113,7 @@ private:
     bool DropLogin();
     void DropLoginOf(uint64_t storedLogins);
 
-    os::Mutex mLoginMutex; // guards the six below
+    VESKMutex mLoginMutex; // guards the six below
     std::string mCurrentLoginSeqID;
     std::string mStoredSeqID; // the login whose success is stored
     uint64_t mLoginCount = 0;
@@ -121,15 +121,15 @@ private:
     int32_t mLoginState = 0;
     std::shared_ptr<const InnerLoginRet> mPendingLoginRet; // waits for real-name authentication
 
-    os::Mutex mLoginRetMutex; // guards the pointer; a record is never changed once it is held
+    VESKMutex mLoginRetMutex; // guards the pointer; a record is never changed once it is held
     std::shared_ptr<const InnerLoginRet> mLoginRet;
 
-    os::Mutex mPendingLogoutMutex;
+    VESKMutex mPendingLogoutMutex;
     std::map<std::string, PendingLogout> mPendingLogouts; // by sequence id
 
     // One user of the device file at a time; taken before mLoginRetMutex and mLoginMutex. It guards
     // the four below.
-    os::Mutex mStoreMutex;
+    VESKMutex mStoreMutex;
     uint64_t mStoreGeneration = 0; // moves with each change of the held record
     uint64_t mStoredLogins = 0;    // moves with each login that succeeds
     uint64_t mHeldLogin = 0;       // moves with each login and logout, but with no refresh

@@ -71,6 +71,10 @@ private:
     inline static std::atomic<int> sUses{0};
 };
 
+/// VESKModule::Directory(), found on first use and kept. As long as it cannot be found it is empty
+/// and each call tries again. It writes no log line: the logger itself asks for it.
+std::string LibraryDirectory();
+
 } // namespace VESK
 } // namespace Braxel
 

@@ -7,7 +7,6 @@
 #include "module/veskatlcommodule.h"
 #include "module/veskruntime.h"
 #include "module/veskunload_win.h"
-#include "platformimpl/foundation/os/text.h"
 
 namespace Braxel {
 namespace VESK {
@@ -42,6 +41,7 @@ struct Leave {
 const Leave gLeave; // before whatever has a destructor, so that it goes last
 CVESKATLComModule gAtlModule;
 wchar_t gModulePath[MAX_PATH] = {};
+constexpr size_t kLongestOemCharacter = 4;
 
 /// Called by the loader for each process and thread that comes or goes. It must not log: the
 /// loader holds its lock.
@@ -62,16 +62,21 @@ bool Attach(HMODULE module, DWORD reason) {
 } // namespace
 
 std::string VESKModule::Directory() {
-    const std::wstring path = gModulePath;
-    const size_t backslash = path.rfind(L'\\');
-    return backslash == std::wstring::npos ? std::string()
-                                           : os::WideToOem(path.substr(0, backslash + 1));
+    const wchar_t* backslash = std::wcsrchr(gModulePath, L'\\');
+    if (backslash == nullptr) {
+        return {};
+    }
+    char text[MAX_PATH * kLongestOemCharacter] = {};
+    const int length =
+        WideCharToMultiByte(CP_OEMCP, 0, gModulePath, static_cast<int>(backslash + 1 - gModulePath),
+                            text, sizeof text, nullptr, nullptr);
+    return std::string(text, static_cast<size_t>(length)); // none when it fails
 }
 
 void VESKModule::UsePath(const std::string& path) {
-    const std::wstring wide = os::LocaleToWide(path);
-    if (wide.size() < MAX_PATH) {
-        std::wcscpy(gModulePath, wide.c_str());
+    wchar_t wide[MAX_PATH] = {};
+    if (std::mbstowcs(wide, path.c_str(), MAX_PATH) < MAX_PATH) {
+        std::wcscpy(gModulePath, wide);
     }
 }
 

@@ -5,7 +5,6 @@
 #include <cstdio>
 
 #include "module/veskmodule.h"
-#include "platformimpl/foundation/os/thread.h"
 
 // UnInstall gives back the reference with which the game has loaded the library, and the game may
 // give it back as well, at any moment. Windows does not tell how many there are. So nothing of ours
@@ -33,6 +32,18 @@ std::atomic<DWORD> gLastOut{0}; // the unloading thread, once nobody else of our
 HANDLE gDropper = nullptr;      // drops the game's reference
 DWORD gDropperId = 0;
 HANDLE gPredecessor = nullptr; // such a thread of a library that has left; has a reference to drop
+
+std::atomic<int> gRunning{0}; // threads that the library has started
+
+/// Set for the threads that the library has started.
+struct Mark {
+    Mark() = default;
+    Mark(const Mark&) = delete;
+    Mark& operator=(const Mark&) = delete;
+    ~Mark() { TlsFree(slot); }
+    const DWORD slot = TlsAlloc();
+};
+Mark gMark;
 
 HMODULE ReferenceOwnModule() {
     HMODULE module = nullptr;
@@ -63,7 +74,7 @@ DWORD WINAPI Unload(void* ownReference) {
     // UnInstall may be called from inside an observer method: the frames below it are ours.
     for (int quiet = 0; quiet < 2;) {
         Sleep(kLeaveMilliseconds);
-        quiet = VESKModule::InUse() || os::RunningThreads() != 0 ? 0 : quiet + 1;
+        quiet = VESKModule::InUse() || gRunning != 0 ? 0 : quiet + 1;
     }
     SettleWithPredecessor();
     gLastOut = GetCurrentThreadId();
@@ -92,7 +103,9 @@ void OnLoaded(HMODULE module) {
 }
 
 void OnThreadEnd() {
-    os::ThreadHasEnded();
+    if (TlsGetValue(gMark.slot) != nullptr) {
+        --gRunning;
+    }
     if (gLastOut == GetCurrentThreadId()) {
         gLastOut = 0;
         void* const freeLibrary = reinterpret_cast<void*>(&FreeLibrary);
@@ -115,6 +128,18 @@ void OnLeave() {
     std::swprintf(text, 64, L"%lu %llu", GetCurrentProcessId(),
                   static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(gDropper)));
     SetEnvironmentVariableW(kLegacy, text);
+}
+
+void ThreadStarts() {
+    ++gRunning;
+}
+
+void ThreadHasNotStarted() {
+    --gRunning;
+}
+
+void MarkThread() {
+    TlsSetValue(gMark.slot, &gMark);
 }
 
 void Start() {

@@ -19,6 +19,18 @@ void OnThreadEnd();
 /// The library leaves, and the process goes on.
 void OnLeave();
 
+// A thread of ours counts as running from before it starts until the loader has told that it is
+// gone: only then it has given back its reference on the library.
+
+/// A thread is about to start.
+void ThreadStarts();
+
+/// It could not be started.
+void ThreadHasNotStarted();
+
+/// To be called on the thread itself, before anything else.
+void MarkThread();
+
 /// See VESKModule::StartUnload.
 void Start();
 

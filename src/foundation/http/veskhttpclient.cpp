@@ -7,10 +7,10 @@
 
 #include "config/veskconfigmanager.h"
 #include "foundation/log/vesklogger.h"
-#include "platformimpl/foundation/file/vesklibrarydirectory.h"
+#include "module/veskmodule.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/foundation/os/file.h"
-#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/foundation/os/thread.h"
 
 namespace Braxel {
@@ -77,7 +77,7 @@ void VESKHTTPClient::ResetData() {
         httpDns = VESKConfigManager::GetInstance()->Get<bool>("VESK_HTTPDNS_ENABLE", true);
     } catch (...) { // NOLINT(bugprone-empty-catch): a client must come back to its pool
     }
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     mMethod = HTTP_OPT_NO;
     mPostData.clear();
     mResponseBody.clear();
@@ -162,7 +162,7 @@ void VESKHTTPClient::CreateRequestThreadCallBack(void* context) {
 
 size_t VESKHTTPClient::Receive(std::string& buffer, const char* data, size_t length) {
     try {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         if (length <= kMaxAnswerBytes - buffer.size()) {
             buffer.append(data, length);
             return length;

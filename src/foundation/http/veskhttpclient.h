@@ -9,7 +9,7 @@
 
 #include "foundation/http/vesktransferbounds.h"
 #include "foundation/tools/veskhttpparams.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -80,7 +80,7 @@ private:
     int32_t mReqSeq = 0;
     void* mContext = nullptr;
     void* mUserData = nullptr;
-    os::Mutex mMutex; // guards the two receive buffers
+    VESKMutex mMutex; // guards the two receive buffers
     pthread_t mThread = {};
     double mDownloadedSize = 0;
     int32_t mRequestSize = 0;

@@ -4,8 +4,8 @@
 
 #include "config/veskconfigmanager.h"
 #include "foundation/log/vesklogger.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/os/clock.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -67,8 +67,8 @@ void VESKHTTPManager::init() {
     }
     mInited = true;
     {
-        static os::Mutex mutex; // not every libcurl guards this itself
-        const std::lock_guard<os::Mutex> lock(mutex);
+        static VESKMutex mutex; // not every libcurl guards this itself
+        const std::lock_guard<VESKMutex> lock(mutex);
         curl_global_init(CURL_GLOBAL_ALL); // counts, and does it once
     }
     InitHttpClient();
@@ -115,7 +115,7 @@ bool VESKHTTPManager::Request(const VESKHTTPParams* params) {
                    static_cast<long long>(params->requestTime));
     {
         auto copy = std::make_unique<VESKHTTPParams>(*params);
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         if (mShutdown) {
             return false;
         }
@@ -136,14 +136,14 @@ bool VESKHTTPManager::Request(const VESKHTTPParams* params) {
 }
 
 bool VESKHTTPManager::IsShutdown() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mShutdown;
 }
 
 void VESKHTTPManager::Shutdown() {
     std::list<ParamsPtr> dropped;
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         mShutdown = true;
         dropped.swap(mRequestQueue);
     }
@@ -154,7 +154,7 @@ void VESKHTTPManager::Shutdown() {
 }
 
 VESKHTTPClient* VESKHTTPManager::GetHTTPClient() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     if (mIdleClients.empty()) {
         return nullptr;
     }
@@ -171,13 +171,13 @@ void VESKHTTPManager::RetrieveHTTPClient(VESKHTTPClient* client) {
         return;
     }
     client->ResetData();
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     mIdleClients.push_back(client);
 }
 
 VESKHTTPManager::ParamsPtr VESKHTTPManager::TakeFresh(std::list<ParamsPtr>& expired,
                                                       int32_t timeoutSeconds) {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     while (!mRequestQueue.empty()) {
         const ParamsPtr& params = mRequestQueue.front();
         const int64_t now = os::UnixSeconds();
@@ -217,7 +217,7 @@ void VESKHTTPManager::RunRequest() {
             return;
         }
         VESK_LOG_DEBUG("VESKHTTPManager::RunRequest", "[VESK HTTP] have no available http request");
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         mIdleClients.push_back(client);
         // A request that came while this client was out found no idle one and relies on us.
         if (mRequestQueue.empty()) {
@@ -285,7 +285,7 @@ void VESKHTTPManager::CountHostError(int32_t result, const VESKHTTPClient::Outco
     }
     int32_t count = 0;
     {
-        const std::lock_guard<os::Mutex> lock(mStatisticsMutex);
+        const std::lock_guard<VESKMutex> lock(mStatisticsMutex);
         count = ++*counter;
         if (count > kHostErrorLimit) {
             *counter = 0;
@@ -300,7 +300,7 @@ void VESKHTTPManager::CountHostError(int32_t result, const VESKHTTPClient::Outco
 }
 
 void VESKHTTPManager::AddStatistics(const VESKHTTPClient::Outcome& outcome, size_t bodyLength) {
-    const std::lock_guard<os::Mutex> lock(mStatisticsMutex);
+    const std::lock_guard<VESKMutex> lock(mStatisticsMutex);
     mReceivedBytes += static_cast<uint32_t>(bodyLength);
     ++mCompletedCount;
     mTransferSeconds += outcome.transferSeconds;
@@ -330,7 +330,7 @@ void VESKHTTPManager::OnHTTPClientCallBack(int32_t result, const char* body, siz
     Answer(outcome.requesterCallback, outcome.reqSeq, judged, answer, outcome.userData);
     bool waiting = false;
     {
-        const std::lock_guard<os::Mutex> lock(manager->mMutex);
+        const std::lock_guard<VESKMutex> lock(manager->mMutex);
         waiting = !manager->mRequestQueue.empty();
     }
     if (waiting) {

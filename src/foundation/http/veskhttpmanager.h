@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "common/vesksingleton.h"
 #include "foundation/http/veskhttpclient.h"
 #include "foundation/tools/veskhttpparams.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {
@@ -64,9 +64,9 @@ private:
     // Neither asks for memory when something is taken out or a client comes back.
     std::vector<VESKHTTPClient*> mIdleClients; // clients live as long as the manager
     std::list<ParamsPtr> mRequestQueue;
-    os::Mutex mMutex; // guards the four above
+    VESKMutex mMutex; // guards the four above
 
-    os::Mutex mStatisticsMutex; // guards what follows
+    VESKMutex mStatisticsMutex; // guards what follows
     uint32_t mReceivedBytes = 0;
     int64_t mTransferSeconds = 0;
     int64_t mRequestSeconds = 0;

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "common/vesksingleton.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {

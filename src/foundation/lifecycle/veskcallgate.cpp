@@ -3,13 +3,13 @@
 #include <chrono>
 #include <thread>
 
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
 
 namespace Braxel {
 namespace VESK {
 
 bool VESKCallGate::Enter(VESKThreadList::Entry& entry) {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     if (mClosed) {
         return false;
     }
@@ -18,12 +18,12 @@ bool VESKCallGate::Enter(VESKThreadList::Entry& entry) {
 }
 
 void VESKCallGate::Leave(VESKThreadList::Entry& entry) {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     mInside.Remove(entry);
 }
 
 bool VESKCallGate::OthersInside() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mInside.HasAnotherThread();
 }
 
@@ -31,7 +31,7 @@ void VESKCallGate::Close() {
     // By the clock: a short sleep takes as long as the system's timer likes, thrice on Windows.
     const auto until = std::chrono::steady_clock::now() + kPatience;
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         mClosed = true;
     }
     while (OthersInside() && std::chrono::steady_clock::now() < until) {

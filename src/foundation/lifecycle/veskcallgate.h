@@ -4,7 +4,7 @@
 #include <chrono>
 
 #include "foundation/lifecycle/veskthreadlist.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -46,7 +46,7 @@ private:
     void Leave(VESKThreadList::Entry& entry);
     bool OthersInside();
 
-    os::Mutex mMutex;
+    VESKMutex mMutex;
     bool mClosed = false;
     VESKThreadList mInside;
 };

@@ -29,7 +29,7 @@ VESKComponentLife::~VESKComponentLife() {
 
 /// Asked with the lock held, which the reaper must have let go of before this object goes.
 bool VESKComponentLife::IsReaping() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mReaping;
 }
 
@@ -47,7 +47,7 @@ bool VESKComponentLife::TakeStart() {
     const auto until = Clock::now() + kStartPatience;
     do {
         {
-            const std::lock_guard<os::Mutex> lock(mMutex);
+            const std::lock_guard<VESKMutex> lock(mMutex);
             const bool starting = mStage == Stage::kStarting;
             if (mStage == Stage::kRunning || mStage == Stage::kEnded ||
                 (starting && mStarter == self)) {
@@ -65,7 +65,7 @@ bool VESKComponentLife::TakeStart() {
 }
 
 bool VESKComponentLife::Start::Publish() {
-    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    const std::lock_guard<VESKMutex> lock(mLife.mMutex);
     mLife.KeepModule(); // also for one that has to be stopped again, whatever comes of that
     if (mLife.mStage != Stage::kStarting) {
         return false;
@@ -79,7 +79,7 @@ VESKComponentLife::Start::~Start() {
         return;
     }
     {
-        const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+        const std::lock_guard<VESKMutex> lock(mLife.mMutex);
         if (mLife.mStage != Stage::kStarting) {
             return;
         }
@@ -93,14 +93,14 @@ VESKComponentLife::Start::~Start() {
 }
 
 VESKComponentLife::Stage VESKComponentLife::End() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mStage.exchange(Stage::kEnded);
 }
 
 // ---- Calls and callbacks ----
 
 VESKComponentLife::Call::Call(VESKComponentLife& life) : mLife(life) {
-    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    const std::lock_guard<VESKMutex> lock(mLife.mMutex);
     if (mLife.mStage != Stage::kEnded) {
         mLife.mCalls.Add(mEntry);
         mEntered = true;
@@ -109,19 +109,19 @@ VESKComponentLife::Call::Call(VESKComponentLife& life) : mLife(life) {
 
 VESKComponentLife::Call::~Call() {
     if (mEntered) {
-        const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+        const std::lock_guard<VESKMutex> lock(mLife.mMutex);
         mLife.mCalls.Remove(mEntry);
     }
 }
 
 VESKComponentLife::Callback::Callback(VESKComponentLife& life) : mLife(life) {
-    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    const std::lock_guard<VESKMutex> lock(mLife.mMutex);
     mHeard = mLife.mStage != Stage::kEnded;
     mLife.mCallbacks.Add(mEntry);
 }
 
 VESKComponentLife::Callback::~Callback() {
-    const std::lock_guard<os::Mutex> lock(mLife.mMutex);
+    const std::lock_guard<VESKMutex> lock(mLife.mMutex);
     mLife.mCallbacks.Remove(mEntry);
     mLife.mLastSign = Clock::now();
 }
@@ -140,7 +140,7 @@ void VESKComponentLife::Depart(Departure departure) {
     leaving->how = std::move(departure);
     bool atOnce = false;
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         mLeaving.push_back(leaving);
         KeepModule();
         // Stopped inside a callback of its own, a component may well wait for that callback.
@@ -160,7 +160,7 @@ void VESKComponentLife::Depart(Departure departure) {
 
 void VESKComponentLife::RunStop(Leaving& leaving) {
     const bool stopped = leaving.how.stop();
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     mLastSign = Clock::now();
     leaving.stop = stopped ? Stop::kDone : Stop::kFailed;
 }
@@ -169,7 +169,7 @@ void VESKComponentLife::StopWhenNobodyIsInside() {
     while (true) {
         std::shared_ptr<Leaving> next;
         {
-            const std::lock_guard<os::Mutex> lock(mMutex);
+            const std::lock_guard<VESKMutex> lock(mMutex);
             const auto found =
                 std::find_if(mLeaving.begin(), mLeaving.end(),
                              [](const auto& leaving) { return leaving->stop == Stop::kOpen; });
@@ -186,19 +186,19 @@ void VESKComponentLife::StopWhenNobodyIsInside() {
 /// Whether another start has followed a failed one: they have the same file, and what is left of
 /// the first goes with the last.
 bool VESKComponentLife::IsStartedAnew() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return (mStage == Stage::kStarting || mStage == Stage::kRunning) && !IsStopping();
 }
 
 bool VESKComponentLife::IsAtRest() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mCalls.IsEmpty() && mCallbacks.IsEmpty() && Clock::now() - mLastSign >= mRest &&
            std::all_of(mLeaving.begin(), mLeaving.end(),
                        [](const auto& leaving) { return leaving->stop == Stop::kDone; });
 }
 
 bool VESKComponentLife::CannotBeStopped() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return std::any_of(mLeaving.begin(), mLeaving.end(),
                        [](const auto& leaving) { return leaving->stop == Stop::kFailed; });
 }
@@ -206,7 +206,7 @@ bool VESKComponentLife::CannotBeStopped() {
 void VESKComponentLife::Unload() {
     std::vector<std::shared_ptr<Leaving>> leaving;
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         leaving.swap(mLeaving);
     }
     // Twice: those who were started one after the other have the same file, and it is gone when the
@@ -217,7 +217,7 @@ void VESKComponentLife::Unload() {
                       leaving.end());
     }
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         mLeaving.insert(mLeaving.end(), leaving.begin(), leaving.end());
         if (mStage == Stage::kStarting || mStage == Stage::kRunning) {
             return; // it has the file, and it may call back
@@ -260,7 +260,7 @@ void VESKComponentLife::ReapOnThread(void* context) {
     unsigned departures = 0;
     do {
         {
-            const std::lock_guard<os::Mutex> lock(life->mMutex);
+            const std::lock_guard<VESKMutex> lock(life->mMutex);
             departures = life->mDepartures;
         }
         try {
@@ -273,14 +273,14 @@ void VESKComponentLife::ReapOnThread(void* context) {
 
 /// False when a component has left since there had been @p departures, and is still to be seen to.
 bool VESKComponentLife::EndReaping(unsigned departures) {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     mReaping = departures != mDepartures;
     return !mReaping;
 }
 
 void VESKComponentLife::StartReaper() {
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         if (mReaping) {
             return;
         }
@@ -289,7 +289,7 @@ void VESKComponentLife::StartReaper() {
     pthread_t thread = {};
     if (os::StartDetachedThread(&thread, &ReapOnThread, this) != 0) {
         Stay();
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         mReaping = false;
     }
 }

@@ -11,7 +11,7 @@
 
 #include "foundation/lifecycle/veskthreadlist.h"
 #include "module/veskmodule.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -131,7 +131,7 @@ private:
 
     const Milliseconds mRest;
     const Milliseconds mPatience;
-    os::Mutex mMutex; // guards what follows, and what is atomic for its writers
+    VESKMutex mMutex; // guards what follows, and what is atomic for its writers
     std::atomic<Stage> mStage{Stage::kIdle};
     uint64_t mStarter = 0;
     VESKThreadList mCalls;

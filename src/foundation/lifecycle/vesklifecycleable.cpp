@@ -1,7 +1,7 @@
 #include "foundation/lifecycle/vesklifecycleable.h"
 
+#include "foundation/lifecycle/veskobservermanager.h"
 #include "foundation/log/vesklogger.h"
-#include "foundation/tools/veskobservermanager.h"
 
 namespace Braxel {
 namespace VESK {

@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platformimpl/foundation/file/vesklibrarydirectory.h"
+#include "module/veskmodule.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/foundation/os/file.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -104,7 +104,7 @@ void VESKLogger::Write(int level, const char* fileName, const char* methodName, 
         // Before the lock: a thread's first allocation may take as long as some lines do.
         std::string text;
         text.reserve(kUsualLineSize);
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         AppendLine(text, level, fileName, methodName, line, format, arguments);
     } catch (...) { // NOLINT(bugprone-empty-catch): a log line must never hurt its caller
     }

@@ -4,9 +4,9 @@
 #include <cstdarg>
 #include <string>
 
-#include "common/vesksingleton.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 #include "platformimpl/foundation/os/compiler.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -58,7 +58,7 @@ private:
                     int line, const char* format, va_list arguments) VESK_PRINTF_FORMAT(7, 0);
 
     std::string mPath;
-    os::Mutex mMutex;
+    VESKMutex mMutex;
 };
 
 } // namespace VESK

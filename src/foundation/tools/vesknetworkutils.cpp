@@ -1,8 +1,8 @@
 #include "foundation/tools/vesknetworkutils.h"
 
-#include "common/veskversion.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/tools/md5.h"
+#include "module/veskversion.h"
 #include "platformimpl/foundation/os/clock.h"
 
 namespace Braxel {

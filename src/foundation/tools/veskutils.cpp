@@ -3,12 +3,12 @@
 #include <map>
 #include <mutex>
 
-#include "common/vesksingleton.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/log/vesklogger.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/file/vesklocalstorage.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -34,7 +34,7 @@ void Load(MessageTable& table) {
 }
 
 struct Messages {
-    os::Mutex mutex;
+    VESKMutex mutex;
     MessageTable table;
 };
 
@@ -42,7 +42,7 @@ struct Messages {
 
 std::string VESKUtils::GetRetMsg(int32_t retCode) {
     Messages& messages = *VESKSingleton<Messages>::GetInstance();
-    const std::lock_guard<os::Mutex> lock(messages.mutex);
+    const std::lock_guard<VESKMutex> lock(messages.mutex);
     MessageTable& table = messages.table;
     if (table.empty()) {
         Load(table);

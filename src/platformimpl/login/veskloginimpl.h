@@ -4,8 +4,8 @@
 #include <string>
 
 #include "common/veskrequests.h"
-#include "common/vesksingleton.h"
 #include "foundation/lifecycle/veskcallgate.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {

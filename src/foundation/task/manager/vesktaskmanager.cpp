@@ -2,8 +2,8 @@
 
 #include "foundation/log/vesklogger.h"
 #include "foundation/task/timer/veskthreadtimer.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/os/clock.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -16,7 +16,7 @@ constexpr double kTickSeconds = 60.0;
 
 VESKTaskManager::~VESKTaskManager() {
     {
-        const std::lock_guard<os::Mutex> lock(mTaskMutex);
+        const std::lock_guard<VESKMutex> lock(mTaskMutex);
         mTasks.clear();
     }
     DropTimer();
@@ -33,7 +33,7 @@ void VESKTaskManager::onPause() {
 }
 
 void VESKTaskManager::StartTimer() {
-    const std::lock_guard<os::Mutex> lock(mTimerMutex);
+    const std::lock_guard<VESKMutex> lock(mTimerMutex);
     if (mShutdown) {
         return;
     }
@@ -54,14 +54,14 @@ void VESKTaskManager::StopTimer() {
 
 void VESKTaskManager::Shutdown() {
     {
-        const std::lock_guard<os::Mutex> lock(mTimerMutex);
+        const std::lock_guard<VESKMutex> lock(mTimerMutex);
         mShutdown = true;
     }
     StopTimer();
 }
 
 void VESKTaskManager::DropTimer() {
-    const std::lock_guard<os::Mutex> lock(mTimerMutex);
+    const std::lock_guard<VESKMutex> lock(mTimerMutex);
     VESK_LOG_DEBUG("VESKTaskManager::StopTimer", "task manager stop");
     if (mTimer != nullptr) {
         mTimer->stop();
@@ -82,7 +82,7 @@ void VESKTaskManager::AddTask(VESKTask* task) {
         VESK_LOG_DEBUG("VESKTaskManager::AddTask", "add task name is empty");
         return;
     }
-    const std::lock_guard<os::Mutex> lock(mTaskMutex);
+    const std::lock_guard<VESKMutex> lock(mTaskMutex);
     if (mTasks.erase(name) != 0) {
         VESK_LOG_DEBUG("VESKTaskManager::AddTask", "same name task,delete old task");
     }
@@ -96,7 +96,7 @@ void VESKTaskManager::RemoveTask(std::string name) {
         VESK_LOG_DEBUG("VESKTaskManager::RemoveTask", "remove task name is null");
         return;
     }
-    const std::lock_guard<os::Mutex> lock(mTaskMutex);
+    const std::lock_guard<VESKMutex> lock(mTaskMutex);
     const auto found = mTasks.find(name);
     if (found == mTasks.end()) {
         VESK_LOG_DEBUG("VESKTaskManager::RemoveTask", "no find this task :%s", name.c_str());
@@ -114,7 +114,7 @@ void VESKTaskManager::onTaskTimer(void* context, VESKThreadTimer* timer) {
     }
     VESKTaskManager* manager = static_cast<VESKTaskManager*>(context);
     {
-        const std::lock_guard<os::Mutex> lock(manager->mTimerMutex);
+        const std::lock_guard<VESKMutex> lock(manager->mTimerMutex);
         if (timer != manager->mTimer) {
             VESK_LOG_DEBUG("VESKTaskManager::onTaskTimer", "this timer is stop, it do nothing");
             return;
@@ -126,7 +126,7 @@ void VESKTaskManager::onTaskTimer(void* context, VESKThreadTimer* timer) {
 void VESKTaskManager::RunLoop() {
     VESK_LOG_DEBUG("VESKTaskManager::RunLoop", "task manager will traverse task map");
     const int64_t now = os::UnixSeconds();
-    const std::lock_guard<os::Mutex> lock(mTaskMutex);
+    const std::lock_guard<VESKMutex> lock(mTaskMutex);
     for (const auto& entry : mTasks) {
         VESKTask* task = entry.second.get();
         if (task == nullptr) {

@@ -5,10 +5,10 @@
 #include <memory>
 #include <string>
 
-#include "common/vesksingleton.h"
 #include "foundation/lifecycle/vesklifecycleable.h"
 #include "foundation/task/vesktask.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {
@@ -57,8 +57,8 @@ private:
 
     bool mShutdown = false;
     VESKThreadTimer* mTimer = nullptr; // the timer deletes itself once it has been started
-    os::Mutex mTaskMutex;
-    os::Mutex mTimerMutex;
+    VESKMutex mTaskMutex;
+    VESKMutex mTimerMutex;
     std::map<std::string, std::unique_ptr<VESKTask>> mTasks;
 };
 

@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "foundation/log/vesklogger.h"
-#include "platformimpl/foundation/file/vesklibrarydirectory.h"
+#include "module/veskmodule.h"
 #include "platformimpl/foundation/os/file.h"
 
 namespace Braxel {

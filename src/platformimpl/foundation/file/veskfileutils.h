@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-#include "common/vesksingleton.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {

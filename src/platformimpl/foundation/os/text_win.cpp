@@ -7,31 +7,16 @@ namespace Braxel {
 namespace VESK {
 namespace os {
 
-namespace {
-
-std::string FromWide(const std::wstring& text, UINT codePage) {
+std::string WideToUtf8(const std::wstring& text) {
     const int length = static_cast<int>(text.size());
     const int needed =
-        WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
     if (needed <= 0) {
         return {};
     }
     std::string bytes(static_cast<size_t>(needed), '\0');
-    if (WideCharToMultiByte(codePage, 0, text.data(), length, &bytes[0], needed, nullptr,
-                            nullptr) != needed) {
-        return {};
-    }
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, &bytes[0], needed, nullptr, nullptr);
     return bytes;
-}
-
-} // namespace
-
-std::string WideToOem(const std::wstring& text) {
-    return FromWide(text, CP_OEMCP);
-}
-
-std::string WideToUtf8(const std::wstring& text) {
-    return FromWide(text, CP_UTF8);
 }
 
 std::wstring Utf8ToWide(const std::string& text) {

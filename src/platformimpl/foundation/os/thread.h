@@ -24,14 +24,6 @@ constexpr size_t kThreadStack = 512U << 10;
 /// @return 0, or the error number of the thread library; nothing runs then.
 int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument);
 
-/// How many threads started here may still hold their reference; each counts from before it starts
-/// until the system has told that it is gone. Windows only.
-int RunningThreads();
-
-/// For the library's entry point: the calling thread has ended, and whatever reference it had on
-/// this module is given back. Windows only.
-void ThreadHasEnded();
-
 /// A number that no two running threads share.
 uint64_t CurrentThreadId();
 

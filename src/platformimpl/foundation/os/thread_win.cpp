@@ -1,91 +1,37 @@
 #include "platformimpl/foundation/os/thread.h"
 
 #include <windows.h>
-#include <atomic>
-#include <cerrno>
-#include <new>
+
+#include "module/veskunload_win.h"
+#include "platformimpl/foundation/os/threadhold.h"
 
 namespace Braxel {
 namespace VESK {
 namespace os {
 
-namespace {
-
-struct ThreadStart {
-    ThreadRoutine routine;
-    void* argument;
-    HMODULE module;
-};
-
-std::atomic<int> gRunning{0};
-
-/// Set for the threads that are started here.
-struct Mark {
-    Mark() = default;
-    Mark(const Mark&) = delete;
-    Mark& operator=(const Mark&) = delete;
-    ~Mark() { TlsFree(slot); }
-    const DWORD slot = TlsAlloc();
-};
-Mark gMark;
-
-HMODULE ReferenceOwnModule();
-
-void* RunThread(void* context) {
-    TlsSetValue(gMark.slot, &gMark);
-    const ThreadStart start = *static_cast<ThreadStart*>(context);
-    delete static_cast<ThreadStart*>(context);
-    try {
-        start.routine(start.argument);
-    } catch (...) { // NOLINT(bugprone-empty-catch): nobody is left to tell
-    }
-    // Never return instead: a plain release followed by a return runs unmapped code.
-    FreeLibraryAndExitThread(start.module, 0);
-}
-
-HMODULE ReferenceOwnModule() {
-    HMODULE module = nullptr;
+ThreadHold::ThreadHold() {
+    HMODULE own = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       reinterpret_cast<LPCWSTR>(&ReferenceOwnModule), &module);
-    return module;
+                       reinterpret_cast<LPCWSTR>(&EnterThread), &own);
+    taken = own != nullptr;
+    module = own;
+    if (taken) {
+        unload::ThreadStarts();
+    }
 }
 
-} // namespace
-
-int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument) {
-    HMODULE module = ReferenceOwnModule();
-    ThreadStart* start = new (std::nothrow) ThreadStart{routine, argument, module};
-    int result = EAGAIN;
-    if (module != nullptr && start != nullptr) {
-        ++gRunning;
-        pthread_attr_t attributes;
-        pthread_attr_init(&attributes);
-        pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-        // Of a program whose threads get more, ours get as much: Windows takes it as the least.
-        pthread_attr_setstacksize(&attributes, kThreadStack);
-        result = pthread_create(thread, &attributes, &RunThread, start);
-        pthread_attr_destroy(&attributes);
-        if (result != 0) {
-            --gRunning;
-        }
-    }
-    if (result != 0) {
-        delete start;
-        if (module != nullptr) {
-            FreeLibrary(module);
-        }
-    }
-    return result;
+void GiveBack(const ThreadHold& hold) {
+    unload::ThreadHasNotStarted();
+    FreeLibrary(static_cast<HMODULE>(hold.module));
 }
 
-int RunningThreads() {
-    return gRunning;
+void EnterThread() {
+    unload::MarkThread();
 }
 
-void ThreadHasEnded() {
-    if (TlsGetValue(gMark.slot) != nullptr) {
-        --gRunning;
-    }
+void LeaveThread(const ThreadHold& hold) {
+    // Never return instead: a plain release followed by a return runs unmapped code.
+    FreeLibraryAndExitThread(static_cast<HMODULE>(hold.module), 0);
 }
 
 uint64_t CurrentThreadId() {

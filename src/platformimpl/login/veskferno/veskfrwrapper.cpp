@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "foundation/log/vesklogger.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
-#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskferno/veskfrcallbacks.h"
 
 namespace Braxel {
@@ -18,14 +18,14 @@ constexpr const char* kFernoFile = "frlogin.dll";
 } // namespace
 
 os::DynamicLibrary VESKFRWrapper::Library() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mLibrary;
 }
 
 void VESKFRWrapper::Publish(const os::DynamicLibrary& library, FrCallbackTable* table) {
     os::DynamicLibrary former;
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         former = mLibrary; // of a start that found no frlogin_init
         mLibrary = library;
         mCallbacks = table;
@@ -119,7 +119,7 @@ bool VESKFRWrapper::Unload() {
     const bool gone = library.Close();
     FrCallbackTable* table = nullptr;
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         mLibrary = library;
         if (gone) { // or it may still know the table
             std::swap(table, mCallbacks);

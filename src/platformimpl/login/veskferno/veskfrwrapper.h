@@ -4,12 +4,12 @@
 #include <atomic>
 #include <string>
 
-#include "common/vesksingleton.h"
 #include "foundation/lifecycle/veskcomponentlife.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 #include "platformimpl/foundation/os/dynamiclibrary.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "platformimpl/login/messenger/vesknotify.h"
 #include "platformimpl/login/veskferno/veskfrcomponent.h"
-#include "platformimpl/login/vesknotify.h"
 
 namespace Braxel {
 namespace VESK {
@@ -47,7 +47,7 @@ private:
     bool Stop();
     bool Unload();
 
-    os::Mutex mMutex; // guards the library and the table that it has
+    VESKMutex mMutex; // guards the library and the table that it has
     os::DynamicLibrary mLibrary;
     FrCallbackTable* mCallbacks = nullptr;
     std::atomic<VESKChannelNotify*> mNotify{nullptr};

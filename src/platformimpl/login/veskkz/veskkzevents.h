@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "platformimpl/login/messenger/vesknotify.h"
 #include "platformimpl/login/veskkz/kzresult.h"
-#include "platformimpl/login/vesknotify.h"
 
 namespace Braxel {
 namespace VESK {

@@ -1,8 +1,8 @@
 #include "platformimpl/login/veskkz/veskkzwrapper.h"
 
 #include "foundation/log/vesklogger.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
-#include "platformimpl/foundation/os/mutex.h"
 #include "platformimpl/login/veskkz/veskkzevents.h"
 
 namespace Braxel {
@@ -15,7 +15,7 @@ constexpr const char* kKZFile = "KZOpenSDK.dll";
 
 VESKKZWrapper::Call::Call(VESKKZWrapper& wrapper) : mCall(wrapper.mLife) {
     if (mCall && wrapper.IsInitialised()) {
-        const std::lock_guard<os::Mutex> lock(wrapper.mComponentMutex);
+        const std::lock_guard<VESKMutex> lock(wrapper.mComponentMutex);
         mComponent = wrapper.mComponent;
     }
 }
@@ -46,7 +46,7 @@ bool VESKKZWrapper::InitializeOpenSDK(const std::string& appID, const std::strin
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Create OpenSDK instance succeed");
     const bool started = StartComponent(*component, appID, appKey);
     {
-        const std::lock_guard<os::Mutex> lock(mComponentMutex);
+        const std::lock_guard<VESKMutex> lock(mComponentMutex);
         mComponent = component; // used only once it is published
     }
     if (!started || !start.Publish()) {
@@ -67,7 +67,7 @@ bool VESKKZWrapper::StartComponent(KZComponent& component, const std::string& ap
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Create CComObject succeed");
     int32_t advised = 0;
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         advised = component.Advise();
     }
     VESK_LOG_INFO("VESKKZWrapper::InitializeOpenSDK", "Advise, result: %d", advised);
@@ -89,7 +89,7 @@ void VESKKZWrapper::UnInitializeOpenSDK() {
     }
     std::shared_ptr<KZComponent> component;
     {
-        const std::lock_guard<os::Mutex> lock(mComponentMutex);
+        const std::lock_guard<VESKMutex> lock(mComponentMutex);
         component = mComponent;
     }
     Depart(component, true);
@@ -110,7 +110,7 @@ void VESKKZWrapper::Depart(const std::shared_ptr<KZComponent>& component, bool w
     };
     const auto unload = [this, component] {
         {
-            const std::lock_guard<os::Mutex> lock(mComponentMutex);
+            const std::lock_guard<VESKMutex> lock(mComponentMutex);
             if (mComponent == component) {
                 mComponent.reset();
             }

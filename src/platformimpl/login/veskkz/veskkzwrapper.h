@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 
-#include "common/vesksingleton.h"
 #include "foundation/lifecycle/veskcomponentlife.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
+#include "platformimpl/login/messenger/vesknotify.h"
 #include "platformimpl/login/veskkz/kzcomponent.h"
-#include "platformimpl/login/vesknotify.h"
 
 namespace Braxel {
 namespace VESK {
@@ -73,8 +73,8 @@ private:
     void Depart(const std::shared_ptr<KZComponent>& component, bool wasRunning);
 
     ComponentMaker mMakeComponent;
-    os::Mutex mMutex;          // held while the sink is connected
-    os::Mutex mComponentMutex; // guards the pointer
+    VESKMutex mMutex;          // held while the sink is connected
+    VESKMutex mComponentMutex; // guards the pointer
     std::shared_ptr<KZComponent> mComponent;
     std::atomic<int32_t> mAdvised{0};
     std::atomic<VESKChannelNotify*> mNotify{nullptr};

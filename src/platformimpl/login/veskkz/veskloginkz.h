@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <string>
 
-#include "common/vesksingleton.h"
-#include "platformimpl/login/veskmessengeranswers.h"
-#include "platformimpl/login/vesknotify.h"
+#include "module/vesksingleton.h"
+#include "platformimpl/login/messenger/veskmessengeranswers.h"
+#include "platformimpl/login/messenger/vesknotify.h"
 
 namespace Braxel {
 namespace VESK {

@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "foundation/log/vesklogger.h"
+#include "module/veskmutex.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -37,7 +37,7 @@ std::string UpperHex(const unsigned char* bytes, size_t length) {
 } // namespace
 
 os::DynamicLibrary VESKSteamWrapper::Library() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mLibrary;
 }
 
@@ -54,7 +54,7 @@ bool VESKSteamWrapper::LoadLibraryFile() {
         return false;
     }
     VESK_LOG_INFO("VESKSteamWrapper::InitSteamApi", "Load %s success", kSteamFile);
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     mLibrary = library;
     return true;
 }
@@ -220,12 +220,12 @@ std::string VESKSteamWrapper::GetAuthSessionTicket() {
 }
 
 std::string VESKSteamWrapper::Cached(const std::string& text) {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return text;
 }
 
 void VESKSteamWrapper::Cache(std::string& text, const std::string& value) {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     text = value;
 }
 

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <string>
 
-#include "common/vesksingleton.h"
 #include "foundation/lifecycle/veskcomponentlife.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 #include "platformimpl/foundation/os/dynamiclibrary.h"
-#include "platformimpl/foundation/os/mutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -55,7 +55,7 @@ private:
     std::string Cached(const std::string& text);
     void Cache(std::string& text, const std::string& value);
 
-    os::Mutex mMutex; // guards the three below; not held across calls into Steam
+    VESKMutex mMutex; // guards the three below; not held across calls into Steam
     os::DynamicLibrary mLibrary;
     std::string mSteamID;
     std::string mTicket;

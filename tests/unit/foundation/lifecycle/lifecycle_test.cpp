@@ -2,7 +2,7 @@
 
 #include "foundation/lifecycle/veskcomponentlife.h"
 #include "foundation/lifecycle/vesklifecycleable.h"
-#include "foundation/tools/veskobservermanager.h"
+#include "foundation/lifecycle/veskobservermanager.h"
 #include "support/waituntil.h"
 #include "unit/unittest.h"
 

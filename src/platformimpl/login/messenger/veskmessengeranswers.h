@@ -1,11 +1,11 @@
-#ifndef VESK_PLATFORMIMPL_LOGIN_VESKMESSENGERANSWERS_H
-#define VESK_PLATFORMIMPL_LOGIN_VESKMESSENGERANSWERS_H
+#ifndef VESK_PLATFORMIMPL_LOGIN_MESSENGER_VESKMESSENGERANSWERS_H
+#define VESK_PLATFORMIMPL_LOGIN_MESSENGER_VESKMESSENGERANSWERS_H
 
 #include <cstdint>
 #include <string>
 
-#include "platformimpl/foundation/os/mutex.h"
-#include "platformimpl/login/vesknotify.h"
+#include "module/veskmutex.h"
+#include "platformimpl/login/messenger/vesknotify.h"
 
 namespace Braxel {
 namespace VESK {
@@ -43,7 +43,7 @@ private:
     const int32_t mChannelID;
     const char* const mChannel;
     const char* const mTokenKey;
-    os::Mutex mMutex; // guards both below
+    VESKMutex mMutex; // guards both below
     std::string mSeqID;
     uint64_t mOrder = 0;
 };

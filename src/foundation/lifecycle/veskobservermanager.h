@@ -1,10 +1,10 @@
-#ifndef VESK_FOUNDATION_TOOLS_VESKOBSERVERMANAGER_H
-#define VESK_FOUNDATION_TOOLS_VESKOBSERVERMANAGER_H
+#ifndef VESK_FOUNDATION_LIFECYCLE_VESKOBSERVERMANAGER_H
+#define VESK_FOUNDATION_LIFECYCLE_VESKOBSERVERMANAGER_H
 
 #include <set>
 
-#include "common/vesksingleton.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 
 namespace Braxel {
 namespace VESK {
@@ -25,7 +25,7 @@ private:
     friend class VESKSingleton<VESKObserverManager>;
     VESKObserverManager() = default;
 
-    os::Mutex mMutex;
+    VESKMutex mMutex;
     std::set<VESKLifeCycleAble*> mObservers;
 };
 

@@ -1,8 +1,8 @@
-#include "platformimpl/login/veskmessengeranswers.h"
+#include "platformimpl/login/messenger/veskmessengeranswers.h"
 
 #include "common/veskdefine.h"
 #include "foundation/json/veskjsonwriter.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
 #include "vesk/veskerror.h"
 
 namespace Braxel {
@@ -10,7 +10,7 @@ namespace VESK {
 
 bool VESKMessengerAnswers::SetSeqID(const std::string& seqID, uint64_t order) {
     {
-        const std::lock_guard<os::Mutex> lock(mMutex);
+        const std::lock_guard<VESKMutex> lock(mMutex);
         if (order >= mOrder) {
             mOrder = order;
             mSeqID = seqID;
@@ -23,7 +23,7 @@ bool VESKMessengerAnswers::SetSeqID(const std::string& seqID, uint64_t order) {
 }
 
 std::string VESKMessengerAnswers::SeqID() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mSeqID;
 }
 

@@ -1,8 +1,8 @@
-#ifndef VESK_LOGIN_VESKLOGIN_C_OBSERVER_H
-#define VESK_LOGIN_VESKLOGIN_C_OBSERVER_H
+#ifndef VESK_CINTERFACE_VESKCOBSERVER_H
+#define VESK_CINTERFACE_VESKCOBSERVER_H
 
-#include "common/vesksingleton.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
+#include "module/vesksingleton.h"
 #include "vesk/vesk_c.h"
 #include "vesk/veskloginobserver.h"
 
@@ -29,7 +29,7 @@ private:
 
     vesk_login_observer Current();
 
-    os::Mutex mMutex;
+    VESKMutex mMutex;
     vesk_login_observer mObserver = {};
 };
 

@@ -1,11 +1,11 @@
-#include "login/vesklogin_c_observer.h"
+#include "cinterface/veskcobserver.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <mutex>
 
-#include "login/vesklogin_c_records.h"
+#include "cinterface/veskcrecords.h"
 
 namespace Braxel {
 namespace VESK {
@@ -41,13 +41,13 @@ bool VESKCObserver::Set(const vesk_login_observer* observer) {
         }
         std::memcpy(&copy, observer, std::min(size, sizeof copy));
     }
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     mObserver = copy;
     return true;
 }
 
 vesk_login_observer VESKCObserver::Current() {
-    const std::lock_guard<os::Mutex> lock(mMutex);
+    const std::lock_guard<VESKMutex> lock(mMutex);
     return mObserver;
 }
 

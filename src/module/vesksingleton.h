@@ -1,12 +1,12 @@
-#ifndef VESK_COMMON_VESKSINGLETON_H
-#define VESK_COMMON_VESKSINGLETON_H
+#ifndef VESK_MODULE_VESKSINGLETON_H
+#define VESK_MODULE_VESKSINGLETON_H
 
 #include <atomic>
 #include <mutex>
 #include <new>
 
 #include "module/veskmodule.h"
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
 
 namespace Braxel {
 namespace VESK {
@@ -25,7 +25,7 @@ public:
     static T* GetInstance() {
         T* instance = sInstance.load(std::memory_order_acquire);
         if (instance == nullptr) {
-            const std::lock_guard<os::Mutex> lock(sMutex);
+            const std::lock_guard<VESKMutex> lock(sMutex);
             instance = sInstance.load(std::memory_order_relaxed);
             if (instance == nullptr) {
                 instance = new T;
@@ -48,7 +48,7 @@ private:
 
     inline static VESKModule::Release sRelease{&Release, nullptr};
     inline static std::atomic<T*> sInstance{nullptr};
-    inline static os::Mutex sMutex;
+    inline static VESKMutex sMutex;
 };
 
 } // namespace VESK

@@ -1,5 +1,5 @@
-#ifndef VESK_COMMON_VESKVERSION_H
-#define VESK_COMMON_VESKVERSION_H
+#ifndef VESK_MODULE_VESKVERSION_H
+#define VESK_MODULE_VESKVERSION_H
 
 namespace Braxel {
 namespace VESK {

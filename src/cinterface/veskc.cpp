@@ -1,10 +1,10 @@
 #include <cstdint>
 
-#include "common/veskversion.h"
+#include "cinterface/veskcobserver.h"
+#include "cinterface/veskcrecords.h"
 #include "login/veskguarded.h"
-#include "login/vesklogin_c_observer.h"
-#include "login/vesklogin_c_records.h"
 #include "module/veskmodule.h"
+#include "module/veskversion.h"
 #include "vesk/vesk_c.h"
 #include "vesk/vesklogin.h"
 

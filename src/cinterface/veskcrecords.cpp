@@ -1,4 +1,4 @@
-#include "login/vesklogin_c_records.h"
+#include "cinterface/veskcrecords.h"
 
 #include <cstddef>
 

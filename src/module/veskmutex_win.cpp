@@ -1,22 +1,19 @@
-#include "platformimpl/foundation/os/mutex.h"
+#include "module/veskmutex.h"
 
 #include <windows.h>
 
 namespace Braxel {
 namespace VESK {
-namespace os {
-
 // A slim lock is a pointer that needs neither set-up nor clean-up.
 static_assert(sizeof(SRWLOCK) == sizeof(void*), "the header declares it without <windows.h>");
 
-void Mutex::lock() noexcept {
+void VESKMutex::lock() noexcept {
     AcquireSRWLockExclusive(reinterpret_cast<SRWLOCK*>(&mState));
 }
 
-void Mutex::unlock() noexcept {
+void VESKMutex::unlock() noexcept {
     ReleaseSRWLockExclusive(reinterpret_cast<SRWLOCK*>(&mState));
 }
 
-} // namespace os
 } // namespace VESK
 } // namespace Braxel

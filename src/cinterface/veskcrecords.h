@@ -1,5 +1,5 @@
-#ifndef VESK_LOGIN_VESKLOGIN_C_RECORDS_H
-#define VESK_LOGIN_VESKLOGIN_C_RECORDS_H
+#ifndef VESK_CINTERFACE_VESKCRECORDS_H
+#define VESK_CINTERFACE_VESKCRECORDS_H
 
 #include "vesk/vesk_c.h"
 #include "vesk/veskret.h"
