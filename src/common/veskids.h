@@ -16,11 +16,6 @@ enum ObserverID : int32_t {
     kObserverIDPluginRefresh = 111, ///< InnerLoginPluginRet, a channel's token-refresh answer
 };
 
-constexpr int32_t kChannelIDUnknown = 0;
-constexpr int32_t kChannelIDFerno = 1;
-constexpr int32_t kChannelIDKZ = 2;
-constexpr int32_t kChannelIDSteam = 21;
-
 } // namespace VESK
 } // namespace Braxel
 

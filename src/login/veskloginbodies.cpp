@@ -1,7 +1,7 @@
 #include "login/veskloginbodies.h"
 
 #include "common/vesk.h"
-#include "common/veskids.h"
+#include "common/veskchannelfacts.h"
 #include "foundation/json/veskjsonreader.h"
 #include "foundation/json/veskjsonwriter.h"
 
@@ -9,9 +9,6 @@ namespace Braxel {
 namespace VESK {
 
 namespace {
-
-constexpr int32_t kTokenLifetimeKZ = 3600;
-constexpr int32_t kTokenLifetimeFerno = 300;
 
 void AddDevice(VESKJsonWriter& writer) {
     writer.convertJson("device_info", VESK::GetDeviceInfo());
@@ -26,17 +23,6 @@ bool VESKLoginBodies::AllowsAutoLogin(const std::string& baseUrl) {
     return !baseUrl.empty() && baseUrl != kProductionBaseUrl && baseUrl != kTestBaseUrl;
 }
 
-bool VESKLoginBodies::IsMessenger(const std::string& channel) {
-    return channel == "Ferno" || channel == "KZ";
-}
-
-int32_t VESKLoginBodies::PreCodeChannelID(const std::string& channel) {
-    if (channel == "Ferno") {
-        return kChannelIDFerno;
-    }
-    return channel == "KZ" ? kChannelIDKZ : kChannelIDUnknown;
-}
-
 std::string VESKLoginBodies::Login(const std::string& channelInfo) {
     VESKJsonBuffer buffer;
     VESKJsonWriter writer(buffer);
@@ -48,13 +34,14 @@ std::string VESKLoginBodies::Login(const std::string& channelInfo) {
 }
 
 std::string VESKLoginBodies::PreCode(const std::string& channel, const std::string& serialNumber) {
-    if (!IsMessenger(channel)) {
+    const VESKChannelFacts& facts = ChannelFacts(channel);
+    if (!facts.IsMessenger()) {
         return {};
     }
     VESKJsonBuffer buffer;
     VESKJsonWriter writer(buffer);
     writer.objectBegin();
-    if (channel == "KZ") {
+    if (facts.sendsSerialNumber) {
         VESKJsonBuffer infoBuffer;
         VESKJsonWriter info(infoBuffer);
         info.objectBegin();
@@ -101,29 +88,29 @@ bool VESKLoginBodies::ReadChannelOnly(const std::string& params) {
 
 int32_t VESKLoginBodies::ReadChannelToken(const std::string& channel,
                                           const std::string& channelInfo, std::string& token) {
-    if (!IsMessenger(channel)) {
+    const VESKChannelFacts& facts = ChannelFacts(channel);
+    if (facts.tokenLifetime == 0) {
         return 0;
     }
-    const bool isKZ = channel == "KZ";
     VESKJsonReader reader;
     reader.init(channelInfo);
     if (reader.hasCursor()) {
-        reader.read(isKZ ? "ctk" : "ctt", token);
+        reader.read(facts.tokenKey, token);
     }
-    return isKZ ? kTokenLifetimeKZ : kTokenLifetimeFerno;
+    return facts.tokenLifetime;
 }
 
 std::string VESKLoginBodies::RefreshedChannelInfo(const std::string& channel,
                                                   const std::string& openid,
                                                   const std::string& token) {
-    const bool isKZ = channel == "KZ";
+    const VESKChannelFacts& facts = ChannelFacts(channel);
     VESKJsonBuffer buffer;
     VESKJsonWriter writer(buffer);
     writer.objectBegin();
     writer.convert("openid", openid);
-    writer.convert(isKZ ? "ctk" : "ctt", token);
-    writer.convert("expired", isKZ ? kTokenLifetimeKZ : kTokenLifetimeFerno);
-    if (isKZ) {
+    writer.convert(facts.tokenKey, token);
+    writer.convert("expired", facts.tokenLifetime);
+    if (facts.hasPayToken) {
         writer.convert("pay_token", "");
     }
     writer.convert("access_token", token);

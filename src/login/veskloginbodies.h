@@ -17,17 +17,11 @@ public:
     /// Whether automatic login is allowed against the backend @p baseUrl.
     static bool AllowsAutoLogin(const std::string& baseUrl);
 
-    /// Whether the channel logs in by QR code, and so needs a pre-code.
-    static bool IsMessenger(const std::string& channel);
-
-    /// The channel id for a request that is made before the channel has answered.
-    static int32_t PreCodeChannelID(const std::string& channel);
-
     /// Body of "auth/login" for the channel credential @p channelInfo, a JSON object.
     static std::string Login(const std::string& channelInfo);
 
     /// Body of "auth/pcprecode"; empty for a channel that has none.
-    /// @param serialNumber of the KZ component; not used for other channels.
+    /// @param serialNumber of the device, where the channel sends one.
     static std::string PreCode(const std::string& channel, const std::string& serialNumber);
 
     /// Body of "auth/logout".

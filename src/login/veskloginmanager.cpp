@@ -1,5 +1,6 @@
 #include "login/veskloginmanager.h"
 
+#include "common/veskchannelfacts.h"
 #include "common/veskdefine.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/json/veskjsonreader.h"
@@ -88,9 +89,10 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     mNeedLoginObserve = true;
     extended.permissions = permissions;
     // Deliberate: any other channel is never answered.
-    if (VESKLoginBodies::IsMessenger(request.channel)) {
+    const VESKChannelKind kind = ChannelFacts(request.channel).kind;
+    if (kind == VESKChannelKind::kMessenger) {
         GetLoginPreCode(extended);
-    } else if (request.channel == "Steam") {
+    } else if (kind == VESKChannelKind::kDirect) {
         VESKLoginIMPL::GetInstance()->LoginChannel(extended);
     }
 }
@@ -119,7 +121,7 @@ void VESKLoginManager::GetLoginPreCode(const ExtendedLoginRequest& request) {
                    request.seqID.c_str());
     const std::string body = GetPreCodePostData(request);
     const std::string url = VESKNetworkUtils::GetURL(
-        "auth/pcprecode", VESKLoginBodies::PreCodeChannelID(request.channel), body, request.seqID);
+        "auth/pcprecode", ChannelFacts(request.channel).preCodeChannelID, body, request.seqID);
     Post(url, &OnPreCodeResp, body, std::make_unique<ExtendedLoginRequest>(request), request.seqID);
 }
 
@@ -328,7 +330,7 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
         DeliverLoginRet(ret, seqID);
         return;
     }
-    if (std::string(ret.channel.c_str()) != "KZ") {
+    if (!ChannelFacts(ret.channel.c_str()).allowsAutoLogin) {
         VESK_LOG_DEBUG("VESKLoginManager::AutoLogin", "[ %s ], %s", seqID.c_str(), onKZOnly);
         DeliverLoginFailure(VESKError::AUTOLOGIN_NOT_ALLOWED, onKZOnly, request.methodNameID,
                             seqID);
@@ -391,7 +393,7 @@ bool VESKLoginManager::CheckExpiry(InnerLoginRet& out) {
 }
 
 bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
-    // Deliberate: a fixed width, that of "KZ", whatever channel wrote the file.
+    // Deliberate: a fixed width, that of KZ's name, whatever channel wrote the file.
     constexpr size_t kChannelWidth = 2;
     constexpr size_t kLongestIgnored = 3;
     std::string content;
@@ -534,7 +536,7 @@ void VESKLoginManager::UpdateLoginRet(const String& loginData, InnerLoginRet& ou
 }
 
 void VESKLoginManager::TimerRefreshToken(const std::string& seqID, const std::string& channel) {
-    if (channel == "Guest") {
+    if (ChannelFacts(channel).kind == VESKChannelKind::kGuest) {
         VESK_LOG_DEBUG("VESKLoginManager::TimerRefreshToken",
                        "[ %s ] channel %s  not need to refresh token", seqID.c_str(),
                        channel.c_str());
@@ -612,7 +614,7 @@ void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
     VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ] logout %s", seqID.c_str(),
                    logout.channel.c_str());
     KeepLogout(seqID, channelOnly, storedLogins);
-    if (logout.channel == "Guest") {
+    if (ChannelFacts(logout.channel).kind == VESKChannelKind::kGuest) {
         DeliverLogoutRet(InnerBaseRet(VESKError::SUCCESS), kObserverIDPluginLogout, seqID);
     } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
         TakeLogout(seqID); // nobody will answer

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "common/veskchannelfacts.h"
 #include "common/veskinnerrecords.h"
 #include "foundation/log/vesklogger.h"
 #include "login/veskloginmanager.h"
@@ -12,26 +13,12 @@
 namespace Braxel {
 namespace VESK {
 
-namespace {
-
-int64_t RefreshMargin(const std::string& channel) {
-    if (channel == "KZ") {
-        return 540;
-    }
-    if (channel == "Ferno") {
-        return 60;
-    }
-    return 300;
-}
-
-} // namespace
-
 VESKRefreshTokenTask::Decision VESKRefreshTokenTask::Decide(const InnerLoginRet& ret, int64_t now) {
     if (ret.retCode != VESKError::SUCCESS || ret.channelInfo.length() == 0) {
         return Decision::Invalid;
     }
-    return ret.tokenExpire - now > RefreshMargin(ret.channel.c_str()) ? Decision::NotYet
-                                                                      : Decision::Refresh;
+    const int64_t margin = ChannelFacts(ret.channel.c_str()).refreshMargin;
+    return ret.tokenExpire - now > margin ? Decision::NotYet : Decision::Refresh;
 }
 
 void VESKRefreshTokenTask::DoTask() {

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "common/vesk.h"
+#include "common/veskchannelfacts.h"
 #include "common/veskdefine.h"
 #include "common/veskinnerrecords.h"
 #include "unit/unittest.h"
@@ -58,6 +59,35 @@ TEST_F(Identity, EightThreadsNeverMakeTheSameId) {
 TEST_F(Identity, DeviceInformationCanBeSwitchedOff) {
     write("VESKConfig.ini", "VESK_DEVICE_INFO=0");
     EXPECT_EQ(VESK::GetDeviceInfo(), "{}");
+}
+
+TEST(ChannelFacts, AreThoseOfTheNameExactly) {
+    using Kind = VESKChannelKind;
+    const Rows<std::string, Kind, int, int, std::string, int, int> rows = {
+        {"KZ", Kind::kMessenger, 2, 2, "ctk", 3600, 540},
+        {"Ferno", Kind::kMessenger, 1, 1, "ctt", 300, 60},
+        {"Steam", Kind::kDirect, 21, 0, "", 0, 300},
+        {"Guest", Kind::kGuest, 0, 0, "", 0, 300},
+    };
+    for (const auto& [name, kind, id, preCodeID, tokenKey, lifetime, margin] : rows) {
+        const VESKChannelFacts& facts = ChannelFacts(name);
+        EXPECT_EQ(facts.name, name);
+        EXPECT_EQ(facts.kind, kind) << name;
+        EXPECT_EQ(facts.id, id) << name;
+        EXPECT_EQ(facts.preCodeChannelID, preCodeID) << name;
+        EXPECT_EQ(facts.tokenKey, tokenKey) << name;
+        EXPECT_EQ(facts.tokenLifetime, lifetime) << name;
+        EXPECT_EQ(facts.refreshMargin, margin) << name;
+        EXPECT_EQ(facts.allowsAutoLogin, name == "KZ") << name;
+        EXPECT_EQ(facts.sendsSerialNumber, name == "KZ") << name;
+        EXPECT_EQ(facts.hasPayToken, name == "KZ") << name;
+    }
+    for (const char* odd : {"", "kz", "KZ ", "KZZ", "K", "steam", "guest", "FERNO"}) {
+        EXPECT_EQ(ChannelFacts(odd).kind, Kind::kUnknown) << odd;
+        EXPECT_EQ(ChannelFacts(odd).preCodeChannelID, 0) << odd;
+        EXPECT_EQ(ChannelFacts(odd).tokenLifetime, 0) << odd;
+        EXPECT_EQ(ChannelFacts(odd).refreshMargin, 300) << odd;
+    }
 }
 
 class ObserverHolder : public UnitTest {

@@ -286,7 +286,6 @@ using LoginBodies = UnitTest;
 TEST_F(LoginBodies, OfMessengersOnlyArePreCodesAndNoJsonIsAnEmptyObject) {
     for (const char* channel : {"Steam", "kz", "KZ ", ""}) {
         EXPECT_EQ(VESKLoginBodies::PreCode(channel, "1"), "") << channel;
-        EXPECT_EQ(VESKLoginBodies::PreCodeChannelID(channel), 0) << channel;
     }
     EXPECT_THAT(VESKLoginBodies::Login("not JSON"), StartsWith(R"({"channel_info":{},"device)"));
 }

@@ -30,8 +30,8 @@ std::string VESKMessengerAnswers::SeqID() {
 void VESKMessengerAnswers::CommitQrCode(const QrNotifyRecord& record) {
     InnerQrCodeRet ret(VESKError::SUCCESS);
     ret.methodNameID = kMethodNameQrCode;
-    ret.channelID = mChannelID;
-    ret.channel = mChannel;
+    ret.channelID = mChannel.id;
+    ret.channel = mChannel.name;
     ret.qrCodeUrl = record.qrCodeUrl.c_str();
     VESKInnerObserverHolder<InnerQrCodeRet>::CommitToTaskQueue(ret, kObserverIDQrCodeRet, SeqID());
 }
@@ -42,12 +42,12 @@ void VESKMessengerAnswers::CommitAnswer(const LoginNotifyRecord& record, int32_t
     VESKJsonWriter writer(info);
     writer.objectBegin();
     writer.convert("openid", record.openid);
-    writer.convert(mTokenKey, record.token);
+    writer.convert(mChannel.tokenKey, record.token);
     writer.objectEnd();
     InnerLoginPluginRet ret;
     ret.methodNameID = methodNameID;
-    ret.channelID = mChannelID;
-    ret.channel = mChannel;
+    ret.channelID = mChannel.id;
+    ret.channel = mChannel.name;
     ret.channelInfo = info.text();
     ret.uid = record.openid;
     VESKInnerObserverHolder<InnerLoginPluginRet>::CommitToTaskQueue(ret, observerID, SeqID());

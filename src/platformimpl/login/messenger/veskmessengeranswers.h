@@ -4,19 +4,18 @@
 #include <cstdint>
 #include <string>
 
+#include "common/veskchannelfacts.h"
 #include "module/veskmutex.h"
 #include "platformimpl/login/messenger/vesknotify.h"
 
 namespace Braxel {
 namespace VESK {
 
-/// Turns what a messenger says into results for the login core. The two messengers differ in the
-/// names below only.
+/// Turns what a messenger says into results for the login core. The two messengers differ in their
+/// facts only.
 class VESKMessengerAnswers {
 public:
-    /// @param tokenKey the channel token's member in the channel information, "ctk" or "ctt".
-    VESKMessengerAnswers(int32_t channelID, const char* channel, const char* tokenKey)
-        : mChannelID(channelID), mChannel(channel), mTokenKey(tokenKey) {}
+    explicit VESKMessengerAnswers(const VESKChannelFacts& channel) : mChannel(channel) {}
 
     /// Later answers belong to this request. One is in progress at a time.
     /// @param order of the request among all.
@@ -40,9 +39,7 @@ private:
     std::string SeqID();
     void CommitAnswer(const LoginNotifyRecord& record, int32_t methodNameID, int32_t observerID);
 
-    const int32_t mChannelID;
-    const char* const mChannel;
-    const char* const mTokenKey;
+    const VESKChannelFacts& mChannel;
     VESKMutex mMutex; // guards both below
     std::string mSeqID;
     uint64_t mOrder = 0;

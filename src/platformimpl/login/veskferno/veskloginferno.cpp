@@ -1,6 +1,5 @@
 #include "platformimpl/login/veskferno/veskloginferno.h"
 
-#include "common/veskids.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/login/veskferno/veskfrwrapper.h"
@@ -15,7 +14,7 @@ constexpr const char* kScopes =
 
 } // namespace
 
-VESKLoginFerno::VESKLoginFerno() : mAnswers(kChannelIDFerno, "Ferno", "ctt") {}
+VESKLoginFerno::VESKLoginFerno() : mAnswers(ChannelFacts("Ferno")) {}
 
 void VESKLoginFerno::InitializeOpenSDK() {
     VESK_LOG_INFO("VESKLoginFerno::InitializeOpenSDK", "Init Ferno OpenSDK");

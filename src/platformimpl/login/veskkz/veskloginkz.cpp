@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "common/veskdefine.h"
-#include "common/veskids.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/log/vesklogger.h"
 #include "platformimpl/login/veskkz/veskkzwrapper.h"
@@ -13,7 +12,7 @@
 namespace Braxel {
 namespace VESK {
 
-VESKLoginKZ::VESKLoginKZ() : mAnswers(kChannelIDKZ, "KZ", "ctk") {}
+VESKLoginKZ::VESKLoginKZ() : mAnswers(ChannelFacts("KZ")) {}
 
 void VESKLoginKZ::InitializeOpenSDK() {
     VESK_LOG_INFO("VESKLoginKZ::InitializeOpenSDK", "Init KZ OpenSDK");

@@ -1,5 +1,6 @@
 #include "platformimpl/login/vesksteam/veskloginsteam.h"
 
+#include "common/veskchannelfacts.h"
 #include "common/veskdefine.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/json/veskjsonwriter.h"
@@ -55,8 +56,9 @@ void VESKLoginSteam::Login(std::string seqID) {
                   steamID.c_str(), ticket.c_str());
     InnerLoginPluginRet answer;
     answer.methodNameID = kMethodNameLogin;
-    answer.channelID = kChannelIDSteam;
-    answer.channel = "Steam";
+    const VESKChannelFacts& channel = ChannelFacts("Steam");
+    answer.channelID = channel.id;
+    answer.channel = channel.name;
     answer.channelInfo = ChannelInfo(steamID, ticket);
     answer.uid = steamID;
     VESKInnerObserverHolder<InnerLoginPluginRet>::CommitToTaskQueue(answer, kObserverIDPluginLogin,
