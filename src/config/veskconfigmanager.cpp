@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <memory>
 #include <mutex>
+#include <string_view>
 
 #include "foundation/ini/iniparser.h"
-#include "foundation/json/veskjsonmanager.h"
 #include "foundation/log/vesklogger.h"
 #include "module/veskmutex.h"
 #include "module/vesksingleton.h"
@@ -51,14 +52,35 @@ bool ToBool(const std::string& text) {
     return ToNumber(text) == 1;
 }
 
-// Not through the JSON writer: its log switch is itself a configuration value.
-std::string RenderAsJson(const VESKConfigManager::Cache& cache) {
-    std::string text;
-    VESKJsonManager json(text);
-    for (const auto& pair : cache) {
-        json.PutIfAbsent(pair.first.c_str(), pair.second.c_str());
+void AppendJsonString(std::string& json, const std::string& text) {
+    constexpr std::string_view kNamed = "\"\\\b\f\n\r\t";
+    constexpr std::string_view kNames = "\"\\bfnrt";
+    json += '"';
+    for (const char c : text) {
+        const size_t named = kNamed.find(c);
+        if (named != std::string_view::npos) {
+            json.append(1, '\\').append(1, kNames[named]);
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            char escape[16] = {};
+            std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(c));
+            json += escape;
+        } else {
+            json += c;
+        }
     }
-    return json;
+    json += '"';
+}
+
+// Not through the JSON writer, which lies above: its log switch is itself a configuration value.
+std::string RenderAsJson(const VESKConfigManager::Cache& cache) {
+    std::string json;
+    for (const auto& [key, value] : cache) {
+        json += json.empty() ? '{' : ',';
+        AppendJsonString(json, key);
+        json += ':';
+        AppendJsonString(json, value);
+    }
+    return json.empty() ? "{}" : json + '}';
 }
 
 bool FindLogSwitch(const Caches& caches) {

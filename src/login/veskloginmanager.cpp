@@ -542,12 +542,22 @@ void VESKLoginManager::TimerRefreshToken(const std::string& seqID, const std::st
                        channel.c_str());
         return;
     }
-    auto task = std::make_unique<VESKRefreshTokenTask>();
+    std::unique_ptr<VESKTask> task = MakeRefreshTask();
     VESK_LOG_DEBUG("VESKLoginManager::TimerRefreshToken",
                    "[ %s ] channel %s has been set to refresh token", seqID.c_str(),
                    channel.c_str());
     VESKTaskManager::GetInstance()->AddTask(task.release());
     VESKTaskManager::GetInstance()->StartTimer();
+}
+
+std::unique_ptr<VESKTask> VESKLoginManager::MakeRefreshTask() {
+    const VESKRefreshTokenTask::Login login = {
+        [](InnerLoginRet& ret) { return GetInstance()->GetLoginRet(ret); },
+        [](const InnerLoginRet& ret) {
+            GetInstance()->NoteRefresh();
+            VESKLoginIMPL::GetInstance()->RefreshToken(ret);
+        }};
+    return std::make_unique<VESKRefreshTokenTask>(login);
 }
 
 void VESKLoginManager::NoteRefresh() {

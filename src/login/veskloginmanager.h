@@ -16,6 +16,8 @@
 namespace Braxel {
 namespace VESK {
 
+class VESKTask;
+
 /// Runs logins and logouts and keeps the login result. Any thread may call it; none of its locks
 /// is held across HTTP, channel or observer calls, and no two of the first three are ever nested.
 class VESKLoginManager {
@@ -57,6 +59,9 @@ public:
     /// Arms the periodic refresh of the channel token.
     void TimerRefreshToken(const std::string& seqID, const std::string& channel);
 
+    /// The task that TimerRefreshToken() arms.
+    static std::unique_ptr<VESKTask> MakeRefreshTask();
+
     void Logout(const ShortRequest& request, bool channelOnly);
 
     /// Stops the background work and closes the channel components.
@@ -65,7 +70,6 @@ public:
 private:
     friend class VESKSingleton<VESKLoginManager>;
     using NotifyObserver = void (*)(const InnerLoginRet& ret);
-
     VESKLoginManager();
 
     void GetLoginPreCode(const ExtendedLoginRequest& request);

@@ -6,7 +6,7 @@
 
 #include "common/veskdefine.h"
 #include "flow/flowtest.h"
-#include "foundation/task/veskrefreshtokentask.h"
+#include "foundation/task/vesktask.h"
 #include "login/veskloginmanager.h"
 #include "module/veskmodule.h"
 #include "support/gamefolder.h"
@@ -70,7 +70,7 @@ protected:
         start();
         VESKLogin::Login(kind.channel, "", "", "");
         EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS) << kind.channel;
-        VESKRefreshTokenTask().DoTask();
+        VESKLoginManager::MakeRefreshTask()->DoTask();
         return messenger;
     }
 
@@ -94,7 +94,7 @@ TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
                                         R"(,"access_token":"fresh","refresh_token":"","scope":"",)"
                                         R"("funcs":"","other_funcs":"","extend":""})");
         EXPECT_EQ(observer.loginCount(), logins) << "nobody is told";
-        VESKRefreshTokenTask().DoTask();
+        VESKLoginManager::MakeRefreshTask()->DoTask();
         EXPECT_EQ(game.logLines("No need to refresh"), before + 1);
         EXPECT_EQ(messenger.componentLines("frlogin_req_client_tmp_token").size(),
                   kind.lifetime == kFerno.lifetime ? 1u : 0u);

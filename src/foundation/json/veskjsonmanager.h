@@ -10,8 +10,8 @@
 namespace Braxel {
 namespace VESK {
 
-/// Owns one parsed JSON document. It asks no configuration key, so the configuration manager
-/// itself may use it. Not for sharing between threads.
+/// Owns one parsed JSON document. It asks no configuration key, so that return messages may be read
+/// at any time. Not for sharing between threads.
 class VESKJsonManager {
 public:
     /// Parses @p json. Deliberate: a text shorter than 2 bytes is replaced by "{}" in the

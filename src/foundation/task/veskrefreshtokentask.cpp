@@ -5,9 +5,7 @@
 #include "common/veskchannelfacts.h"
 #include "common/veskinnerrecords.h"
 #include "foundation/log/vesklogger.h"
-#include "login/veskloginmanager.h"
 #include "platformimpl/foundation/os/clock.h"
-#include "platformimpl/login/veskloginimpl.h"
 #include "vesk/veskerror.h"
 
 namespace Braxel {
@@ -23,7 +21,7 @@ VESKRefreshTokenTask::Decision VESKRefreshTokenTask::Decide(const InnerLoginRet&
 
 void VESKRefreshTokenTask::DoTask() {
     InnerLoginRet ret;
-    if (!VESKLoginManager::GetInstance()->GetLoginRet(ret)) {
+    if (!mLogin.read(ret)) {
         VESK_LOG_ERROR("VESKRefreshTokenTask::DoTask", "fail to getLoginRet");
         return;
     }
@@ -36,8 +34,7 @@ void VESKRefreshTokenTask::DoTask() {
         break;
     case Decision::Refresh:
         VESK_LOG_INFO("VESKRefreshTokenTask::DoTask", "Start to refresh token");
-        VESKLoginManager::GetInstance()->NoteRefresh();
-        VESKLoginIMPL::GetInstance()->RefreshToken(ret);
+        mLogin.refresh(ret);
         break;
     }
 }

@@ -11,7 +11,17 @@ struct InnerLoginRet;
 /// Asks the channel for a fresh token shortly before the stored one expires.
 class VESKRefreshTokenTask : public VESKTask {
 public:
+    /// What the task needs of the login, which it does not know.
+    struct Login {
+        /// The login that is held. @return whether one is
+        bool (*read)(InnerLoginRet& out);
+        /// Asks the channel of @p ret for a fresh token.
+        void (*refresh)(const InnerLoginRet& ret);
+    };
+
     static constexpr const char* kTaskName = "refreshTokenTask";
+
+    explicit VESKRefreshTokenTask(const Login& login) : mLogin(login) {}
 
     enum class Decision { Invalid, NotYet, Refresh };
 
@@ -21,6 +31,9 @@ public:
     void DoTask() override;
     std::string GetTaskName() override;
     uint32_t GetInterval() override;
+
+private:
+    const Login mLogin;
 };
 
 } // namespace VESK

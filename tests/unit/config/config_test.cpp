@@ -1,5 +1,8 @@
+#include <cstring>
+
 #include "config/veskconfigmanager.h"
 #include "foundation/ini/iniparser.h"
+#include "foundation/json/veskjsonmanager.h"
 #include "foundation/json/veskjsonreader.h"
 #include "foundation/json/veskjsonwriter.h"
 #include "unit/unittest.h"
@@ -89,6 +92,24 @@ TEST_F(Config, SwitchShowsTheCachesOnceAndEveryLookup) {
                     "type (bool) match with key : A, defValue : 0 ", noA, noA,
                     "local cache config key = A , value = 1 ", "config key: A, value: true",
                     "type (int) match with key : X, defValue : 3 ", noX, noX, noX));
+}
+
+TEST_F(Config, CachesAreShownAsTheJsonWriterWouldShowThem) {
+    std::string value = "a";
+    for (int byte = 1; byte < 256; ++byte) {
+        // Without what ends a value, a text file on Windows (0x1A) or a line of the log.
+        if (std::strchr("\n\r#\x1A<", byte) == nullptr) {
+            value += static_cast<char>(byte);
+        }
+    }
+    value += "z";
+    write("VESKConfig.ini", "VESK_CONFIG_LOG_ENABLE=1\nQ=" + value);
+    text("Q");
+    std::string none;
+    VESKJsonManager json(none);
+    json.PutIfAbsent("Q", value.c_str());
+    json.PutIfAbsent("VESK_CONFIG_LOG_ENABLE", "1");
+    EXPECT_THAT(newMessages(), Contains("mDefaultConfigCache : " + std::string(json) + " \n"));
 }
 
 TEST_F(Config, BothSwitchesAtFirstUseNeitherLockNorRecurse) {

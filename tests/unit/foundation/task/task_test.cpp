@@ -219,10 +219,10 @@ TEST_F(RefreshTokenTask, RefreshesWithinTheMarginOfTheChannel) {
 }
 
 TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRuns) {
-    VESKRefreshTokenTask task;
-    EXPECT_EQ(task.GetTaskName(), "refreshTokenTask");
-    EXPECT_EQ(task.GetInterval(), 240u);
-    task.DoTask();
+    const auto task = VESKLoginManager::MakeRefreshTask();
+    EXPECT_EQ(task->GetTaskName(), "refreshTokenTask");
+    EXPECT_EQ(task->GetInterval(), 240u);
+    task->DoTask();
     EXPECT_EQ(newMessages().back(), "fail to getLoginRet");
     const Rows<int64_t, const char*> rows = {
         {now() + 400, "No need to refresh"},
@@ -235,7 +235,7 @@ TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRuns) {
         ret.FromJson(R"({"openid":"O","token":"T","channel":"Steam","channel_info":{}})");
         ret.tokenExpire = expire;
         VESKLoginManager::GetInstance()->SaveLoginRet(ret);
-        task.DoTask();
+        task->DoTask();
         EXPECT_EQ(newMessages().back(), message) << expire;
     }
     EXPECT_EQ(logged("]Start to refresh token"), 2u);
@@ -246,7 +246,7 @@ TEST_F(RefreshTokenTask, AnswerIsForTheLoginThatItHasAskedFor) {
     InnerLoginRet ret(0);
     ret.FromJson(R"({"openid":"O","token":"T","channel":"KZ","channel_info":{}})");
     manager.SaveLoginRet(ret);
-    VESKRefreshTokenTask().DoTask();
+    VESKLoginManager::MakeRefreshTask()->DoTask();
     manager.SaveLoginRet(ret); // the next login, of the same player
     InnerLoginPluginRet answer;
     answer.channel = "KZ";
