@@ -1,23 +1,52 @@
+#include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <stdexcept>
 
 #include "answers/controlapi.h"
 #include "answers/endpoints.h"
 #include "faults/faultapi.h"
-#include "options.h"
 #include "scanpage/scanpage.h"
 #include "scanpage/sessionapi.h"
-#include "server/endsignal.h"
 #include "server/httpserver.h"
-#include "server/originguard.h"
-#include "server/tlsserver.h"
+#include "server/system.h"
 
 namespace {
 
 using namespace vesk::backend;
 
 constexpr int kUsageError = 2;
+constexpr int kMaxPort = 65535;
+constexpr long long kMaxSkewLimit = 10LL * 365 * 24 * 3600;
+
+/// What the command line asks for.
+struct Options {
+    int port = 0;
+    int controlPort = 0;
+    bool tls = false;
+    std::string caOut;
+    CheckSettings settings;
+};
+
+void describe(CLI::App& app, Options& options) {
+    app.option_defaults()->take_last();
+    app.add_option("--port", options.port, "the backend's port; 0 takes any free one")
+        ->check(CLI::Range(0, kMaxPort));
+    app.add_option("--control-port", options.controlPort,
+                   "the port of the control API and the scan page; 0 takes any free one")
+        ->check(CLI::Range(0, kMaxPort));
+    auto* tls = app.add_flag("--tls", options.tls, "HTTPS with a fresh CA");
+    app.add_option("--ca-out", options.caOut, "the file that gets the CA, as PEM")->needs(tls);
+    app.add_option("--game-id", options.settings.gameId, "the client's VESK_GAME_ID")
+        ->capture_default_str();
+    app.add_option("--key", options.settings.key, "the client's VESK_SDK_KEY")
+        ->capture_default_str();
+    app.add_option("--max-skew", options.settings.maxSkew,
+                   "seconds that a request's ts may differ from the clock here")
+        ->check(CLI::Range(0LL, kMaxSkewLimit))
+        ->capture_default_str();
+}
 
 void bindOrThrow(HttpServer& server, int port) {
     if (!server.bind(port)) {
@@ -27,17 +56,15 @@ void bindOrThrow(HttpServer& server, int port) {
 
 void serve(const Options& options) {
     EndSignal endSignal;
-    const CheckSettings settings{options.gameId, options.key, options.maxSkew};
+    WaitingRoom waitingRoom;
     ScriptStore scripts;
-    Changes changes;
-    RequestLog log(changes);
+    RequestLog log(waitingRoom);
     IssuedPreCodes preCodes;
-    ScanSessions sessions(changes);
-    ShutdownGate gate;
-    Endpoints endpoints(settings, scripts, log, preCodes, gate);
+    ScanSessions sessions(waitingRoom);
+    Endpoints endpoints(options.settings, scripts, log, preCodes, waitingRoom);
     ControlApi control(scripts, log);
     SessionApi sessionApi(sessions, preCodes);
-    ScanPage scanPage(sessions, log, changes);
+    ScanPage scanPage(sessions, log, waitingRoom);
     CertificateChoice certificate;
     FaultApi faults(options.tls ? &certificate : nullptr);
 
@@ -45,7 +72,6 @@ void serve(const Options& options) {
                                          : std::make_unique<httplib::Server>());
     HttpServer controlServer(std::make_unique<httplib::Server>());
     endpoints.install(backendServer.routes());
-    guardOrigins(controlServer.routes());
     control.install(controlServer.routes());
     faults.install(controlServer.routes());
     sessionApi.install(controlServer.routes());
@@ -62,25 +88,25 @@ void serve(const Options& options) {
     std::fflush(stdout);
 
     endSignal.wait();
-    gate.close();
+    waitingRoom.close();
     sessions.close();
-    changes.close();
-    backendServer.stop();
-    controlServer.stop();
+    const bool backendEnded = backendServer.stop();
+    if (!controlServer.stop() || !backendEnded) {
+        std::_Exit(
+            0); // a thread waits for a peer that says nothing; the system closes what is left
+    }
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     Options options;
-    const std::string problem = parseOptions(argc, argv, options);
-    if (!problem.empty()) {
-        std::fprintf(stderr, "vesk-devbackend: %s\n%s", problem.c_str(), usageText());
-        return kUsageError;
-    }
-    if (options.help) {
-        std::fputs(usageText(), stdout);
-        return 0;
+    CLI::App app("A login backend for development, on loopback only.", "vesk-devbackend");
+    describe(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : kUsageError;
     }
     if (options.tls && !hasTls()) {
         std::fputs("vesk-devbackend: this build has no TLS, so leave out --tls and give the SDK "

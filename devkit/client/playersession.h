@@ -1,16 +1,20 @@
 #ifndef VESK_DEVKIT_CLIENT_PLAYERSESSION_H
 #define VESK_DEVKIT_CLIENT_PLAYERSESSION_H
 
-#include <atomic>
+#include <condition_variable>
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 
-#include "client/controlclient.h"
+namespace httplib {
+class Client;
+}
 
 namespace vesk::scanclient {
 
-/// What the player at the console has done.
+/// What the player on the scan page has done.
 struct PlayerWord {
     /// "scanned", "confirm", "deny", "expire", "kickout" or "fail"; empty: nothing yet.
     std::string button;
@@ -27,9 +31,9 @@ struct PlayerScript {
     /// Shows the code, whose text follows.
     std::string showCode;
     /// There is no backend to ask.
-    std::string noConsole;
+    std::string noBackend;
     /// Nobody can decide any more: the session has ended, or the backend.
-    std::string consoleGone;
+    std::string backendGone;
     /// The step that a button leads to; empty for none.
     std::string (*stepOf)(const PlayerWord& word);
 };
@@ -38,7 +42,9 @@ struct PlayerScript {
 /// a thread that is the owner's business: this class starts none.
 class PlayerSession {
 public:
-    explicit PlayerSession(const std::string& controlUrl) : mClient(controlUrl) {}
+    /// @param controlUrl as the backend's ready line gives it; another machine is never asked
+    explicit PlayerSession(const std::string& controlUrl);
+    ~PlayerSession();
 
     /// Takes steps, on the thread that serves.
     using Play = std::function<void(const std::string& steps)>;
@@ -47,10 +53,16 @@ public:
     /// after stop(), whatever the backend does.
     void serve(const PlayerScript& script, const std::string& preCode, const Play& play);
 
-    /// From another thread: what is under way returns within a slice of LoopbackSocket.
-    void stop() { mStopped = true; }
+    /// From another thread: ends the request that is under way; no other is made but the farewell.
+    void stop();
 
 private:
+    /// The body of a good answer. GET when there is no JSON to post.
+    using Body = std::optional<std::string>;
+    Body ask(const std::string& path, const char* json, int patienceMs);
+    /// As ask(), unless somebody has called stop().
+    Body askUnlessStopped(const std::string& path, const char* json, int patienceMs);
+
     /// @return the QR code's text; nothing when the backend does not answer.
     std::optional<std::string> begin(const std::string& channel, const std::string& preCode);
 
@@ -58,11 +70,11 @@ private:
     /// @return nothing when the backend does not answer any more, or after stop().
     std::optional<PlayerWord> next();
 
-    /// Tells the backend that nobody waits any more.
-    void end();
-
-    const ControlClient mClient;
-    std::atomic<bool> mStopped{false};
+    const std::unique_ptr<httplib::Client> mClient;
+    std::mutex mMutex; // guards the two flags
+    std::condition_variable mAnswered;
+    bool mStopped = false;
+    bool mAsking = false;
     std::string mId;
     unsigned mWords = 0;
 };

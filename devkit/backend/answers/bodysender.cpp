@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "server/jsonanswer.h"
+#include "server/httpserver.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -14,7 +15,7 @@ struct Delivery {
     std::string bytes;
     int copies = 1;
     std::chrono::milliseconds drip{0};
-    ShutdownGate& gate;
+    WaitingRoom& waitingRoom;
 
     /// @return whether the client has taken all of it.
     bool send(httplib::DataSink& sink) const {
@@ -32,21 +33,21 @@ struct Delivery {
 
     bool sendSlowly(httplib::DataSink& sink) const {
         return std::all_of(bytes.begin(), bytes.end(), [&](const char& byte) {
-            return sink.write(&byte, 1) && !gate.waitFor(drip) && sink.is_writable();
+            return sink.write(&byte, 1) && !waitingRoom.waitFor(drip) && sink.is_writable();
         });
     }
 };
 
 } // namespace
 
-void sendBody(const ScriptedAnswer& script, const std::string& body, ShutdownGate& gate,
+void sendBody(const ScriptedAnswer& script, const std::string& body, WaitingRoom& waitingRoom,
               httplib::Response& response) {
     const bool cut = script.action == Action::Cut;
     if (!cut && script.repeat == 1 && script.dripMs == 0 && !script.announce) {
         response.set_content(body, kJsonType);
         return;
     }
-    Delivery delivery{body, script.repeat, std::chrono::milliseconds(script.dripMs), gate};
+    Delivery delivery{body, script.repeat, std::chrono::milliseconds(script.dripMs), waitingRoom};
     size_t announced = body.size();
     if (cut) {
         // Of nothing, something is missing as well.

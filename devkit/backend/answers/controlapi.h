@@ -1,13 +1,14 @@
 #ifndef VESK_DEVKIT_BACKEND_ANSWERS_CONTROLAPI_H
 #define VESK_DEVKIT_BACKEND_ANSWERS_CONTROLAPI_H
 
-#include "answers/scriptstore.h"
+#include "answers/requestlog.h"
+#include "answers/scriptedanswer.h"
 #include "httplib.h"
-#include "server/requestlog.h"
 
 namespace vesk::backend {
 
-/// GET /health, POST /next, GET /requests, POST /clear.
+/// GET /health, POST /next, GET /requests, POST /clear; and for every route of the control port,
+/// that no page of another site steers the backend.
 class ControlApi {
 public:
     /// Both references must outlive the server.

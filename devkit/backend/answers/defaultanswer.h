@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "answers/issuedlogins.h"
-#include "checks/problem.h"
+#include "answers/issued.h"
+#include "checks/contract.h"
 #include "checks/requestcheck.h"
 
 namespace vesk::backend {

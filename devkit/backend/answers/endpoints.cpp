@@ -7,8 +7,7 @@
 #include "answers/defaultanswer.h"
 #include "server/connection.h"
 #include "server/httpserver.h"
-#include "server/jsonanswer.h"
-#include "server/jsonmembers.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -38,8 +37,9 @@ ReceivedRequest received(const httplib::Request& request, const std::string& bod
 } // namespace
 
 Endpoints::Endpoints(const CheckSettings& settings, ScriptStore& scripts, RequestLog& log,
-                     IssuedPreCodes& preCodes, ShutdownGate& gate)
-    : mSettings(settings), mScripts(scripts), mLog(log), mPreCodes(preCodes), mGate(gate) {}
+                     IssuedPreCodes& preCodes, WaitingRoom& waitingRoom)
+    : mSettings(settings), mScripts(scripts), mLog(log), mPreCodes(preCodes),
+      mWaitingRoom(waitingRoom) {}
 
 void Endpoints::install(httplib::Server& server) {
     // Every path comes here, known or not: a request to a wrong one is recorded as well.
@@ -149,22 +149,15 @@ Endpoints::Answer Endpoints::scriptedAnswer(const ScriptedAnswer& script,
 }
 
 void Endpoints::adoptLogin(const CheckedRequest& checked, const std::string& body) {
-    rapidjson::Document document;
-    document.Parse<rapidjson::kParseIterativeFlag>(body.data(), body.size());
-    if (document.HasParseError() || !document.IsObject()) {
-        return;
-    }
-    const auto openid = document.FindMember("openid");
-    const auto token = document.FindMember("token");
-    if (openid != document.MemberEnd() && openid->value.IsString() &&
-        token != document.MemberEnd() && token->value.IsString()) {
-        mLogins.adopt(checked.query.channelId, textOf(openid->value), textOf(token->value));
+    const JsonMembers login = devkit::readJsonObject(body).value_or(JsonMembers());
+    if (login.count("openid") != 0 && login.count("token") != 0) {
+        mLogins.adopt(checked.query.channelId, login.at("openid"), login.at("token"));
     }
 }
 
 void Endpoints::perform(const ScriptedAnswer& script, const Answer& answer,
                         const httplib::Request& request, httplib::Response& response) {
-    mGate.waitFor(std::chrono::milliseconds(script.delayMs));
+    mWaitingRoom.waitFor(std::chrono::milliseconds(script.delayMs));
     response.status = answer.status;
     switch (script.action) {
     case Action::Redirect:
@@ -173,7 +166,7 @@ void Endpoints::perform(const ScriptedAnswer& script, const Answer& answer,
     case Action::Answer:
     case Action::Echo:
     case Action::Cut:
-        sendBody(script, answer.body, mGate, response);
+        sendBody(script, answer.body, mWaitingRoom, response);
         break;
     case Action::Hang:
         hang(request.remote_port);
@@ -190,7 +183,7 @@ void Endpoints::perform(const ScriptedAnswer& script, const Answer& answer,
 
 void Endpoints::hang(int peerPort) {
     const auto connection = Connection::find(mPort, peerPort);
-    while (connection && !connection->peerGone() && !mGate.waitFor(kHangPoll)) {
+    while (connection && !connection->peerGone() && !mWaitingRoom.waitFor(kHangPoll)) {
     }
 }
 

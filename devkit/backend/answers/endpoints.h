@@ -3,14 +3,13 @@
 
 #include <string>
 
-#include "answers/issuedlogins.h"
-#include "answers/issuedprecodes.h"
-#include "answers/scriptstore.h"
-#include "checks/checksettings.h"
+#include "answers/issued.h"
+#include "answers/requestlog.h"
+#include "answers/scriptedanswer.h"
+#include "checks/contract.h"
 #include "checks/requestcheck.h"
 #include "httplib.h"
-#include "server/requestlog.h"
-#include "server/shutdowngate.h"
+#include "server/waitingroom.h"
 
 namespace vesk::backend {
 
@@ -19,7 +18,7 @@ class Endpoints {
 public:
     /// All references must outlive the server.
     Endpoints(const CheckSettings& settings, ScriptStore& scripts, RequestLog& log,
-              IssuedPreCodes& preCodes, ShutdownGate& gate);
+              IssuedPreCodes& preCodes, WaitingRoom& waitingRoom);
 
     /// Sets the routes of the server.
     void install(httplib::Server& server);
@@ -48,7 +47,7 @@ private:
     ScriptStore& mScripts;
     RequestLog& mLog;
     IssuedPreCodes& mPreCodes;
-    ShutdownGate& mGate;
+    WaitingRoom& mWaitingRoom;
     IssuedLogins mLogins;
     int mPort = 0;
 };

@@ -4,8 +4,7 @@
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
-#include "server/jsonmembers.h"
-#include "server/jsontext.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -82,7 +81,7 @@ std::string readMember(const std::string& name, const rapidjson::Value& value,
         return readNumberMember(*member, value, answer);
     }
     if (name != "path" && name != "body" && name != "action" && name != "location") {
-        return "unknown member " + quoted(name);
+        return "unknown member " + inQuotes(name);
     }
     if (!value.IsString()) {
         return name + " is " + kindOf(value) + " where a string was expected";
@@ -95,7 +94,7 @@ std::string readMember(const std::string& name, const rapidjson::Value& value,
     } else if (name == "location") {
         answer.location = text;
     } else if (!readAction(text, answer.action)) {
-        return "action is " + quoted(text) +
+        return "action is " + inQuotes(text) +
                " where 'answer', 'echo', 'reset', 'cut', 'hang' or 'redirect' was expected";
     }
     return {};
@@ -142,6 +141,31 @@ std::string parseScript(const std::string& json, ScriptedAnswer& answer) {
         return "cut_at goes with the action 'cut'";
     }
     return {};
+}
+
+size_t ScriptStore::push(const ScriptedAnswer& answer) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    auto& queue = mQueues[answer.path];
+    queue.push_back(answer);
+    return queue.size();
+}
+
+std::optional<ScriptedAnswer> ScriptStore::take(const std::string& path) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    const auto queue = mQueues.find(path);
+    if (queue == mQueues.end() || queue->second.empty()) {
+        return std::nullopt;
+    }
+    ScriptedAnswer answer = queue->second.front();
+    if (--queue->second.front().times == 0) {
+        queue->second.pop_front();
+    }
+    return answer;
+}
+
+void ScriptStore::clear() {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    mQueues.clear();
 }
 
 } // namespace vesk::backend

@@ -1,6 +1,10 @@
 #ifndef VESK_DEVKIT_BACKEND_ANSWERS_SCRIPTEDANSWER_H
 #define VESK_DEVKIT_BACKEND_ANSWERS_SCRIPTEDANSWER_H
 
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -42,6 +46,22 @@ std::string scriptPath(const std::string& path);
 /// Reads a scripted answer from JSON text.
 /// @return an empty text, or what is wrong with the JSON.
 std::string parseScript(const std::string& json, ScriptedAnswer& answer);
+
+/// A queue of scripted answers for each path. Safe to use from several threads.
+class ScriptStore {
+public:
+    /// @return how many answers wait for that path now.
+    size_t push(const ScriptedAnswer& answer);
+
+    /// Takes the oldest answer for a path.
+    std::optional<ScriptedAnswer> take(const std::string& path);
+
+    void clear();
+
+private:
+    std::mutex mMutex;
+    std::map<std::string, std::deque<ScriptedAnswer>> mQueues;
+};
 
 } // namespace vesk::backend
 

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
 
-#include "server/jsonmembers.h"
-#include "server/jsontext.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -56,7 +57,7 @@ std::string checkSteamInfo(const rapidjson::Value& info) {
     }
     const std::string id = textOf(info["steamid"]);
     if (!std::all_of(id.begin(), id.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-        return "channel_info.steamid is " + quoted(id) + ", which is not a decimal number";
+        return "channel_info.steamid is " + inQuotes(id) + ", which is not a decimal number";
     }
     if (!info["ticket"].IsString()) {
         return "channel_info.ticket is " + kindOf(info["ticket"]) + " where a string was expected";
@@ -66,7 +67,7 @@ std::string checkSteamInfo(const rapidjson::Value& info) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F');
     });
     if (!hex || ticket.size() % 2 != 0) {
-        return "channel_info.ticket is " + quoted(ticket) +
+        return "channel_info.ticket is " + inQuotes(ticket) +
                ", which is not whole bytes in upper-case hexadecimal digits";
     }
     return {};
@@ -124,7 +125,7 @@ std::string checkDeviceInfo(const rapidjson::Value& info) {
 
 void readLogin(const rapidjson::Value& info, const std::string& channelId, BodyContent& content) {
     rapidjson::StringBuffer buffer;
-    JsonWriter writer(buffer);
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
     info.Accept(writer);
     content.channelInfo.assign(buffer.GetString(), buffer.GetSize());
     content.channelUserId = textOf(info[channelId == kSteamChannelId ? "steamid" : "openid"]);

@@ -4,8 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "checks/checksettings.h"
-#include "checks/problem.h"
+#include "checks/contract.h"
 
 namespace vesk::backend {
 

@@ -1,9 +1,12 @@
 #include "checks/query.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <limits>
 #include <vector>
 
-#include "server/jsontext.h"
+#include "server/digest.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -64,7 +67,7 @@ Problem shapeProblem(const std::string& msg) {
 }
 
 Problem misplaced(const std::vector<Parameter>& parameters, size_t index, const Field& expected) {
-    std::string wanted = quoted(expected.name);
+    std::string wanted = inQuotes(expected.name);
     if (index == 3 && std::string_view(expected.name) == "ts") {
         wanted = "'seq' or 'ts'";
     }
@@ -73,7 +76,65 @@ Problem misplaced(const std::vector<Parameter>& parameters, size_t index, const 
                             " was expected");
     }
     return shapeProblem("parameter " + std::to_string(index + 1) + " is " +
-                        quoted(parameters[index].name) + " where " + wanted + " was expected");
+                        inQuotes(parameters[index].name) + " where " + wanted + " was expected");
+}
+
+constexpr size_t kSignatureLength = 32;
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isNumber(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+bool matchesPattern(const std::string& text, const std::string& pattern) {
+    return text.size() == pattern.size() &&
+           std::equal(text.begin(), text.end(), pattern.begin(),
+                      [](char c, char p) { return p == 'd' ? isDigit(c) : c == p; });
+}
+
+std::optional<Problem> checkChannelId(const std::string& id, Endpoint endpoint) {
+    const bool messenger = id == kFernoChannelId || id == kKzChannelId;
+    switch (endpoint) {
+    case Endpoint::PreCode:
+        if (!messenger) {
+            return Problem{Ret::ChannelId,
+                           "channelid is " + inQuotes(id) + "; a pre-code is for 1 or 2 only"};
+        }
+        break;
+    case Endpoint::Login:
+        if (!messenger && id != kSteamChannelId) {
+            return Problem{Ret::ChannelId, "channelid is " + inQuotes(id) +
+                                               "; a login comes from channel 1, 2 or 21"};
+        }
+        break;
+    case Endpoint::Logout:
+        if (!isNumber(id)) {
+            return Problem{Ret::ChannelId,
+                           "channelid is " + inQuotes(id) + ", which is not a channel id"};
+        }
+        break;
+    }
+    return std::nullopt;
+}
+
+std::optional<Problem> checkTimestamp(const std::string& ts, long long maxSkew, long long now) {
+    const auto seconds = numberOf(ts, 0, std::numeric_limits<long long>::max());
+    if (!isNumber(ts) || !seconds) {
+        return Problem{Ret::TimestampShape,
+                       "ts is " + inQuotes(ts) + ", which is not a time in whole Unix seconds"};
+    }
+    const long long difference = *seconds - now;
+    if (std::llabs(difference) > maxSkew) {
+        return Problem{Ret::TimestampStale,
+                       "ts " + ts + " lies " + std::to_string(std::llabs(difference)) +
+                           " seconds " + (difference < 0 ? "before" : "after") +
+                           " the backend's clock, more than the " + std::to_string(maxSkew) +
+                           " that are allowed"};
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -85,7 +146,7 @@ std::optional<Problem> readQuery(std::string_view text, Query& query) {
     const std::vector<Parameter> parameters = split(text);
     const std::string repeated = findRepeated(parameters);
     if (!repeated.empty()) {
-        return shapeProblem("parameter " + quoted(repeated) + " stands there more than once");
+        return shapeProblem("parameter " + inQuotes(repeated) + " stands there more than once");
     }
     size_t index = 0;
     for (const Field& field : kFields) {
@@ -97,18 +158,55 @@ std::optional<Problem> readQuery(std::string_view text, Query& query) {
             return misplaced(parameters, index, field);
         }
         if (!parameters[index].hasValue) {
-            return shapeProblem("parameter " + quoted(field.name) + " has no '='");
+            return shapeProblem("parameter " + inQuotes(field.name) + " has no '='");
         }
         if (field.optional && parameters[index].value.empty()) {
-            return shapeProblem("parameter " + quoted(field.name) +
+            return shapeProblem("parameter " + inQuotes(field.name) +
                                 " is empty; an empty one is left out");
         }
         query.*field.value = parameters[index].value;
         ++index;
     }
     if (index < parameters.size()) {
-        return shapeProblem("parameter " + quoted(parameters[index].name) +
+        return shapeProblem("parameter " + inQuotes(parameters[index].name) +
                             " follows 'sig', which must be the last one");
+    }
+    return std::nullopt;
+}
+
+std::optional<Problem> checkQueryValues(const Query& query, Endpoint endpoint,
+                                        const CheckSettings& settings, long long now) {
+    if (auto problem = checkChannelId(query.channelId, endpoint)) {
+        return problem;
+    }
+    if (query.gameId != settings.gameId) {
+        return Problem{Ret::GameId, "gameid is " + inQuotes(query.gameId) +
+                                        ", this backend serves game " + inQuotes(settings.gameId)};
+    }
+    if (query.os != "5") {
+        return Problem{Ret::Os, "os is " + inQuotes(query.os) + " where '5' was expected"};
+    }
+    if (!matchesPattern(query.version, "d.d.ddd.dddd")) {
+        return Problem{Ret::Version, "version is " + inQuotes(query.version) +
+                                         ", which has not the form d.d.ddd.dddd"};
+    }
+    return checkTimestamp(query.ts, settings.maxSkew, now);
+}
+
+std::optional<Problem> checkSignature(const ReceivedRequest& request, const Query& query,
+                                      const CheckSettings& settings) {
+    const bool wellFormed = query.sig.size() == kSignatureLength &&
+                            std::all_of(query.sig.begin(), query.sig.end(), [](char c) {
+                                return isDigit(c) || (c >= 'a' && c <= 'f');
+                            });
+    if (!wellFormed) {
+        return Problem{Ret::SignatureShape, "sig is " + inQuotes(query.sig) +
+                                                ", which is not 32 lower-case hexadecimal digits"};
+    }
+    const std::string signedTarget = request.target.substr(0, request.target.rfind("&sig="));
+    if (md5Hex(signedTarget + request.body + settings.key) != query.sig) {
+        return Problem{Ret::SignatureWrong,
+                       "sig does not match: key, body or query differ from what was signed"};
     }
     return std::nullopt;
 }

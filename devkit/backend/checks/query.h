@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "checks/problem.h"
+#include "checks/contract.h"
 
 namespace vesk::backend {
 
@@ -26,6 +26,17 @@ struct Query {
 /// @param text the query without its '?'; it is not decoded
 /// @return what is wrong with the order; the values are not looked at.
 std::optional<Problem> readQuery(std::string_view text, Query& query);
+
+/// Checks channel id, game id, os, version and the time stamp, in this order.
+/// @param now the backend's clock in Unix seconds
+std::optional<Problem> checkQueryValues(const Query& query, Endpoint endpoint,
+                                        const CheckSettings& settings, long long now);
+
+/// Checks the signature: lower-case hexadecimal MD5 over the target without its last parameter
+/// "sig", the body and the key, over the bytes as they came.
+/// The message never tells the signature that would have been right.
+std::optional<Problem> checkSignature(const ReceivedRequest& request, const Query& query,
+                                      const CheckSettings& settings);
 
 } // namespace vesk::backend
 

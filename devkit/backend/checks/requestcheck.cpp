@@ -1,7 +1,7 @@
 #include "checks/requestcheck.h"
 
-#include "checks/querycheck.h"
-#include "server/jsontext.h"
+#include "checks/query.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -12,7 +12,7 @@ std::optional<Problem> checkServed(const ReceivedRequest& request, Endpoint endp
                                    CheckedRequest& checked) {
     if (request.method != "POST") {
         return Problem{Ret::WrongMethod,
-                       "method is " + quoted(request.method) + " where 'POST' was expected"};
+                       "method is " + inQuotes(request.method) + " where 'POST' was expected"};
     }
     if (auto problem = readQuery(request.query(), checked.query)) {
         return problem;
@@ -48,7 +48,7 @@ CheckedRequest checkRequest(const ReceivedRequest& request, const CheckSettings&
     if (endpoint) {
         checked.problem = checkServed(request, *endpoint, settings, now, checked);
     } else {
-        checked.problem = Problem{Ret::UnknownPath, "there is no path " + quoted(request.path())};
+        checked.problem = Problem{Ret::UnknownPath, "there is no path " + inQuotes(request.path())};
     }
     return checked;
 }

@@ -4,10 +4,8 @@
 #include <optional>
 
 #include "checks/bodycheck.h"
-#include "checks/checksettings.h"
-#include "checks/problem.h"
+#include "checks/contract.h"
 #include "checks/query.h"
-#include "server/receivedrequest.h"
 
 namespace vesk::backend {
 

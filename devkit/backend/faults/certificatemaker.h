@@ -7,7 +7,7 @@
 #include <openssl/x509.h>
 #include <string>
 
-#include "faults/certificatechoice.h"
+#include "faults/tlsserver.h"
 
 namespace vesk::backend {
 

@@ -5,8 +5,8 @@
 #include <mutex>
 #include <string>
 
-#include "faults/certificatechoice.h"
 #include "faults/faultyline.h"
+#include "faults/tlsserver.h"
 #include "httplib.h"
 
 namespace vesk::backend {

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "checks/problem.h"
-#include "server/jsonanswer.h"
-#include "server/jsontext.h"
+#include "checks/contract.h"
+#include "server/httpserver.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -26,29 +26,24 @@ const char* findingOf(int ret, Ret first, Ret last) {
     return ret >= static_cast<int>(first) ? "bad" : "";
 }
 
-void writeRequest(JsonWriter& writer, const LoggedRequest& entry) {
+std::string jsonOf(const LoggedRequest& entry) {
     const ReceivedRequest& request = entry.request;
-    writer.StartObject();
-    writer.Key("number");
-    writer.Uint64(entry.number);
-    writer.Key("received_ms");
-    writer.Int64(
-        std::chrono::duration_cast<std::chrono::milliseconds>(entry.received.time_since_epoch())
-            .count());
-    writeMember(writer, "method", request.method);
-    writeMember(writer, "path", request.path().substr(0, kShownBytes));
-    writeMember(writer, "query", request.query().substr(0, kShownBytes));
-    writeMember(writer, "body", request.body.substr(0, kShownBytes));
-    writeMember(writer, "verdict", entry.verdict.substr(0, kShownBytes));
-    writeMember(writer, "time", findingOf(entry.ret, Ret::TimestampShape, Ret::TimestampStale));
-    writeMember(writer, "signature",
-                findingOf(entry.ret, Ret::SignatureShape, Ret::SignatureWrong));
-    writeMember(writer, "content", findingOf(entry.ret, Ret::BodyNotJson, Ret::LogoutChannel));
-    writer.Key("scripted");
-    writer.Bool(entry.scripted);
-    writer.Key("status");
-    writer.Int(entry.status);
-    writer.EndObject();
+    const auto received =
+        std::chrono::duration_cast<std::chrono::milliseconds>(entry.received.time_since_epoch());
+    return JsonLine()
+        .add("number", entry.number)
+        .add("received_ms", received.count())
+        .add("method", request.method)
+        .add("path", request.path().substr(0, kShownBytes))
+        .add("query", request.query().substr(0, kShownBytes))
+        .add("body", request.body.substr(0, kShownBytes))
+        .add("verdict", entry.verdict.substr(0, kShownBytes))
+        .add("time", findingOf(entry.ret, Ret::TimestampShape, Ret::TimestampStale))
+        .add("signature", findingOf(entry.ret, Ret::SignatureShape, Ret::SignatureWrong))
+        .add("content", findingOf(entry.ret, Ret::BodyNotJson, Ret::LogoutChannel))
+        .add("scripted", entry.scripted)
+        .add("status", entry.status)
+        .text();
 }
 
 // The browser fetches nothing from elsewhere, runs no script but the page's own, and shows it in
@@ -73,8 +68,8 @@ bool send(httplib::DataSink& sink, const char* event, const std::string& json) {
 
 } // namespace
 
-ScanPage::ScanPage(const ScanSessions& sessions, const RequestLog& log, Changes& changes)
-    : mSessions(sessions), mLog(log), mChanges(changes) {}
+ScanPage::ScanPage(const ScanSessions& sessions, const RequestLog& log, WaitingRoom& waitingRoom)
+    : mSessions(sessions), mLog(log), mWaitingRoom(waitingRoom) {}
 
 void ScanPage::install(httplib::Server& server) {
     offer(server, "/", kScanPageHtml, "text/html; charset=utf-8");
@@ -100,7 +95,7 @@ void ScanPage::open(httplib::Response& response) {
 }
 
 bool ScanPage::serve(Viewer& viewer, httplib::DataSink& sink) {
-    if (!mChanges.waitBeyond(viewer.seen, kRound)) {
+    if (!mWaitingRoom.waitForChange(viewer.seen, kRound)) {
         return false;
     }
     ++viewer.quietRounds;
@@ -128,14 +123,11 @@ bool ScanPage::serve(Viewer& viewer, httplib::DataSink& sink) {
 }
 
 std::string ScanPage::requests() const {
-    rapidjson::StringBuffer buffer;
-    JsonWriter writer(buffer);
-    writer.StartArray();
+    std::string json = "[";
     for (const LoggedRequest& entry : mLog.latest(kShownRequests)) {
-        writeRequest(writer, entry);
+        appendElement(json, jsonOf(entry));
     }
-    writer.EndArray();
-    return std::string(buffer.GetString(), buffer.GetSize());
+    return json + "]";
 }
 
 } // namespace vesk::backend

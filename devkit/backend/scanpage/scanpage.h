@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "answers/requestlog.h"
 #include "httplib.h"
 #include "scanpage/scansessions.h"
-#include "server/changes.h"
-#include "server/requestlog.h"
+#include "server/waitingroom.h"
 
 namespace vesk::backend {
 
@@ -24,7 +24,7 @@ extern const std::string_view kScanPageIcon;
 class ScanPage {
 public:
     /// All references must outlive the server.
-    ScanPage(const ScanSessions& sessions, const RequestLog& log, Changes& changes);
+    ScanPage(const ScanSessions& sessions, const RequestLog& log, WaitingRoom& waitingRoom);
 
     /// Sets the routes of the server.
     void install(httplib::Server& server);
@@ -46,7 +46,7 @@ private:
 
     const ScanSessions& mSessions;
     const RequestLog& mLog;
-    Changes& mChanges;
+    WaitingRoom& mWaitingRoom;
     std::atomic<int> mViewers{0};
 };
 

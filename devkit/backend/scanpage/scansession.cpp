@@ -1,5 +1,7 @@
 #include "scanpage/scansession.h"
 
+#include "server/json.h"
+
 namespace vesk::backend {
 
 namespace {
@@ -63,27 +65,25 @@ bool ScanSession::isLost() const {
     return isLive() && mAsking == 0 && Clock::now() - mLastAsked > kLostAfter;
 }
 
-void ScanSession::writeTo(JsonWriter& writer) const {
-    writer.StartObject();
-    writeMember(writer, "id", id);
-    writeMember(writer, "channel", channel);
-    writeMember(writer, "seq", seq);
-    writeMember(writer, "qrcode", qrCode);
-    writer.Key("created_ms");
-    writer.Int64(
-        std::chrono::duration_cast<std::chrono::milliseconds>(mCreated.time_since_epoch()).count());
-    writeMember(writer, "state", stateName());
-    writer.Key("live");
-    writer.Bool(isLive() && !isLost());
-    writer.Key("buttons");
-    writer.StartArray();
+std::string ScanSession::toJson() const {
+    std::string buttons = "[";
     for (const NamedButton& named : kScanButtons) {
         if (allows(named.button)) {
-            writer.String(named.name);
+            appendElement(buttons, '"' + std::string(named.name) + '"');
         }
     }
-    writer.EndArray();
-    writer.EndObject();
+    const auto created =
+        std::chrono::duration_cast<std::chrono::milliseconds>(mCreated.time_since_epoch());
+    return JsonLine()
+        .add("id", id)
+        .add("channel", channel)
+        .add("seq", seq)
+        .add("qrcode", qrCode)
+        .add("created_ms", created.count())
+        .add("state", stateName())
+        .add("live", isLive() && !isLost())
+        .addRaw("buttons", buttons + "]")
+        .text();
 }
 
 const char* ScanSession::stateName() const {

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "server/jsontext.h"
-
 namespace vesk::backend {
 
 /// What the player with the telephone can do.
@@ -65,7 +63,7 @@ public:
     void ownerHasAsked();
     bool isLost() const;
 
-    void writeTo(JsonWriter& writer) const;
+    std::string toJson() const;
 
 private:
     /// Those from Denied on are final.

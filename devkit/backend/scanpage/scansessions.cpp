@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "server/digest.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -40,20 +41,17 @@ ScanSession ScanSessions::begin(const std::string& channel, const std::string& s
         session.qrCode = qrCode.empty() ? inventedCode(channel, session.id) : qrCode;
         mSessions.push_back(session);
     }
-    mChanges.note();
+    mWaitingRoom.noteChange();
     return session;
 }
 
 std::string ScanSessions::toJson() const {
-    rapidjson::StringBuffer buffer;
-    JsonWriter writer(buffer);
+    std::string json = "[";
     const std::lock_guard<std::mutex> lock(mMutex);
-    writer.StartArray();
     for (const ScanSession& session : mSessions) {
-        session.writeTo(writer);
+        appendElement(json, session.toJson());
     }
-    writer.EndArray();
-    return std::string(buffer.GetString(), buffer.GetSize());
+    return json + "]";
 }
 
 std::optional<std::string> ScanSessions::qrCodeOf(const std::string& id) const {
@@ -78,7 +76,7 @@ ScanSessions::Pressed ScanSessions::press(const std::string& id, const ScanWord&
         }
     }
     mChanged.notify_all();
-    mChanges.note();
+    mWaitingRoom.noteChange();
     return Pressed::Done;
 }
 
@@ -123,7 +121,7 @@ bool ScanSessions::end(const std::string& id) {
         session->end();
     }
     mChanged.notify_all();
-    mChanges.note();
+    mWaitingRoom.noteChange();
     return true;
 }
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "scanpage/scansession.h"
-#include "server/changes.h"
+#include "server/waitingroom.h"
 
 namespace vesk::backend {
 
@@ -27,8 +27,8 @@ public:
         bool over = false;
     };
 
-    /// @param changes hears of every change
-    explicit ScanSessions(Changes& changes) : mChanges(changes) {}
+    /// @param waitingRoom hears of every change
+    explicit ScanSessions(WaitingRoom& waitingRoom) : mWaitingRoom(waitingRoom) {}
 
     /// Begins a session; no id in it when there are too many.
     /// @param qrCode empty: the backend makes one up
@@ -57,7 +57,7 @@ private:
     ScanSession* find(const std::string& id);
     void forgetOldOnes();
 
-    Changes& mChanges;
+    WaitingRoom& mWaitingRoom;
     mutable std::mutex mMutex;
     std::condition_variable mChanged;
     std::deque<ScanSession> mSessions;

@@ -1,12 +1,12 @@
 #ifndef VESK_DEVKIT_BACKEND_SCANPAGE_SESSIONAPI_H
 #define VESK_DEVKIT_BACKEND_SCANPAGE_SESSIONAPI_H
 
-#include <rapidjson/document.h>
 #include <string>
 
-#include "answers/issuedprecodes.h"
+#include "answers/issued.h"
 #include "httplib.h"
 #include "scanpage/scansessions.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -20,10 +20,10 @@ public:
     void install(httplib::Server& server);
 
 private:
-    void begin(const rapidjson::Document& body, httplib::Response& response);
+    void begin(const JsonMembers& body, httplib::Response& response);
     void image(const std::string& id, httplib::Response& response);
     void word(const std::string& id, const httplib::Request& request, httplib::Response& response);
-    void press(const std::string& id, const rapidjson::Document& body, httplib::Response& response);
+    void press(const std::string& id, const JsonMembers& body, httplib::Response& response);
     void end(const std::string& id, httplib::Response& response);
 
     ScanSessions& mSessions;

@@ -8,7 +8,16 @@
 namespace vesk::backend {
 
 /// The bytes as lower-case hexadecimal digits.
-std::string toHex(std::string_view bytes);
+inline std::string toHex(std::string_view bytes) {
+    constexpr const char* kDigits = "0123456789abcdef";
+    std::string hex;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        hex += kDigits[byte >> 4];
+        hex += kDigits[byte & 15];
+    }
+    return hex;
+}
 
 /// MD5 as 32 lower-case hexadecimal digits. Throws std::runtime_error when that refuses.
 std::string md5Hex(std::string_view data);

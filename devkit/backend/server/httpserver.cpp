@@ -3,7 +3,7 @@
 #include <chrono>
 #include <ctime>
 
-#include "server/connection.h"
+#include "server/system.h"
 
 namespace vesk::backend {
 
@@ -40,13 +40,9 @@ HttpServer::HttpServer(std::unique_ptr<httplib::Server> server) : mServer(std::m
     });
     // The library's own options let two servers share a port without a word.
     mServer->set_socket_options([this](socket_t fd) {
-        Connection::claimPort(static_cast<std::intptr_t>(fd));
+        claimPort(static_cast<std::intptr_t>(fd));
         mListener = fd;
     });
-}
-
-HttpServer::~HttpServer() {
-    stop();
 }
 
 bool HttpServer::bind(int port) {
@@ -70,19 +66,16 @@ void HttpServer::start() {
     }
 }
 
-void HttpServer::stop() {
-    if (!mThread.joinable()) {
-        return;
-    }
+bool HttpServer::stop() {
     mServer->stop();
     const auto deadline = std::chrono::steady_clock::now() + kGraceTime;
-    while (!mEnded) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            Connection::shutdownAll(mPort);
-        }
+    while (!mEnded && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(kPollInterval);
     }
-    mThread.join();
+    if (mEnded) {
+        mThread.join();
+    }
+    return mEnded;
 }
 
 bool readBody(const httplib::Request& request, const httplib::ContentReader& reader,
@@ -98,6 +91,27 @@ bool readBody(const httplib::Request& request, const httplib::ContentReader& rea
     return reader([&body](const char* data, size_t size) {
         body.append(data, size);
         return true;
+    });
+}
+
+void answerError(httplib::Response& response, int status, const std::string& error) {
+    response.status = status;
+    response.set_content(JsonLine().add("error", error).text(), kJsonType);
+}
+
+void onPost(httplib::Server& server, const char* path, const JsonHandler& handler) {
+    server.Post(path, [handler](const httplib::Request& request, httplib::Response& response,
+                                const httplib::ContentReader& reader) {
+        std::string body;
+        const bool isRead = readBody(request, reader, body);
+        const std::string type = request.get_header_value("Content-Type");
+        if (type.substr(0, type.find_first_of("; ")) != kJsonType) {
+            answerError(response, 415, "the content type must be application/json");
+        } else if (const auto members = isRead ? devkit::readJsonObject(body) : std::nullopt) {
+            handler(request, *members, response);
+        } else {
+            answerError(response, 400, "the body is not a JSON object");
+        }
     });
 }
 

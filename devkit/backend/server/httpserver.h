@@ -2,11 +2,13 @@
 #define VESK_DEVKIT_BACKEND_SERVER_HTTPSERVER_H
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
 
 #include "httplib.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -16,7 +18,6 @@ class HttpServer {
 public:
     /// @param server plain or TLS
     explicit HttpServer(std::unique_ptr<httplib::Server> server);
-    ~HttpServer();
 
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
@@ -33,8 +34,9 @@ public:
     /// Serves on a thread of its own; returns when that runs.
     void start();
 
-    /// Lets requests that are being answered finish for a moment, then closes what is left.
-    void stop();
+    /// Takes no further request and lets those that are being answered finish for a moment.
+    /// @return whether they have; if not, the process must end without a destructor.
+    bool stop();
 
 private:
     std::unique_ptr<httplib::Server> mServer;
@@ -48,6 +50,18 @@ private:
 /// @return false when it cannot be read.
 bool readBody(const httplib::Request& request, const httplib::ContentReader& reader,
               std::string& body);
+
+constexpr const char* kJsonType = "application/json";
+
+/// Answers {"error":"<what is wrong>"}.
+void answerError(httplib::Response& response, int status, const std::string& error);
+
+using JsonHandler =
+    std::function<void(const httplib::Request&, const JsonMembers&, httplib::Response&)>;
+
+/// Sets the route of a POST whose body must be a JSON object and say so in its content type: a form
+/// on a page of another site cannot send that type.
+void onPost(httplib::Server& server, const char* path, const JsonHandler& handler);
 
 } // namespace vesk::backend
 

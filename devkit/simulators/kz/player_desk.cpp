@@ -51,7 +51,7 @@ void PlayerDesk::serve() {
     const scanclient::PlayerScript script{"KZ", "0:info:1:", "0:result:1:6:1:no console",
                                           "0:result:1:6:1:the console has gone", stepOf};
     mSession.serve(script, mPreCode, [&](const std::string& steps) {
-        if (steps == script.noConsole) {
+        if (steps == script.noBackend) {
             logProblem("interactive: the dev backend does not answer");
         }
         mEvents->play(readSteps(Settings(), "interactive", steps));

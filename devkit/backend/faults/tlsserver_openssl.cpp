@@ -1,4 +1,4 @@
-#include "server/tlsserver.h"
+#include "faults/tlsserver.h"
 
 #include <fstream>
 #include <stdexcept>

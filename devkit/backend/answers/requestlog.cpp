@@ -1,16 +1,16 @@
-#include "server/requestlog.h"
+#include "answers/requestlog.h"
 
 #include <algorithm>
 #include <map>
 
 #include "server/digest.h"
-#include "server/jsontext.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
 namespace {
 
-void writeHeaders(JsonWriter& writer, const ReceivedRequest& request) {
+std::string headersOf(const ReceivedRequest& request) {
     // A JSON object has one member a name; a header may come several times.
     std::map<std::string, std::string> joined;
     for (const auto& [name, value] : request.headers) {
@@ -19,29 +19,27 @@ void writeHeaders(JsonWriter& writer, const ReceivedRequest& request) {
             entry->second += ", " + value;
         }
     }
-    writer.Key("headers");
-    writer.StartObject();
+    JsonLine json;
     for (const auto& [name, value] : joined) {
-        writeMember(writer, name, value);
+        json.add(name, value);
     }
-    writer.EndObject();
+    return json.text();
 }
 
-void writeEntry(JsonWriter& writer, const LoggedRequest& entry) {
+std::string jsonOf(const LoggedRequest& entry) {
     const ReceivedRequest& request = entry.request;
-    writer.StartObject();
-    writeMember(writer, "method", request.method);
-    writeMember(writer, "path", request.path());
-    writeMember(writer, "query", request.query());
-    writeMember(writer, "target", request.target);
-    writeHeaders(writer, request);
-    writeMember(writer, "body", request.body);
-    writeMember(writer, "body_hex", toHex(request.body));
-    writeMember(writer, "verdict", entry.verdict);
-    writeMember(writer, "answered", entry.scripted ? "scripted" : "default");
-    writer.Key("status");
-    writer.Int(entry.status);
-    writer.EndObject();
+    return JsonLine()
+        .add("method", request.method)
+        .add("path", request.path())
+        .add("query", request.query())
+        .add("target", request.target)
+        .addRaw("headers", headersOf(request))
+        .add("body", request.body)
+        .add("body_hex", toHex(request.body))
+        .add("verdict", entry.verdict)
+        .add("answered", entry.scripted ? "scripted" : "default")
+        .add("status", entry.status)
+        .text();
 }
 
 } // namespace
@@ -53,19 +51,16 @@ void RequestLog::add(const LoggedRequest& entry) {
         mEntries.back().number = ++mLastNumber;
         ++mLastChange;
     }
-    mChanges.note();
+    mWaitingRoom.noteChange();
 }
 
 std::string RequestLog::toJson() const {
-    rapidjson::StringBuffer buffer;
-    JsonWriter writer(buffer);
+    std::string json = "[";
     const std::lock_guard<std::mutex> lock(mMutex);
-    writer.StartArray();
     for (const LoggedRequest& entry : mEntries) {
-        writeEntry(writer, entry);
+        appendElement(json, jsonOf(entry));
     }
-    writer.EndArray();
-    return std::string(buffer.GetString(), buffer.GetSize());
+    return json + "]";
 }
 
 std::vector<LoggedRequest> RequestLog::latest(size_t count) const {
@@ -86,7 +81,7 @@ void RequestLog::clear() {
         mEntries.clear();
         ++mLastChange;
     }
-    mChanges.note();
+    mWaitingRoom.noteChange();
 }
 
 } // namespace vesk::backend

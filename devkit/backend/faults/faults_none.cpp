@@ -1,6 +1,7 @@
-#include "faults/faultyline.h"
-
 #include <stdexcept>
+
+#include "faults/faultyline.h"
+#include "faults/tlsserver.h"
 
 namespace vesk::backend {
 
@@ -21,5 +22,13 @@ size_t FaultyLine::connections() const {
 }
 
 void FaultyLine::set(const LineFault&) {}
+
+bool hasTls() {
+    return false;
+}
+
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string&, const CertificateChoice&) {
+    throw std::runtime_error("this build has no TLS");
+}
 
 } // namespace vesk::backend

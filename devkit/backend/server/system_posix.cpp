@@ -1,6 +1,8 @@
-#include "server/endsignal.h"
+#include "server/system.h"
 
+#include <poll.h>
 #include <signal.h>
+#include <sys/socket.h>
 
 namespace vesk::backend {
 
@@ -26,6 +28,22 @@ void EndSignal::wait() {
     const sigset_t signals = endSignals();
     int received = 0;
     sigwait(&signals, &received);
+}
+
+void claimPort(std::intptr_t listener) {
+    const int on = 1;
+    ::setsockopt(static_cast<int>(listener), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+}
+
+bool hasArrived(std::intptr_t socket) {
+    pollfd state{};
+    state.fd = static_cast<int>(socket);
+    state.events = POLLIN;
+    return ::poll(&state, 1, 0) > 0;
+}
+
+bool canReset() {
+    return true;
 }
 
 } // namespace vesk::backend

@@ -1,7 +1,7 @@
-#include "answers/issuedlogins.h"
+#include "answers/issued.h"
 
 #include "server/digest.h"
-#include "server/jsontext.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -10,6 +10,7 @@ namespace {
 constexpr size_t kOpenidLength = 32;
 constexpr size_t kUidHexDigits = 8;
 constexpr size_t kTokenBytes = 20;
+constexpr size_t kPreCodeBytes = 8;
 
 } // namespace
 
@@ -39,19 +40,32 @@ std::optional<Problem> IssuedLogins::check(const std::string& channelId, const s
     const std::lock_guard<std::mutex> lock(mMutex);
     if (mOpenids.count(openid) == 0) {
         return Problem{Ret::UnknownLogin,
-                       "openid " + quoted(openid) + " has no login with this backend"};
+                       "openid " + inQuotes(openid) + " has no login with this backend"};
     }
     const auto login = mChannelIds.find({openid, token});
     if (login == mChannelIds.end()) {
         return Problem{Ret::UnknownLogin,
-                       "the token was not handed out to openid " + quoted(openid)};
+                       "the token was not handed out to openid " + inQuotes(openid)};
     }
     if (login->second != channelId) {
-        return Problem{Ret::LogoutChannel, "channelid is " + quoted(channelId) +
+        return Problem{Ret::LogoutChannel, "channelid is " + inQuotes(channelId) +
                                                ", the login was made on channel " +
-                                               quoted(login->second)};
+                                               inQuotes(login->second)};
     }
     return std::nullopt;
+}
+
+std::string IssuedPreCodes::issue(const std::string& seq) {
+    std::string preCode = "pre-" + randomHex(kPreCodeBytes);
+    const std::lock_guard<std::mutex> lock(mMutex);
+    mSeqs[preCode] = seq;
+    return preCode;
+}
+
+std::string IssuedPreCodes::seqOf(const std::string& preCode) const {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    const auto found = mSeqs.find(preCode);
+    return found == mSeqs.end() ? std::string() : found->second;
 }
 
 } // namespace vesk::backend

@@ -1,8 +1,33 @@
-#include "server/jsonmembers.h"
+#include "server/json.h"
 
-#include "server/jsontext.h"
+#include <charconv>
 
 namespace vesk::backend {
+
+namespace {
+
+constexpr size_t kMaxQuoted = 120;
+
+} // namespace
+
+void appendElement(std::string& array, std::string_view json) {
+    array += array.size() > 1 ? "," : "";
+    array += json;
+}
+
+std::string memberOf(const JsonMembers& members, const char* name) {
+    const auto member = members.find(name);
+    return member == members.end() ? std::string() : member->second;
+}
+
+std::optional<long long> numberOf(const std::string& text, long long min, long long max) {
+    long long number = 0;
+    const char* const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    const bool isGood =
+        result.ec == std::errc() && result.ptr == end && number >= min && number <= max;
+    return isGood ? std::optional<long long>(number) : std::nullopt;
+}
 
 std::string checkMembers(const rapidjson::Value& object, const std::string& where,
                          std::initializer_list<const char*> names) {
@@ -14,17 +39,17 @@ std::string checkMembers(const rapidjson::Value& object, const std::string& wher
     for (const char* name : names) {
         if (member == object.MemberEnd()) {
             return where + " ends after " + std::to_string(index) + " members where " +
-                   quoted(name) + " was expected";
+                   inQuotes(name) + " was expected";
         }
         ++index;
         if (textOf(member->name) != name) {
             return "member " + std::to_string(index) + " of " + where + " is " +
-                   quoted(textOf(member->name)) + " where " + quoted(name) + " was expected";
+                   inQuotes(textOf(member->name)) + " where " + inQuotes(name) + " was expected";
         }
         ++member;
     }
     if (member != object.MemberEnd()) {
-        return where + " has the member " + quoted(textOf(member->name)) + " after its last one";
+        return where + " has the member " + inQuotes(textOf(member->name)) + " after its last one";
     }
     return {};
 }
@@ -50,6 +75,13 @@ std::string kindOf(const rapidjson::Value& value) {
         return "a number";
     }
     return "a value";
+}
+
+std::string inQuotes(std::string_view text) {
+    std::string result = "'";
+    result += text.substr(0, kMaxQuoted);
+    result += text.size() > kMaxQuoted ? "...'" : "'";
+    return result;
 }
 
 } // namespace vesk::backend

@@ -1,5 +1,5 @@
-#ifndef VESK_DEVKIT_BACKEND_SERVER_REQUESTLOG_H
-#define VESK_DEVKIT_BACKEND_SERVER_REQUESTLOG_H
+#ifndef VESK_DEVKIT_BACKEND_ANSWERS_REQUESTLOG_H
+#define VESK_DEVKIT_BACKEND_ANSWERS_REQUESTLOG_H
 
 #include <chrono>
 #include <cstdint>
@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "server/changes.h"
-#include "server/receivedrequest.h"
+#include "checks/contract.h"
+#include "server/waitingroom.h"
 
 namespace vesk::backend {
 
@@ -30,8 +30,8 @@ struct LoggedRequest {
 /// Keeps the requests in the order they came. Safe to use from several threads.
 class RequestLog {
 public:
-    /// @param changes hears of every change
-    explicit RequestLog(Changes& changes) : mChanges(changes) {}
+    /// @param waitingRoom hears of every change
+    explicit RequestLog(WaitingRoom& waitingRoom) : mWaitingRoom(waitingRoom) {}
 
     void add(const LoggedRequest& entry);
 
@@ -47,7 +47,7 @@ public:
     void clear();
 
 private:
-    Changes& mChanges;
+    WaitingRoom& mWaitingRoom;
     mutable std::mutex mMutex;
     uint64_t mLastNumber = 0;
     uint64_t mLastChange = 0;

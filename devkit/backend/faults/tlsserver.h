@@ -1,10 +1,13 @@
-#ifndef VESK_DEVKIT_BACKEND_FAULTS_CERTIFICATECHOICE_H
-#define VESK_DEVKIT_BACKEND_FAULTS_CERTIFICATECHOICE_H
+#ifndef VESK_DEVKIT_BACKEND_FAULTS_TLSSERVER_H
+#define VESK_DEVKIT_BACKEND_FAULTS_TLSSERVER_H
 
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <memory>
 #include <string>
+
+#include "httplib.h"
 
 namespace vesk::backend {
 
@@ -40,6 +43,15 @@ public:
 private:
     std::atomic<CertificateKind> mKind{CertificateKind::Good};
 };
+
+/// Whether this build has TLS; that for Windows has none.
+bool hasTls();
+
+/// A server with fresh certificates, whose CA goes to the file `caOut` unless that is empty.
+/// @param choice what each handshake is given; outlives the server
+/// Throws std::runtime_error when that fails, or the build has no TLS.
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string& caOut,
+                                               const CertificateChoice& choice);
 
 } // namespace vesk::backend
 

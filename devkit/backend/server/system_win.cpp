@@ -1,6 +1,6 @@
-#include "server/endsignal.h"
+#include "server/system.h"
 
-#include <windows.h>
+#include <winsock2.h>
 
 namespace vesk::backend {
 
@@ -30,6 +30,24 @@ EndSignal::EndSignal() {
 
 void EndSignal::wait() {
     WaitForSingleObject(endEvent(), INFINITE);
+}
+
+void claimPort(std::intptr_t listener) {
+    // A port is free here as soon as its program has ended.
+    const BOOL on = TRUE;
+    ::setsockopt(static_cast<SOCKET>(listener), SOL_SOCKET, SO_EXCLUSIVEADDRUSE,
+                 reinterpret_cast<const char*>(&on), sizeof(on));
+}
+
+bool hasArrived(std::intptr_t socket) {
+    pollfd state{};
+    state.fd = static_cast<SOCKET>(socket);
+    state.events = POLLIN;
+    return WSAPoll(&state, 1, 0) > 0;
+}
+
+bool canReset() {
+    return false;
 }
 
 } // namespace vesk::backend

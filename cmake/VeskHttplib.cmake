@@ -1,0 +1,12 @@
+# cpp-httplib, which the dev backend serves with and the simulated messengers ask with.
+add_library(vesk_httplib INTERFACE)
+if(WIN32)
+    find_path(VESK_HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)
+    find_library(VESK_HTTPLIB_LIBRARY httplib REQUIRED)
+    target_include_directories(vesk_httplib SYSTEM INTERFACE "${VESK_HTTPLIB_INCLUDE_DIR}")
+    target_link_libraries(vesk_httplib INTERFACE "${VESK_HTTPLIB_LIBRARY}" ws2_32)
+else()
+    find_package(PkgConfig REQUIRED)
+    pkg_check_modules(CPP_HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+    target_link_libraries(vesk_httplib INTERFACE PkgConfig::CPP_HTTPLIB)
+endif()
