@@ -29,7 +29,7 @@ std::string scrambledLines(const std::string& text) {
     return bytes;
 }
 
-std::string read(const std::string& bytes, const RecordFormat& format, size_t piece, bool redact) {
+std::string read(const std::string& bytes, RecordFormat format, size_t piece, bool redact) {
     std::string out;
     RecordPrinter printer(format, [&](std::string_view text) { out += text; });
     LogReader reader(printer, {}, redact);
@@ -67,13 +67,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         bytes = vesk::test::inTextMode(bytes);
     }
     const bool redact = (mode & kRedact) != 0;
-    const std::string shown = read(bytes, TextFormat(), piece, redact);
-    expect(shown == read(bytes, TextFormat(), bytes.size() + 1, redact),
+    const std::string shown = read(bytes, appendAsText, piece, redact);
+    expect(shown == read(bytes, appendAsText, bytes.size() + 1, redact),
            "pieces are read as the whole is");
     for (const char* steering : {"\x1b", "\xc2\x9b", "\xe2\x80\xae"}) {
         expect(shown.find(steering) == std::string::npos, "nothing steers the terminal");
     }
-    expectJson(read(bytes, JsonFormat(), piece, redact));
+    expectJson(read(bytes, appendAsJson, piece, redact));
     LoginStory story;
     LogReader reader(story, {}, true);
     reader.feed(bytes);

@@ -1,6 +1,9 @@
 #include "loginstep.h"
 
 #include <algorithm>
+#include <charconv>
+
+#include "common/resultcodes.h"
 
 namespace vesk::logread {
 
@@ -15,34 +18,90 @@ struct Row {
     Kind kind;
     std::string_view words;
     /// Behind this in the message stands a value worth showing, up to a blank or a comma.
-    std::string_view detail;
+    std::string_view detail = {};
+    /// 0: does not decide what the game is told.
+    int64_t retCode = 0;
+    /// What to do when the login ends with this step.
+    std::string_view remedy = {};
 };
 
+constexpr std::string_view kMessengerFile =
+    "put the messenger's component beside the SDK, the 64-bit one, with all that it needs itself";
+constexpr std::string_view kSteamFile =
+    "put Steam's own steam_api64.dll beside the SDK, the 64-bit one";
+
+constexpr std::string_view kNoAnswer = "the log ends, or the game did, before the backend's answer";
+constexpr std::string_view kSilent = "the component says nothing: give each login a time limit";
+
 constexpr Row kRows[] = {
-    {"VESKLoginManager::Login", "] Login", Kind::begin, "request", ""},
-    {"VESKLoginManager::AutoLogin", "begin autologin", Kind::begin, "automatic request", ""},
-    {"VESKLoginManager::GetLoginPreCode", "", Kind::middle, "pre-code asked for", ""},
-    {"VESKLoginManager::OnPreCodeResp", "OnPreCodeResp ret:0,", Kind::middle,
-     "pre-code answer: ret ", "\"ret\":"},
-    {"VESKLoginManager::OnPreCodeResp", "OnPreCodeResp ret:", Kind::middle,
-     "no pre-code answer: result ", "OnPreCodeResp ret:"},
-    {"VESKLoginIMPL::LoginChannel", ", channel:", Kind::middle, "channel starts", ""},
-    {"VESKLoginIMPL::PluginAutoLogin", ", channel:", Kind::middle, "channel starts", ""},
-    {"VESKLogin::QrCodeRetObserver", "will notify user", Kind::middle, "QR code shown", ""},
+    {"VESKLoginManager::Login", "] Login", Kind::begin, "request", "", 0,
+     "channels are named KZ, Ferno and Steam, exactly so"},
+    {"VESKLoginManager::AutoLogin", "begin autologin", Kind::begin, "automatic request"},
+    {"VESKLoginManager::AutoLogin", "Auto login only", Kind::middle, "refused", "", 7},
+    {"VESKLoginManager::AutoLogin", "loginret invalid", Kind::middle, "no player known", "", 1001},
+    {"VESKLoginManager::GetLoginPreCode", "", Kind::middle, "pre-code asked for", "", 0, kNoAnswer},
+    {"VESKLoginManager::OnPreCodeResp", "is not equal", Kind::drop, "superseded by a newer login"},
+    {"VESKLoginManager::OnPreCodeResp", "OnPreCodeResp ret:", Kind::answer, "pre-code answer"},
+    {"VESKLoginManager::OnPreCodeResp", "No preCode!", Kind::failure, "no pre-code in it", "", 5},
+    {"VESKLoginIMPL::LoginChannel", ", channel:", Kind::middle, "channel starts", "", 0, kSilent},
+    {"VESKLoginIMPL::PluginAutoLogin", ", channel:", Kind::middle, "channel starts", "", 0,
+     kSilent},
+    {"VESKLogin::QrCodeRetObserver", "will notify user", Kind::middle, "QR code shown", "", 0,
+     "the player has to scan the code before it expires"},
     {"VESKLogin::QrCodeRetObserver", "observer is null", Kind::middle,
-     "QR code not shown: no observer", ""},
-    {"VESKFRWrapper::login_resp", "Qrcode was scaned", Kind::middle, "QR code scanned", ""},
+     "QR code not shown: no observer"},
+    {"VESKFRWrapper::login_resp", "Qrcode was scaned", Kind::middle, "QR code scanned", "", 0,
+     "the player has to confirm the login"},
     {"VESKKZWrapper::OnKZOpenSDKCallback", "OpenSDK_QrScanResult_", Kind::middle,
      "QR code is: ", "OpenSDK_QrScanResult_"},
-    {"VESKLoginManager::PluginLoginObserver", " ], {", Kind::middle, "plugin answer", ""},
+    {"VESKKZWrapper::InitializeOpenSDK", "Create OpenSDK instance failed", Kind::failure,
+     "KZOpenSDK.dll cannot be loaded", "", 9999, kMessengerFile},
+    {"VESKKZWrapper::InitializeOpenSDK", "Init OpenSDK failed", Kind::failure,
+     "KZOpenSDK.dll does not start", "", 9999,
+     "put KZOpenSDK.dll beside the SDK; look at KZ_APP_ID and KZ_APP_KEY"},
+    {"VESKKZWrapper::StartQrCodeLogin", "LoginByQRCode failed", Kind::failure,
+     "KZOpenSDK.dll refuses to show a code", "", 9999, "look at KZ_APP_ID and KZ_APP_KEY"},
+    {"VESKKZWrapper::OnKZOpenSDKCallback", "QrScanResult had logined", Kind::failure,
+     "the player is logged in to KZ already", "", 0, "the player has to log out in KZ"},
+    {"VESKLoginKZ::AnswerWithoutEvents", "Advise failed: ", Kind::failure,
+     "KZOpenSDK.dll refuses the SDK as a listener: ", "Advise failed: ", 17,
+     "ask the component's maker: docs/kz-component.md"},
+    {"VESKFRWrapper::InitializeOpenSDK", "Load frlogin.dll failed", Kind::failure,
+     "frlogin.dll cannot be loaded", "", 9999, kMessengerFile},
+    {"VESKFRWrapper::Login", "Load frlogin.dll failed", Kind::failure,
+     "frlogin.dll cannot be loaded", "", 9999, kMessengerFile},
+    {"VESKFRWrapper::Login", "Not found function ", Kind::failure, "frlogin.dll has no function ",
+     "Not found function ", 9999, kMessengerFile},
+    {"VESKSteamWrapper::InitSteamApi", "Load steam_api64.dll failed", Kind::failure,
+     "steam_api64.dll cannot be loaded", "", 17, kSteamFile},
+    {"VESKSteamWrapper::InitSteamApi", "Get SteamAPI_Init func failed", Kind::failure,
+     "steam_api64.dll is no library of Steam's", "", 17, kSteamFile},
+    {"VESKSteamWrapper::InitSteamApi", "restart from Steam Client", Kind::failure,
+     "Steam wants to start the game itself", "", 17,
+     "end the game, Steam starts it anew; while developing leave STEAM_APP_ID empty"},
+    {"VESKSteamWrapper::InitSteamApi", "Client is running:0", Kind::failure,
+     "the Steam client does not run", "", 17, "start Steam"},
+    {"VESKSteamWrapper::InitSteamApi", "Init Steam SDK result:0", Kind::failure,
+     "Steam does not start", "", 17,
+     "start Steam with an account that owns the app; steam_appid.txt belongs beside the game"},
+    {"VESKLoginManager::PluginLoginObserver", " ], {", Kind::middle, "plugin answer"},
     {"VESKLoginManager::PluginLoginObserver", "is not equal", Kind::drop,
-     "superseded by a newer login", ""},
-    {"VESKLoginManager::PluginLoginObserver", " url: ", Kind::middle, "backend asked", ""},
-    {"::ConvertLoginRet", ", respBody:{", Kind::middle, "backend answer: ret ", "\"ret\":"},
-    {"::ConvertLoginRet", ", respBody:", Kind::middle, "backend answer: nothing usable", ""},
-    {"VESKLogin::LoginRetObserver", "will notify user", Kind::deliver, "delivery", ""},
+     "superseded by a newer login"},
+    {"VESKLoginManager::PluginLoginObserver", " url: ", Kind::middle, "backend asked", "", 0,
+     kNoAnswer},
+    {"VESKHTTPClient::SendPostRequest", "return retcode:", Kind::transport, "", "retcode:", 4},
+    {"VESKHTTPManager::OnHTTPClientCallBack", "responseCode: ", Kind::transport, "",
+     "responseCode: ", 4},
+    {"VESKHTTPManager::RunRequest", "req timeout!", Kind::transport, "", "", 4},
+    {"VESKHTTPManager::RunRequest", "http request fail", Kind::transport, "", "", 4},
+    {"::ConvertLoginRet", ", respBody:", Kind::answer, "backend answer"},
+    {"VESKJsonReader::init", "Parse json string [", Kind::unusable, "", "", 5},
+    {"VESKJsonReader::init", "value = NULL", Kind::unusable, "", "", 5},
+    {"VESKLoginManager::OnPreCodeResp", "inside an answer", Kind::failure, "memory ran out", "", 4},
+    {"VESKLoginManager::OnLoginResp", "inside an answer", Kind::failure, "memory ran out", "", 4},
+    {"VESKLogin::LoginRetObserver", "will notify user", Kind::deliver, "result delivered"},
     {"VESKLogin::LoginRetObserver", "observer is null", Kind::drop,
-     "not delivered: no observer, or not the current login", ""},
+     "not delivered: no observer, or not the current login"},
 };
 
 /// Errors of these belong to the login that is under way.
@@ -50,38 +109,103 @@ constexpr std::string_view kComponents[] = {
     "VESKFRWrapper::", "VESKKZWrapper::",  "VESKLoginFerno::",
     "VESKLoginKZ::",   "VESKLoginSteam::", "VESKSteamWrapper::"};
 
-bool endsWith(std::string_view text, std::string_view end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+/// The product's namespaces stand before the name.
+bool isMethod(std::string_view method, std::string_view name) {
+    return method.size() >= name.size() && method.substr(method.size() - name.size()) == name;
 }
 
 bool holds(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
-/// What stands behind the last `part`, up to one of `ends`.
+std::string_view behind(std::string_view text, std::string_view part) {
+    const size_t at = text.find(part);
+    return at == std::string_view::npos ? std::string_view() : text.substr(at + part.size());
+}
+
+/// What stands behind `part`, up to one of `ends`.
 std::string valueBehind(std::string_view text, std::string_view part, std::string_view ends) {
-    const size_t at = text.rfind(part);
-    if (at == std::string_view::npos) {
-        return {};
-    }
-    const std::string_view rest = text.substr(at + part.size());
+    const std::string_view rest = behind(text, part);
     return std::string(rest.substr(0, rest.find_first_of(ends)));
 }
 
-/// The id in "[ 1106-...-1 ] ...", or nothing.
+std::optional<int64_t> numberBehind(std::string_view text, std::string_view part) {
+    const std::string digits = valueBehind(text, part, " ,}]\r\n");
+    int64_t value = 0;
+    const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return end.ptr == digits.data() ? std::nullopt : std::optional<int64_t>(value);
+}
+
+/// The id in "[ 1106-...-1 ] ...", or in an address; or nothing.
 std::string sequenceId(std::string_view message) {
+    std::string inAddress = valueBehind(message, "&seq=", "& ,");
+    if (!inAddress.empty()) {
+        return inAddress;
+    }
     const size_t at = message.find("[ ");
     return at > 1 ? std::string() : valueBehind(message.substr(0, message.find(']')), "[ ", " ");
 }
 
-LoginStep step(const Row& row, const LogRecord& record) {
+/// A member of the backend's answer, which may break off anywhere and have blanks after a colon.
+std::string_view member(std::string_view body, std::string_view name) {
+    std::string_view value = behind(body, std::string("\"").append(name).append("\""));
+    value.remove_prefix(std::min(value.find_first_not_of(" \t\r\n:"), value.size()));
+    return value;
+}
+
+/// Reads an answer of the backend, and what the transport says of it.
+void readAnswer(const LogRecord& record, LoginStep& step) {
+    const std::string_view body = behind(record.message, ", respBody:");
+    const int64_t transport = numberBehind(record.message, "OnPreCodeResp ret:").value_or(0);
+    const bool isPreCode = holds(record.message, "OnPreCodeResp ret:");
+    if (transport != 0) {
+        step.words.insert(0, "no ");
+        step.codes = {4, transport};
+    } else if (body.empty() || body[0] != '{') {
+        step.words.append(body.empty() && !record.cut ? ": empty" : ": no JSON");
+        step.codes = {5, isPreCode ? devkit::kNobody : 0};
+    } else {
+        const int64_t ret = numberBehind(member(body, "ret"), "").value_or(devkit::kNobody);
+        const bool realName = member(body, "need_name_auth").substr(0, 4) == "true";
+        step.words.append(": ret ").append(std::to_string(ret));
+        step.codes = {ret != 0 ? 5 : realName ? 20 : 0, ret};
+        const std::string_view message = member(body, "msg");
+        if (!message.empty() && message[0] == '"') {
+            step.message = valueBehind(message, "\"", "\"");
+        }
+    }
+}
+
+/// Which of libcurl's codes, statuses and codes of the SDK's own the request has ended with.
+void readTransport(const Row& row, const LogRecord& record, LoginStep& step) {
+    constexpr int64_t kNoStart = 2, kExpired = 4, kNoStatus = 833;
+    int64_t code = row.part == "req timeout!" ? kExpired : kNoStart;
+    if (!row.detail.empty()) {
+        code = numberBehind(record.message, row.detail).value_or(0);
+        code = code == 0 && row.detail == "responseCode: " ? kNoStatus : code;
+    }
+    step.codes = {4, code};
+}
+
+LoginStep makeStep(const Row& row, const LogRecord& record) {
     LoginStep step;
     step.kind = row.kind;
     step.words = row.words;
+    step.remedy = row.remedy;
     step.sequenceId = sequenceId(record.message);
-    if (!row.detail.empty()) {
-        const std::string value = valueBehind(record.message, row.detail, " ,}\n");
-        step.words.append(value.empty() ? "none" : value);
+    if (row.retCode != 0) {
+        constexpr int64_t kOutOfMemory = 27;
+        const int64_t own = row.retCode == 4   ? kOutOfMemory
+                            : row.retCode == 5 ? 0
+                                               : devkit::kNobody;
+        step.codes = {row.retCode, own};
+    }
+    if (row.kind == Kind::answer) {
+        readAnswer(record, step);
+    } else if (row.kind == Kind::transport) {
+        readTransport(row, record, step);
+    } else if (!row.detail.empty()) {
+        step.words.append(valueBehind(record.message, row.detail, " ,}\n"));
     }
     if (row.part == ", channel:") {
         step.channel = valueBehind(record.message, row.part, " \n");
@@ -93,8 +217,8 @@ LoginStep step(const Row& row, const LogRecord& record) {
 
 std::optional<LoginStep> readLoginStep(const LogRecord& record) {
     for (const Row& row : kRows) {
-        if (endsWith(record.method, row.method) && holds(record.message, row.part)) {
-            return step(row, record);
+        if (isMethod(record.method, row.method) && holds(record.message, row.part)) {
+            return makeStep(row, record);
         }
     }
     const bool isComponent =
@@ -102,14 +226,15 @@ std::optional<LoginStep> readLoginStep(const LogRecord& record) {
                     [&](std::string_view name) { return holds(record.method, name); });
     if (record.level == 'E' && isComponent) {
         LoginStep error;
-        error.words.append("error: ").append(record.message);
+        error.kind = Kind::failure;
+        error.words = record.message;
         return error;
     }
     return std::nullopt;
 }
 
 std::optional<std::string> readRequestedChannel(const LogRecord& record) {
-    if (!endsWith(record.method, "VESKLogin::Login") || !holds(record.message, " permissions:")) {
+    if (!isMethod(record.method, "VESKLogin::Login") || !holds(record.message, " permissions:")) {
         return std::nullopt;
     }
     return valueBehind(record.message.substr(0, record.message.find(" permissions:")),

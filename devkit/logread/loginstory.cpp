@@ -3,12 +3,27 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "printabletext.h"
-#include "timestamp.h"
+#include "common/calendar.h"
+#include "common/resultcodes.h"
+#include "recordprinter.h"
 
 namespace vesk::logread {
 
 namespace {
+
+using Kind = LoginStep::Kind;
+
+/// Of "2026-11-24 13:53:09.383"; only the difference of two means something.
+std::optional<int64_t> toMilliseconds(std::string_view time) {
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, fraction = 0;
+    if (std::sscanf(std::string(time).c_str(),
+                    "%4d-%2d-%2d %2d:%2d:%2d.%3d", // NOLINT(cert-err34-c)
+                    &year, &month, &day, &hour, &minute, &second, &fraction) != 7) {
+        return std::nullopt;
+    }
+    const int64_t days = devkit::daysSince1970({year, month, day});
+    return (((days * 24 + hour) * 60 + minute) * 60 + second) * 1000 + fraction;
+}
 
 void appendStep(std::string& out, int64_t sinceBegin, int64_t sinceLast, std::string_view words) {
     char times[64] = {};
@@ -17,6 +32,14 @@ void appendStep(std::string& out, int64_t sinceBegin, int64_t sinceLast, std::st
     out.append(times);
     appendPrintable(out, words);
     out.push_back('\n');
+}
+
+void appendLine(std::string& out, std::string_view topic, std::string_view text) {
+    if (!text.empty()) {
+        out.append("  ").append(topic);
+        appendPrintable(out, text);
+        out.push_back('\n');
+    }
 }
 
 } // namespace
@@ -31,13 +54,12 @@ void LoginStory::take(const LogRecord& record) {
     if (!step) {
         return;
     }
-    if (step->kind == LoginStep::Kind::begin && !step->sequenceId.empty()) {
-        mLogins.push_back({step->sequenceId,
-                           std::move(mRequestedChannel),
-                           std::string(record.time),
-                           {},
-                           false,
-                           false});
+    if (step->kind == Kind::begin && !step->sequenceId.empty()) {
+        Login login;
+        login.sequenceId = step->sequenceId;
+        login.channel = std::move(mRequestedChannel);
+        login.time = record.time;
+        mLogins.push_back(std::move(login));
         mRequestedChannel.clear();
     }
     Login* login = find(step->sequenceId);
@@ -47,9 +69,16 @@ void LoginStory::take(const LogRecord& record) {
     if (!step->channel.empty()) {
         login->channel = step->channel;
     }
-    login->steps.push_back({*at, std::move(step->words)});
-    login->delivered |= step->kind == LoginStep::Kind::deliver;
-    login->dropped |= step->kind == LoginStep::Kind::drop;
+    if (!login->delivered) {
+        learn(*login, *step);
+    }
+    const bool isStep = step->kind != Kind::transport && step->kind != Kind::unusable;
+    // A component that cannot be loaded is told by each function that it was to be loaded for.
+    if (isStep && (login->steps.empty() || login->steps.back().words != step->words)) {
+        login->steps.push_back({*at, std::move(step->words)});
+    }
+    login->delivered |= step->kind == Kind::deliver;
+    login->dropped |= step->kind == Kind::drop;
 }
 
 /// Without an id: the newest login, as long as it is under way.
@@ -63,6 +92,59 @@ LoginStory::Login* LoginStory::find(const std::string& sequenceId) {
         return login.sequenceId == sequenceId;
     });
     return found == mLogins.rend() ? nullptr : &*found;
+}
+
+/// What the step says about the way in which the login will end.
+void LoginStory::learn(Login& login, LoginStep& step) {
+    switch (step.kind) {
+    case Kind::begin:
+    case Kind::middle:
+        login.codes = step.codes;
+        login.remedy = step.remedy;
+        login.failure.clear();
+        login.transport = 0;
+        break;
+    case Kind::answer:
+        login.codes = step.codes;
+        login.remedy.clear();
+        login.message = step.message;
+        if (login.transport != 0) {
+            step.words = step.words.rfind("no ", 0) == 0 ? step.words : "no backend answer";
+            login.codes = ResultCodes{4, login.transport};
+        }
+        break;
+    case Kind::failure:
+        // The first one that somebody can mend is the cause of the others.
+        if (login.failure.empty() || login.remedy.empty()) {
+            login.failure = step.words;
+            login.remedy = step.remedy;
+            login.codes = step.codes ? step.codes : login.codes;
+        }
+        break;
+    case Kind::transport:
+        if (step.codes->thirdCode != 0) {
+            login.transport = step.codes->thirdCode;
+        }
+        break;
+    case Kind::unusable:
+        if (login.codes && !login.steps.empty()) {
+            const bool isPreCode = login.steps.back().words.rfind("pre-code", 0) == 0;
+            login.codes = ResultCodes{5, isPreCode ? devkit::kNobody : 0};
+            login.steps.back().words.append(", but no JSON");
+        }
+        break;
+    case Kind::deliver:
+        // A messenger's failure is the only one that leaves no codes in the log.
+        if (!login.codes && !login.failure.empty()) {
+            login.codes = ResultCodes{9999, devkit::kNobody};
+        }
+        if (login.codes) {
+            step.words.append(": retCode ").append(std::to_string(login.codes->retCode));
+        }
+        break;
+    case Kind::drop:
+        break;
+    }
 }
 
 std::string LoginStory::text(const std::string& sequenceId) const {
@@ -87,8 +169,32 @@ void LoginStory::appendLogin(std::string& out, const Login& login) {
         appendStep(out, step.at - login.steps.front().at, step.at - last, step.words);
         last = step.at;
     }
-    if (!login.delivered && !login.dropped) {
-        out.append("            no result in this log\n");
+    appendResult(out, login);
+}
+
+void LoginStory::appendResult(std::string& out, const Login& login) {
+    const std::string& last = login.steps.back().words;
+    if (login.dropped) {
+        appendLine(out, "result   none: ", last);
+    } else if (!login.delivered) {
+        const bool isOpen = login.remedy.empty() && !login.failure.empty();
+        appendLine(out, "result   none in this log; the last step is: ", last);
+        appendLine(out, "outside  ", login.failure == last ? "" : login.failure);
+        appendLine(out, "remedy   ", isOpen ? devkit::explainResult(9999).remedy : login.remedy);
+    } else if (!login.codes) {
+        appendLine(out, "result   ", "the records that tell its retCode are not in this log");
+    } else {
+        const auto [retCode, thirdCode] = *login.codes;
+        appendLine(out, "result   retCode ",
+                   std::to_string(retCode) + ", " + devkit::explainResult(retCode).meaning);
+        std::string outside = devkit::explainOutside(retCode, thirdCode).meaning;
+        if (retCode == 5) {
+            outside = outside.empty() ? "the backend's answer has no code" : outside;
+            outside.append(login.message.empty() ? "" : ": \"" + login.message + '"');
+        }
+        appendLine(out, "outside  ", outside.empty() ? login.failure : outside);
+        appendLine(out, "remedy   ",
+                   login.remedy.empty() ? devkit::remedyFor(retCode, thirdCode) : login.remedy);
     }
 }
 

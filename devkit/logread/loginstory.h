@@ -9,7 +9,7 @@
 
 namespace vesk::logread {
 
-/// Tells each login as a list of its steps with the milliseconds between them.
+/// Tells of each login what its steps were, how it ended, why, and what to do about it.
 class LoginStory : public RecordConsumer {
 public:
     void take(const LogRecord& record) override;
@@ -26,12 +26,20 @@ private:
         std::string channel;
         std::string time;
         std::vector<Step> steps;
+        /// What the game is told, or would have been.
+        std::optional<ResultCodes> codes;
+        int64_t transport = 0;
+        std::string failure; ///< in the words of a component
+        std::string message; ///< in the words of the backend
+        std::string remedy;
         bool delivered = false;
         bool dropped = false;
     };
 
     Login* find(const std::string& sequenceId);
+    static void learn(Login& login, LoginStep& step);
     static void appendLogin(std::string& out, const Login& login);
+    static void appendResult(std::string& out, const Login& login);
 
     std::vector<Login> mLogins;
     std::string mRequestedChannel;

@@ -1,8 +1,54 @@
 #include "logreader.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "common/text.h"
+
 namespace vesk::logread {
+
+namespace {
+
+constexpr std::string_view kLevels = "DIWE";
+
+/// Ids end in a counter: "...-1" is not in "...-12".
+bool holdsId(std::string_view text, std::string_view id) {
+    for (size_t at = text.find(id); at != std::string_view::npos; at = text.find(id, at + 1)) {
+        const size_t end = at + id.size();
+        if ((at == 0 || !devkit::isDigit(text[at - 1])) &&
+            (end == text.size() || !devkit::isDigit(text[end]))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether the text looks like the pattern, in which '0' stands for any digit.
+bool looksLike(std::string_view text, std::string_view pattern) {
+    return std::equal(
+        text.begin(), text.end(), pattern.begin(), pattern.end(),
+        [](char c, char wanted) { return wanted == '0' ? devkit::isDigit(c) : c == wanted; });
+}
+
+} // namespace
+
+bool RecordFilter::passes(const LogRecord& record) {
+    mIsTime = record.time.empty() ? mIsTime : record.time >= since;
+    if (!since.empty() && !mIsTime) {
+        return false;
+    }
+    const size_t wanted = kLevels.find(level);
+    const size_t found = record.level == 0 ? 0 : kLevels.find(record.level);
+    return found >= wanted && (sequenceId.empty() || holdsId(record.message, sequenceId));
+}
+
+bool isTime(std::string_view text) {
+    return looksLike(text, "0000-00-00 00:00") || looksLike(text, "0000-00-00 00:00:00");
+}
+
+bool isTimeOfDay(std::string_view text) {
+    return looksLike(text, "00:00") || looksLike(text, "00:00:00");
+}
 
 LogReader::LogReader(RecordConsumer& consumer, RecordFilter filter, bool redact)
     : mConsumer(consumer), mFilter(std::move(filter)),

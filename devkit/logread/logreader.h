@@ -2,13 +2,35 @@
 #define VESK_DEVKIT_LOGREAD_LOGREADER_H
 
 #include <optional>
+#include <string>
 
 #include "recorddecoder.h"
-#include "recordfilter.h"
 #include "recordsplitter.h"
 #include "redactor.h"
 
 namespace vesk::logread {
+
+/// Passes the records that meet every condition that is set.
+struct RecordFilter {
+    /// That level and the more serious ones: 'D', 'I', 'W', 'E'.
+    char level = 'D';
+    /// Records that hold this sequence id.
+    std::string sequenceId;
+    /// From this time on, "2026-11-24 13:53:09" or the beginning of it.
+    std::string since;
+
+    /// A record without a time goes with the one before it.
+    bool passes(const LogRecord& record);
+
+private:
+    bool mIsTime = false;
+};
+
+/// Whether the text is "YYYY-MM-DD HH:MM[:SS]".
+bool isTime(std::string_view text);
+
+/// Whether the text is "HH:MM[:SS]".
+bool isTimeOfDay(std::string_view text);
 
 /// Splits, decodes, redacts and filters, and hands over what is left.
 class LogReader {

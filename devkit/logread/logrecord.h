@@ -5,6 +5,15 @@
 
 namespace vesk::logread {
 
+/// Scrambled bytes from one prefix up to the next, without the line end.
+struct RawRecord {
+    std::string_view bytes;
+    /// A carriage return stands before every line feed, whatever the line feed means.
+    bool textMode = false;
+    /// False when the line end is missing: the writer was stopped, or the file's tail is gone.
+    bool ended = true;
+};
+
 /// The parts of a record. A part that the format has cut off is empty; without a usable header
 /// everything is the message.
 struct LogRecord {

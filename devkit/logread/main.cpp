@@ -1,23 +1,55 @@
+#include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
 #include <thread>
 
-#include "commandline.h"
-#include "lasttime.h"
 #include "logfile.h"
-#include "logfollower.h"
 #include "loginstory.h"
 #include "recordprinter.h"
-#include "timestamp.h"
 
 namespace {
 
 using namespace vesk::logread;
 
-constexpr size_t kBufferSize = 0x100000;
+constexpr int kUsageError = 2;
 constexpr auto kPollInterval = std::chrono::milliseconds(100);
+
+/// What the command line asks for.
+struct Options {
+    std::string file;
+    bool follow = false;
+    bool json = false;
+    bool redact = false;
+    bool login = false;
+    std::string level = "D";
+    std::string sequenceId;
+    std::string since;
+};
+
+std::string checkTime(const std::string& text) {
+    const bool isRight = isTime(text) || isTimeOfDay(text);
+    return isRight ? std::string() : "neither \"YYYY-MM-DD HH:MM:SS\" nor \"HH:MM:SS\": " + text;
+}
+
+void define(CLI::App& app, Options& options) {
+    app.add_option("FILE", options.file, "the log")->required();
+    auto* follow = app.add_flag("--follow", options.follow, "go on with what is written later");
+    auto* level = app.add_option("--level", options.level, "that level and more serious ones")
+                      ->check(CLI::IsMember({"D", "I", "W", "E"}));
+    app.add_option("--seq", options.sequenceId, "only records that hold this sequence id");
+    app.add_option("--since", options.since,
+                   "only records from this time on: \"YYYY-MM-DD HH:MM[:SS]\", or \"HH:MM[:SS]\" "
+                   "of the log's last day")
+        ->check(CLI::Validator(checkTime, "TIME"));
+    auto* json = app.add_flag("--json", options.json, "one JSON object a record");
+    app.add_flag("--redact", options.redact, "mask credentials, so that the log can be passed on");
+    app.add_flag("--login", options.login, "how each login went, why, and what to do about it")
+        ->excludes(follow)
+        ->excludes(level)
+        ->excludes(json);
+}
 
 void writeOut(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() ||
@@ -26,27 +58,18 @@ void writeOut(std::string_view text) {
     }
 }
 
-RecordFilter makeFilter(const CommandLine& options) {
+RecordFilter makeFilter(const Options& options) {
     RecordFilter filter;
-    filter.setLevel(options.level[0]);
+    filter.level = options.level[0];
     const std::string day = isTimeOfDay(options.since) ? lastDay(options.file) + " " : "";
-    filter.setSince(options.since.empty() ? "" : day + options.since);
+    filter.since = options.since.empty() ? "" : day + options.since;
     // A login's story needs the components' records too, and those know no id.
-    filter.setSequenceId(options.login ? "" : options.sequenceId);
+    filter.sequenceId = options.login ? "" : options.sequenceId;
     return filter;
 }
 
 void readWhole(const std::string& path, LogReader& reader) {
-    std::ifstream file = openLog(path);
-    std::string buffer(kBufferSize, '\0');
-    do {
-        file.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-        reader.feed(std::string_view(buffer).substr(0, static_cast<size_t>(file.gcount())));
-    } while (file);
-    if (!file.eof()) {
-        throw std::runtime_error("cannot read " + path);
-    }
-    reader.flush();
+    readLog(path, reader);
     if (reader.foreignBytes() != 0) {
         std::fprintf(stderr, "vesk-logread: %llu bytes belong to no record\n",
                      static_cast<unsigned long long>(reader.foreignBytes()));
@@ -65,7 +88,7 @@ void follow(const std::string& path, LogReader& reader, RecordPrinter& printer) 
     }
 }
 
-void run(const CommandLine& options) {
+void run(const Options& options) {
     if (options.login) {
         LoginStory story;
         LogReader reader(story, makeFilter(options), true);
@@ -73,10 +96,7 @@ void run(const CommandLine& options) {
         writeOut(story.text(options.sequenceId));
         return;
     }
-    const TextFormat text;
-    const JsonFormat json;
-    const RecordFormat& format = options.json ? static_cast<const RecordFormat&>(json) : text;
-    RecordPrinter printer(format, writeOut);
+    RecordPrinter printer(options.json ? appendAsJson : appendAsText, writeOut);
     LogReader reader(printer, makeFilter(options), options.redact);
     if (options.follow) {
         follow(options.file, reader, printer);
@@ -90,9 +110,13 @@ void run(const CommandLine& options) {
 
 int main(int argc, char** argv) {
     try {
-        const CommandLine options = readCommandLine(argc, argv);
-        if (options.exitCode >= 0) {
-            return options.exitCode;
+        Options options;
+        CLI::App app("Prints a veskrecord.log in clear text.", "vesk-logread");
+        define(app, options);
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            return app.exit(error) == 0 ? 0 : kUsageError;
         }
         run(options);
     } catch (const std::exception& error) {

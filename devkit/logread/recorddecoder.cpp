@@ -77,19 +77,9 @@ void RecordDecoder::undoTextMode(const RawRecord& raw) {
     mText.append(rest);
 }
 
-/// The bytes at the even indexes below end, eight at a time.
+/// The bytes at the even indexes below end.
 void RecordDecoder::unscramble(size_t end) {
-    constexpr char kPattern[8] = {kKey, 0, kKey, 0, kKey, 0, kKey, 0};
-    uint64_t pattern = 0;
-    std::memcpy(&pattern, kPattern, sizeof pattern);
-    size_t i = 0;
-    for (; i + sizeof pattern <= end; i += sizeof pattern) {
-        uint64_t word = 0;
-        std::memcpy(&word, &mText[i], sizeof word);
-        word ^= pattern;
-        std::memcpy(&mText[i], &word, sizeof word);
-    }
-    for (; i < end; i += 2) {
+    for (size_t i = 0; i < end; i += 2) {
         flip(i);
     }
 }

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "logrecord.h"
-#include "rawrecord.h"
 
 namespace vesk::logread {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "rawrecord.h"
+#include "logrecord.h"
 
 namespace vesk::logread {
 

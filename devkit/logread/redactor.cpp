@@ -4,7 +4,6 @@
 #include <array>
 
 #include "jsonescapes.h"
-#include "secretnames.h"
 
 namespace vesk::logread {
 

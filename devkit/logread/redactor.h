@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "knownsecrets.h"
+#include "secrets.h"
 
 namespace vesk::logread {
 

@@ -32,7 +32,7 @@ std::vector<std::string> readLog(const std::string& bytes, size_t piece, bool re
     struct Lines : RecordConsumer {
         void take(const LogRecord& record) override {
             std::string text;
-            TextFormat().append(text, record);
+            appendAsText(text, record);
             lines.push_back(text.substr(0, text.size() - 1));
         }
         std::vector<std::string> lines;
@@ -45,7 +45,7 @@ std::vector<std::string> readLog(const std::string& bytes, size_t piece, bool re
     return lines.lines;
 }
 
-std::string printLog(const std::string& bytes, const RecordFormat& format, RecordFilter filter,
+std::string printLog(const std::string& bytes, RecordFormat format, RecordFilter filter,
                      bool redact) {
     std::string out;
     RecordPrinter printer(format, [&](std::string_view text) { out.append(text); });

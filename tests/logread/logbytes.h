@@ -24,7 +24,7 @@ std::string inTextMode(const std::string& bytes);
 std::vector<std::string> readLog(const std::string& bytes, size_t piece = 4096,
                                  bool redact = false);
 /// The log as one text, or one JSON object a line.
-std::string printLog(const std::string& bytes, const logread::RecordFormat& format,
+std::string printLog(const std::string& bytes, logread::RecordFormat format,
                      logread::RecordFilter filter = {}, bool redact = false);
 /// The stories of the logins, without the times.
 std::string tellLogins(const std::string& bytes);

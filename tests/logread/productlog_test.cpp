@@ -48,8 +48,8 @@ TEST_F(ProductLog, RedactedHoldsNoSecret) {
         secrets.insert(secrets.end(),
                        {"kz-openid-1", "kz-ctk-1", "SIM-SERIAL", "https://kz.example/qr/1"});
     }
-    const std::string clear = printLog(log(), logread::TextFormat());
-    const std::string redacted = printLog(log(), logread::TextFormat(), {}, true);
+    const std::string clear = printLog(log(), logread::appendAsText);
+    const std::string redacted = printLog(log(), logread::appendAsText, {}, true);
     const std::regex made("(?:sig=|precode\":\"|password\":\")([\\w-]{8,})");
     for (std::sregex_iterator found(clear.begin(), clear.end(), made), end; found != end; ++found) {
         secrets.push_back((*found)[1]);
@@ -67,7 +67,8 @@ TEST_F(ProductLog, TellsTheLoginsOfEachChannel) {
     scanAndLogin();
     const bool kz = loginOfKZ();
     const std::string story = tellLogins(log());
-    const std::string steps = "plugin answer\nbackend asked\nbackend answer: ret 0\ndelivery\n";
+    const std::string steps = "plugin answer\nbackend asked\nbackend answer: ret 0\n"
+                              "result delivered: retCode 0\n  result   retCode 0, it worked\n";
     EXPECT_NE(story.find(", Steam, "), std::string::npos) << story;
     EXPECT_NE(story.find("\nrequest\nchannel starts\n" + steps + "\n"), std::string::npos) << story;
     EXPECT_NE(story.find(", Ferno, "), std::string::npos) << story;
@@ -78,6 +79,35 @@ TEST_F(ProductLog, TellsTheLoginsOfEachChannel) {
         << story;
     EXPECT_EQ(story.find(", KZ, ") != std::string::npos, kz) << story;
     EXPECT_EQ(story.find("QR code is: Success\n" + steps) != std::string::npos, kz) << story;
+}
+
+TEST_F(ProductLog, TellsWhyLoginsHaveFailed) {
+    const std::string failures[] = {
+        "  outside  the backend answered 4009, a refusal of its own: \"sig does not match",
+        "  outside  libcurl reports 60, the backend's certificate is not trusted\n"
+        "  remedy   look at cacert.pem",
+        "  outside  Ferno login failed! Error type:10009 Error code:0\n  remedy   let the player try",
+        "  result   none in this log; the last step is: frlogin.dll cannot be loaded\n"
+        "  remedy   put the messenger's component beside the SDK",
+    };
+    const Answer preCode = {"auth/pcprecode", R"({"ret":0,"precode":"p"})"};
+    game.configure("VESK_SDK_KEY=wrong");
+    std::filesystem::remove(file);
+    backend.next(preCode);
+    startLogin();
+    waitForLogLine("Load frlogin.dll failed");
+    install("full");
+    script("on_qrcode=1:qr:https://ferno.example,1:fail:10009:0");
+    backend.next(preCode);
+    startLogin();
+    observer.nextLogin();
+    login();
+    backend.showCertificate("expired");
+    login();
+    const std::string story = tellLogins(log());
+    for (const std::string& failure : failures) {
+        EXPECT_NE(story.find(failure), std::string::npos) << failure << story;
+    }
 }
 
 TEST_F(ProductLog, ProgramPrintsWhatItsOptionsAskFor) {
@@ -94,7 +124,7 @@ TEST_F(ProductLog, ProgramPrintsWhatItsOptionsAskFor) {
     };
     const std::string file = name("veskrecord.log");
     EXPECT_NE(run(file).find("convert InnerLoginRet to VESKLoginRet finish"), std::string::npos);
-    EXPECT_NE(run("--login " + file).find("delivery"), std::string::npos);
+    EXPECT_NE(run("--login " + file).find("retCode 0, "), std::string::npos);
     EXPECT_EQ(run("--json --level E " + file).find("{\"time\":\"20"), 0u);
     EXPECT_EQ(run("--since \"2199-01-01 00:00\" " + file), "");
     EXPECT_EQ(run("--since 00:00 " + file), run(file));

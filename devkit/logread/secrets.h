@@ -1,5 +1,5 @@
-#ifndef VESK_DEVKIT_LOGREAD_KNOWNSECRETS_H
-#define VESK_DEVKIT_LOGREAD_KNOWNSECRETS_H
+#ifndef VESK_DEVKIT_LOGREAD_SECRETS_H
+#define VESK_DEVKIT_LOGREAD_SECRETS_H
 
 #include <set>
 #include <string>
@@ -7,10 +7,14 @@
 
 namespace vesk::logread {
 
-/// Secrets that were seen under their names.
+/// What stands in a secret's place.
 constexpr std::string_view kMask = "***";
 
-/// Finds a secret again where no name stands before it.
+/// Whether a member, setting or label of this name holds a credential, or says who the player is.
+/// Case and underscores do not count: "openID" is "open_id".
+bool isSecretName(std::string_view name);
+
+/// Finds a secret that was seen under its name again where no name stands before it.
 class KnownSecrets {
 public:
     /// Remembers the words of a secret that are long enough to be nothing else.

@@ -104,7 +104,7 @@ TEST(Reading, JsonHasEachPartAndIsValidWhateverTheBytes) {
     const std::string out =
         printLog(scrambled(kHead + "\xC3\xA9 \xFF \"q\"\n\x01\xED\xA0\x80\\\u2066\u2069\u009b") +
                      scrambled(kHead + "x: <"),
-                 JsonFormat());
+                 appendAsJson);
     EXPECT_EQ(out.substr(0, out.find('\n')),
               R"({"time":"2026-11-24 13:53:09.383","level":"D","file":"f.cpp",)"
               R"("method":"Braxel::VESK::X::f","line":76,"message":")"
@@ -120,16 +120,16 @@ TEST(Reading, FiltersByLevelIdAndTime) {
         logLine("A", 1000, "[ 1106-AB-17-1 ] one") + logLine("B", 2000, "[ 1106-AB-17-12 ]", 'E') +
         logLine("C", 3000, "[ 1106-AB-17-1 ] two", 'I') + scrambled("VESK [W.D][2026-11");
     RecordFilter level, id, since;
-    level.setLevel('W');
-    id.setSequenceId("1106-AB-17-1");
-    since.setSince("2026-11-24 13:53:03");
-    const std::string graver = printLog(bytes, TextFormat(), level);
+    level.level = 'W';
+    id.sequenceId = "1106-AB-17-1";
+    since.since = "2026-11-24 13:53:03";
+    const std::string graver = printLog(bytes, appendAsText, level);
     EXPECT_EQ(graver.find("[ 1106-AB-17-12 ]"), graver.size() - 18);
-    const std::string ofId = printLog(bytes, TextFormat(), id);
+    const std::string ofId = printLog(bytes, appendAsText, id);
     EXPECT_NE(ofId.find("one\n"), std::string::npos);
     EXPECT_NE(ofId.find("two\n"), std::string::npos);
     EXPECT_EQ(ofId.find("17-12"), std::string::npos);
-    const std::string late = printLog(bytes, TextFormat(), since);
+    const std::string late = printLog(bytes, appendAsText, since);
     EXPECT_EQ(late.find("one"), std::string::npos);
     EXPECT_NE(late.find("two"), std::string::npos);
     EXPECT_NE(late.find("[2026-11"), std::string::npos) << "no time of its own: as the one before";

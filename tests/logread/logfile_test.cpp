@@ -1,6 +1,7 @@
+#include "logfile.h"
+
 #include <gmock/gmock.h>
 
-#include "logfollower.h"
 #include "logread/logbytes.h"
 #include "support/files.h"
 

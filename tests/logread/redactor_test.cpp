@@ -1,7 +1,8 @@
+#include "redactor.h"
+
 #include <gtest/gtest.h>
 
 #include "logread/logbytes.h"
-#include "redactor.h"
 
 namespace vesk::test {
 namespace {
