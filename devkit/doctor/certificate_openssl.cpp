@@ -16,7 +16,7 @@ std::string textOf(const X509_NAME* name) {
         unsigned char* utf8 = nullptr;
         const int size = value == nullptr ? -1 : ASN1_STRING_to_UTF8(&utf8, value);
         if (size >= 0) {
-            const std::string text(reinterpret_cast<const char*>(utf8), static_cast<size_t>(size));
+            std::string text(reinterpret_cast<const char*>(utf8), static_cast<size_t>(size));
             OPENSSL_free(utf8);
             return text;
         }

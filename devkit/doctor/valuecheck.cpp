@@ -15,7 +15,7 @@ Finding good(const char* name, const std::string& found) {
 
 Finding checkAddress(const char* name, const std::string& value) {
     const BackendAddress address(value);
-    const std::string shown = address.shown();
+    const std::string& shown = address.shown();
     if (!address.isValid()) {
         return problem(name, shown + " is no address of a backend",
                        "Write scheme, host and, where it is not the usual one, port: "
