@@ -66,64 +66,58 @@ class TextReport final : public Report {
 public:
     TextReport(bool drawCodes, bool colours) : mDrawCodes(drawCodes), mColours(colours) {}
 
-    void login(const VESKLoginRet& ret) override;
-    void qrCode(const VESKQrCodeRet& ret) override;
-    void logout(const VESKBaseRet& ret) override;
-    void status(bool held, const VESKLoginRet& ret) override;
-    void refreshed(bool held, const VESKLoginRet& ret) override;
-    void timeout(const std::string& word) override;
+    void login(const VESKLoginRet& ret) override {
+        say("login",
+            ret.retCode == VESKError::SUCCESS ? "logged in by " + describe(ret) : failure(ret));
+    }
+
+    void qrCode(const VESKQrCodeRet& ret) override {
+        if (ret.retCode != VESKError::SUCCESS) {
+            say("qrcode", failure(ret));
+            return;
+        }
+        const std::string code = mDrawCodes ? qrBlocks(ret.qrCodeUrl, mColours) : "";
+        std::fputs(code.c_str(), stderr);
+        say("qrcode", "scan it with " + ret.channel + "; its address: " + ret.qrCodeUrl);
+        if (mDrawCodes && code.empty()) {
+            say("qrcode", "not drawn: the address is too long for a code. Open it in a browser.");
+        }
+    }
+
+    void logout(const VESKBaseRet& ret) override {
+        if (ret.retCode == kOfEarlierRun) {
+            say("logout", "the login of an earlier run is forgotten");
+        } else {
+            say("logout", ret.retCode == VESKError::SUCCESS ? "logged out" : failure(ret));
+        }
+    }
+
+    void status(bool held, const VESKLoginRet& ret) override {
+        if (ret.retCode == kOfEarlierRun) {
+            say("status", "no login is held; a player of an earlier run is remembered");
+        } else if (held && ret.retCode == VESKError::SUCCESS) {
+            say("status", "held is the login by " + describe(ret));
+        } else {
+            say("status", explanation(ret) + " (Code " + std::to_string(ret.retCode) + ".)");
+        }
+    }
+
+    void refreshed(bool held, const VESKLoginRet& ret) override {
+        say("watch",
+            held ? "there is a new token, " + masked(ret.token) + ", " + expiry(ret.tokenExpire)
+                 : "the login is not held any more: the SDK got no new token. Log in again.");
+    }
+
+    void timeout(const std::string& word) override {
+        say(word.c_str(),
+            "no result within --timeout. If nothing came at all, `vesk-console doctor` "
+            "may know why; the SDK's log is veskrecord.log beside the library.");
+    }
 
 private:
     bool mDrawCodes;
     bool mColours;
 };
-
-void TextReport::login(const VESKLoginRet& ret) {
-    say("login",
-        ret.retCode == VESKError::SUCCESS ? "logged in by " + describe(ret) : failure(ret));
-}
-
-void TextReport::qrCode(const VESKQrCodeRet& ret) {
-    if (ret.retCode != VESKError::SUCCESS) {
-        say("qrcode", failure(ret));
-        return;
-    }
-    const std::string code = mDrawCodes ? qrBlocks(ret.qrCodeUrl, mColours) : "";
-    std::fputs(code.c_str(), stderr);
-    say("qrcode", "scan it with " + ret.channel + "; its address: " + ret.qrCodeUrl);
-    if (mDrawCodes && code.empty()) {
-        say("qrcode", "not drawn: the address is too long for a code. Open it in a browser.");
-    }
-}
-
-void TextReport::logout(const VESKBaseRet& ret) {
-    if (ret.retCode == kOfEarlierRun) {
-        say("logout", "the login of an earlier run is forgotten");
-    } else {
-        say("logout", ret.retCode == VESKError::SUCCESS ? "logged out" : failure(ret));
-    }
-}
-
-void TextReport::status(bool held, const VESKLoginRet& ret) {
-    if (ret.retCode == kOfEarlierRun) {
-        say("status", "no login is held; a player of an earlier run is remembered");
-    } else if (held && ret.retCode == VESKError::SUCCESS) {
-        say("status", "held is the login by " + describe(ret));
-    } else {
-        say("status", explanation(ret) + " (Code " + std::to_string(ret.retCode) + ".)");
-    }
-}
-
-void TextReport::refreshed(bool held, const VESKLoginRet& ret) {
-    say("watch", held
-                     ? "there is a new token, " + masked(ret.token) + ", " + expiry(ret.tokenExpire)
-                     : "the login is not held any more: the SDK got no new token. Log in again.");
-}
-
-void TextReport::timeout(const std::string& word) {
-    say(word.c_str(), "no result within --timeout. If nothing came at all, `vesk-console doctor` "
-                      "may know why; the SDK's log is veskrecord.log beside the library.");
-}
 
 } // namespace
 
