@@ -14,8 +14,9 @@ namespace vesk::scanclient {
 namespace {
 
 constexpr int kPatienceMs = 2000;
-constexpr const char* kWaitMs = "2000";
-constexpr int kWaitPatienceMs = 4000;
+// Windows does not wake a read whose socket is shut down here, so stop() may have to wait this out.
+constexpr const char* kWaitMs = "250";
+constexpr int kWaitPatienceMs = 2250;
 constexpr int kEndPatienceMs = 200;
 constexpr auto kStopInterval = std::chrono::milliseconds(10);
 

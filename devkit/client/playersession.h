@@ -50,7 +50,7 @@ public:
     using Play = std::function<void(const std::string& steps)>;
 
     /// Shows a code to the player and plays what he does, until the session is over. Returns soon
-    /// after stop(), whatever the backend does.
+    /// after stop(): on Windows when the backend has answered, or has not for two seconds.
     void serve(const PlayerScript& script, const std::string& preCode, const Play& play);
 
     /// From another thread: ends the request that is under way; no other is made but the farewell.
@@ -66,7 +66,7 @@ private:
     /// @return the QR code's text; nothing when the backend does not answer.
     std::optional<std::string> begin(const std::string& channel, const std::string& preCode);
 
-    /// Waits for the next word, two seconds or so.
+    /// Waits for the next word, a quarter of a second.
     /// @return nothing when the backend does not answer any more, or after stop().
     std::optional<PlayerWord> next();
 

@@ -6,7 +6,7 @@ namespace vesk::backend {
 
 namespace {
 
-// The simulated messengers ask every two seconds when nothing happens.
+// The simulated messengers ask four times a second when nothing happens.
 constexpr auto kLostAfter = std::chrono::seconds(6);
 
 } // namespace
