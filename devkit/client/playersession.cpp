@@ -45,6 +45,13 @@ void hearNoBrokenPipes() {
 #endif
 }
 
+std::string stepOf(const PlayerScript& script, const PlayerWord& word) {
+    const auto found = script.steps.find(word.button);
+    std::string step = found == script.steps.end() ? std::string() : found->second;
+    const size_t star = step.find('*');
+    return star == std::string::npos ? step : step.replace(star, 1, std::to_string(word.code));
+}
+
 /// The members of an answer; none when it is missing.
 devkit::JsonMembers membersOf(const std::optional<std::string>& answer) {
     return devkit::readJsonObject(answer.value_or("")).value_or(devkit::JsonMembers());
@@ -70,7 +77,7 @@ void PlayerSession::serve(const PlayerScript& script, const std::string& preCode
     bool isDecided = false;
     auto word = next();
     while (word) {
-        const std::string step = script.stepOf(*word);
+        const std::string step = stepOf(script, *word);
         if (!step.empty()) {
             isDecided = isDecided || word->button != "scanned";
             play(step);

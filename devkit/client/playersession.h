@@ -3,6 +3,7 @@
 
 #include <condition_variable>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -34,8 +35,8 @@ struct PlayerScript {
     std::string noBackend;
     /// Nobody can decide any more: the session has ended, or the backend.
     std::string backendGone;
-    /// The step that a button leads to; empty for none.
-    std::string (*stepOf)(const PlayerWord& word);
+    /// The step that a button leads to, with a star in the place of a code.
+    std::map<std::string, std::string> steps;
 };
 
 /// Registers a QR code with the dev backend and asks for the player's words. It serves on

@@ -3,32 +3,24 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
-#include "own_path.h"
+#include "common/ownmodule.h"
+#include "common/text.h"
 
 namespace vesk::fernosim {
 
-namespace {
+using simulator::Settings;
 
-std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> parts;
-    std::istringstream stream(text);
-    for (std::string part; std::getline(stream, part, separator);) {
-        parts.push_back(part);
-    }
-    return parts;
-}
+namespace {
 
 /// A text as a careless component passes it: in memory of just its size, without a NUL.
 struct Unterminated {
     explicit Unterminated(const std::string& text)
-        : isNull(Component::setting("null_texts", "0") == "1"), length(isNull ? 0 : text.size()),
+        : isNull(Settings().number("null_texts", 0) == 1), length(isNull ? 0 : text.size()),
           bytes(new char[length]) {
         std::memcpy(bytes.get(), text.data(), length);
-        length = std::stoull(Component::setting("length", std::to_string(length)));
+        length = static_cast<size_t>(Settings().number("length", static_cast<int64_t>(length)));
     }
     const char* get() const { return isNull ? nullptr : bytes.get(); }
 
@@ -40,19 +32,32 @@ struct Unterminated {
 template <typename Callback>
 void sendLogin(Callback callback, uint32_t type, int32_t code) {
     const bool success = type == 0;
-    const Unterminated ctt(success ? Component::setting("ctt", "ctt-1") : "");
-    const Unterminated openid(success ? Component::setting("openid", "fr-openid-1") : "");
-    const Unterminated key(success ? Component::setting("sessionkey", "session-1") : "");
-    const uint32_t timeout =
-        static_cast<uint32_t>(std::stoul(Component::setting("ctt_timeout", "300")));
+    const Settings settings;
+    const Unterminated ctt(success ? settings.text("ctt", "ctt-1") : "");
+    const Unterminated openid(success ? settings.text("openid", "fr-openid-1") : "");
+    const Unterminated key(success ? settings.text("sessionkey", "session-1") : "");
+    const auto timeout = static_cast<uint32_t>(settings.number("ctt_timeout", 300));
     callback(type, code, ctt.get(), ctt.length, openid.get(), openid.length, key.get(), key.length,
              timeout, 0);
+}
+
+scanclient::PlayerScript player() {
+    return {"Ferno",
+            "0:qr:",
+            "0:qr_fail:1:1",
+            "0:fail:1:1",
+            {{"scanned", "0:scanned"},
+             {"confirm", "0:success"},
+             {"deny", "0:fail:10009:0"},
+             {"expire", "0:fail:10010:0"},
+             {"kickout", "0:kickout:1"},
+             {"fail", "0:fail:1:*"}}};
 }
 
 } // namespace
 
 Component::Component(const CallbackTable& table)
-    : mState(std::make_shared<State>(table, setting("keep_pointer", "0") == "1")) {
+    : mState(std::make_shared<State>(table, Settings().number("keep_pointer", 0) == 1)) {
     mThread = std::thread([state = mState] { run(state); });
 }
 
@@ -62,7 +67,7 @@ void Component::stop() {
         mState->ended = true;
     }
     mState->changed.notify_all();
-    leaveConsole();
+    leaveScanPage();
     if (mThread.get_id() == std::this_thread::get_id()) {
         mThread.detach();
     } else {
@@ -71,7 +76,7 @@ void Component::stop() {
 }
 
 void Component::play(const char* key, const char* otherwise) {
-    queue(*mState, setting(key, otherwise));
+    queue(*mState, Settings().text(key, otherwise));
 }
 
 void Component::playInteractively(const std::string& controlUrl, const std::string& preCode) {
@@ -79,24 +84,25 @@ void Component::playInteractively(const std::string& controlUrl, const std::stri
     mDesk.reset();
     const std::lock_guard<std::mutex> lock(mState->mutex);
     if (!mState->ended) {
-        mDesk = std::make_unique<PlayerDesk>(
-            controlUrl, preCode,
+        mDesk = std::make_unique<simulator::PlayerDesk>(
+            controlUrl, preCode, player(),
             [state = mState](const std::string& steps) { queue(*state, steps); });
     }
 }
 
-void Component::leaveConsole() {
+void Component::leaveScanPage() {
     const std::lock_guard<std::mutex> desk(mDeskMutex);
     mDesk.reset();
 }
 
 void Component::leaveBehind(const char* key) const {
-    const std::string steps = setting(key, "");
+    const Settings settings;
+    const std::string steps = settings.text(key, "");
     if (steps.empty()) {
         return;
     }
-    if (setting("late_pinned", "1") == "1") {
-        steamsim::stayLoaded();
+    if (settings.number("late_pinned", 1) == 1) {
+        devkit::stayLoaded();
     }
     const auto late = std::make_shared<State>(mState->table, mState->keepsPointer());
     queue(*late, steps);
@@ -105,8 +111,10 @@ void Component::leaveBehind(const char* key) const {
 
 void Component::queue(State& state, const std::string& steps) {
     const std::lock_guard<std::mutex> lock(state.mutex);
-    for (const std::string& step : split(steps, ',')) {
-        state.steps.push_back(step);
+    for (const std::string& step : devkit::split(steps, ',')) {
+        if (!step.empty()) {
+            state.steps.push_back(step);
+        }
     }
     state.changed.notify_all();
 }
@@ -133,7 +141,7 @@ void Component::run(const std::shared_ptr<State>& state) {
 
 void Component::sendOnThreads(const CallbackTable& table, const std::string& event) {
     std::vector<std::thread> others;
-    for (int i = std::atoi(setting("threads", "1").c_str()); i > 1; --i) {
+    for (int64_t i = Settings().number("threads", 1); i > 1; --i) {
         others.emplace_back([&] { send(table, event); });
     }
     send(table, event);
@@ -143,7 +151,7 @@ void Component::sendOnThreads(const CallbackTable& table, const std::string& eve
 }
 
 void Component::send(const CallbackTable& table, const std::string& event) {
-    const std::vector<std::string> parts = split(event, ':');
+    const std::vector<std::string> parts = devkit::split(event, ':');
     const auto argument = [&parts](size_t at) {
         return at < parts.size() ? std::atoi(parts[at].c_str()) : 0;
     };
@@ -165,29 +173,8 @@ void Component::send(const CallbackTable& table, const std::string& event) {
     } else if (name == "exception") {
         table.stateException();
     }
-    sleep("linger_ms");
-    writeDown("{\"callback\":\"" + name + "\"}");
-}
-
-void Component::sleep(const char* key) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(setting(key, "0"))));
-}
-
-std::string Component::setting(const std::string& key, const std::string& otherwise) {
-    std::ifstream file(steamsim::ownFolder() / "ferno_sim.ini");
-    for (std::string line; std::getline(file, line);) {
-        if (line.compare(0, key.size() + 1, key + "=") == 0) {
-            return line.substr(key.size() + 1, line.find_last_not_of('\r') - key.size());
-        }
-    }
-    return otherwise;
-}
-
-void Component::writeDown(const std::string& line) {
-    static std::mutex mutex;
-    const std::lock_guard<std::mutex> lock(mutex);
-    std::ofstream(steamsim::ownFolder() / "ferno_sim_calls.txt", std::ios::app | std::ios::binary)
-        << line << '\n';
+    Settings().stay("linger_ms");
+    simulator::writeDown(devkit::JsonLine().add("callback", name));
 }
 
 } // namespace vesk::fernosim

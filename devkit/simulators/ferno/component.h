@@ -1,5 +1,5 @@
-#ifndef VESK_SIMULATORS_FERNO_COMPONENT_H
-#define VESK_SIMULATORS_FERNO_COMPONENT_H
+#ifndef VESK_DEVKIT_SIMULATORS_FERNO_COMPONENT_H
+#define VESK_DEVKIT_SIMULATORS_FERNO_COMPONENT_H
 
 #include <condition_variable>
 #include <cstddef>
@@ -10,7 +10,8 @@
 #include <string>
 #include <thread>
 
-#include "player_desk.h"
+#include "playerdesk.h"
+#include "simulator.h"
 
 namespace vesk::fernosim {
 
@@ -47,22 +48,15 @@ public:
     /// Queues the steps of the setting @p key, "<delay ms>:<event>[:<argument>...],...".
     void play(const char* key, const char* otherwise);
 
-    /// Lets the player at the scan console decide about a code; he leaves one that came before.
+    /// Lets the player at the scan page decide about a code; he leaves one that came before.
     void playInteractively(const std::string& controlUrl, const std::string& preCode);
 
-    /// The player leaves the console.
-    void leaveConsole();
+    /// The player leaves the scan page.
+    void leaveScanPage();
 
     /// Lets a thread play the setting @p key, if there is one, that the component does not end:
     /// it calls back whatever has become of the host. The library stays loaded for it.
     void leaveBehind(const char* key) const;
-
-    /// Stays for the milliseconds of the setting @p key.
-    static void sleep(const char* key);
-
-    /// A setting of ferno_sim.ini as it is now.
-    static std::string setting(const std::string& key, const std::string& otherwise);
-    static void writeDown(const std::string& line);
 
 private:
     /// What the thread needs; it outlives the component when that goes inside a callback.
@@ -87,7 +81,7 @@ private:
     std::shared_ptr<State> mState;
     std::thread mThread;
     std::mutex mDeskMutex; // the desk's thread never takes it
-    std::unique_ptr<PlayerDesk> mDesk;
+    std::unique_ptr<simulator::PlayerDesk> mDesk;
 };
 
 } // namespace vesk::fernosim

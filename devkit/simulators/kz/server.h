@@ -1,5 +1,5 @@
-#ifndef VESK_SIMULATORS_KZ_SERVER_H
-#define VESK_SIMULATORS_KZ_SERVER_H
+#ifndef VESK_DEVKIT_SIMULATORS_KZ_SERVER_H
+#define VESK_DEVKIT_SIMULATORS_KZ_SERVER_H
 
 #include <windows.h>
 #include <atomic>
@@ -7,17 +7,40 @@
 
 namespace vesk::kzsim {
 
-/// What the library knows of itself.
+/// An id of the contract, which has them in their text form.
+GUID idOf(const char* text);
+
+/// Writes down what a real component would not accept, or a script that cannot be followed.
+void writeProblem(const std::string& what);
+
+/// A lock, and a signal for those who wait for a change under it. Made of what needs neither a
+/// handle nor data of a thread: a program that loads and frees this library again and again loses
+/// nothing.
+class Lock {
+public:
+    Lock() = default;
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+    void lock() { AcquireSRWLockExclusive(&mLock); }
+    void unlock() { ReleaseSRWLockExclusive(&mLock); }
+
+    /// Called with the lock held, which is free while this waits.
+    void wait(DWORD milliseconds) { SleepConditionVariableSRW(&mChanged, &mLock, milliseconds, 0); }
+    void signal() { WakeAllConditionVariable(&mChanged); }
+
+private:
+    SRWLOCK mLock = SRWLOCK_INIT;
+    CONDITION_VARIABLE mChanged = CONDITION_VARIABLE_INIT;
+};
+
+/// What keeps the library in use.
 class Server {
 public:
-    /// A file in the folder that holds this library, whatever the process's working directory is.
-    static std::wstring besideMe(const wchar_t* fileName);
-
     /// A reference on this library, for a thread that leaves through FreeLibraryAndExitThread().
     /// Null when there is none to be had.
     static HMODULE referenceMyself();
 
-    static long liveObjects() { return sObjects; }
     static bool isInUse() { return sObjects != 0 || sThreads != 0 || sLocks != 0; }
 
     static void threadStarts() { ++sThreads; }
@@ -39,6 +62,8 @@ public:
     ~LiveObject();
     LiveObject(const LiveObject&) = delete;
     LiveObject& operator=(const LiveObject&) = delete;
+
+    static long count() { return Server::sObjects; }
 };
 
 } // namespace vesk::kzsim

@@ -1,12 +1,11 @@
-#ifndef VESK_SIMULATORS_KZ_EVENT_THREAD_H
-#define VESK_SIMULATORS_KZ_EVENT_THREAD_H
+#ifndef VESK_DEVKIT_SIMULATORS_KZ_EVENTTHREAD_H
+#define VESK_DEVKIT_SIMULATORS_KZ_EVENTTHREAD_H
 
 #include <map>
 #include <memory>
 
-#include "event.h"
-#include "lock.h"
-#include "sinks.h"
+#include "listeners.h"
+#include "script.h"
 
 namespace vesk::kzsim {
 
@@ -15,7 +14,7 @@ namespace vesk::kzsim {
 class EventThread {
 public:
     /// Null when the system has no thread to give.
-    static std::shared_ptr<EventThread> start(std::shared_ptr<Sinks> sinks);
+    static std::shared_ptr<EventThread> start(std::shared_ptr<Listeners> listeners);
 
     /// Delivers the script's events from now on, besides those that are still to come.
     /// @return how many events had been delivered before.
@@ -35,7 +34,7 @@ public:
     void leaveAlone();
 
 private:
-    explicit EventThread(std::shared_ptr<Sinks> sinks) : mSinks(std::move(sinks)) {}
+    explicit EventThread(std::shared_ptr<Listeners> listeners) : mListeners(std::move(listeners)) {}
 
     static DWORD WINAPI run(void* context);
     void deliverAll();
@@ -43,7 +42,7 @@ private:
     void deliver(const Event& event);
     bool isStopping();
 
-    const std::shared_ptr<Sinks> mSinks;
+    const std::shared_ptr<Listeners> mListeners;
     HANDLE mHandle = nullptr;
     DWORD mId = 0;
 

@@ -1,42 +1,36 @@
-#include "open_sdk.h"
+#include "opensdk.h"
 
 #include <mutex>
 #include <olectl.h>
 #include <string>
-
-#include "call_log.h"
-#include "ids.h"
-#include "json_line.h"
-#include "script.h"
-#include "text.h"
+#include <system_error>
 
 namespace vesk::kzsim {
+
+using devkit::JsonLine;
+using simulator::PlayerDesk;
+using simulator::Settings;
+
 namespace {
 
-/// Writes the call down with what is in its parameter object, which has to be one of ours.
-HRESULT logCallWith(const char* name, IKZProperties* parameters) {
+void writeCall(const char* name) {
+    simulator::writeDown(JsonLine().add("call", name));
+}
+
+/// Writes the call down with what is in its parameter object. @return that; null when it is not one
+/// of ours, as it has to be.
+PropertyBag::Pointer writeCall(const char* name, IKZProperties* parameters) {
     JsonLine line;
     line.add("call", name);
     const PropertyBag::Pointer bag = PropertyBag::from(parameters);
     if (bag) {
         bag->writeTo(line);
     }
-    logLine(line);
+    simulator::writeDown(line);
     if (!bag) {
-        logProblem(std::string(name) + ": the parameters are not from CreateParameters");
-        return E_INVALIDARG;
+        writeProblem(std::string(name) + ": the parameters are not from CreateParameters");
     }
-    return S_OK;
-}
-
-std::string textOf(IKZProperties* properties, const wchar_t* name) {
-    BSTR text = nullptr;
-    if (FAILED(properties->GetText(name, &text))) {
-        return {};
-    }
-    const std::string utf8 = toUtf8(std::wstring(text, SysStringLen(text)));
-    SysFreeString(text);
-    return utf8;
+    return bag;
 }
 
 HRESULT giveOut(const PropertyBag::Pointer& bag, IKZProperties** receiver) {
@@ -62,7 +56,23 @@ bool hasEnded() {
            process == std::to_wstring(GetCurrentProcessId());
 }
 
+scanclient::PlayerScript player() {
+    return {"KZ",
+            "0:info:1:",
+            "0:result:1:6:1:no console",
+            "0:result:1:6:1:the console has gone",
+            {{"scanned", "0:result:0:2"},
+             {"confirm", "0:result:0:3"},
+             {"deny", "0:result:1:5:1:denied at the console"},
+             {"expire", "0:result:1:4:1:expired at the console"},
+             {"fail", "0:result:*:6"}}};
+}
+
 } // namespace
+
+HRESULT resultOf(const Settings& settings, const char* key) {
+    return static_cast<HRESULT>(settings.number(key, S_OK));
+}
 
 OpenSDK* OpenSDK::make() {
     const bool isOne = Settings().number("process_wide", 0) != 0;
@@ -118,15 +128,14 @@ HRESULT OpenSDK::CreateParameters(IKZProperties** parameters) {
 }
 
 HRESULT OpenSDK::Initialize(IKZProperties* parameters) {
-    const HRESULT logged = logCallWith("Initialize", parameters);
-    if (FAILED(logged)) {
-        return logged;
+    if (!writeCall("Initialize", parameters)) {
+        return E_INVALIDARG;
     }
     const Settings settings;
     Sleep(static_cast<DWORD>(settings.number("initialize_ms", 0)));
-    const HRESULT result = settings.result("initialize");
+    const HRESULT result = resultOf(settings, "initialize");
     if (settings.number("process_wide", 0) != 0 && hasEnded()) {
-        logProblem("Initialize: it was shut down in this process before");
+        writeProblem("Initialize: it was shut down in this process before");
         return E_UNEXPECTED;
     }
     const std::lock_guard<Lock> guard(mLock);
@@ -140,10 +149,10 @@ HRESULT OpenSDK::UnInitialize() {
     if (const long inside = mInside) {
         line.add("inside", inside);
     }
-    logLine(line);
+    simulator::writeDown(line);
     const Settings settings;
     Sleep(static_cast<DWORD>(settings.number("uninitialize_ms", 0)));
-    const HRESULT result = settings.result("uninitialize");
+    const HRESULT result = resultOf(settings, "uninitialize");
     if (FAILED(result)) {
         return result;
     }
@@ -156,7 +165,7 @@ HRESULT OpenSDK::UnInitialize() {
 }
 
 HRESULT OpenSDK::GetGenerateSerialNumber(IKZProperties** answer) {
-    logCall("GetGenerateSerialNumber");
+    writeCall("GetGenerateSerialNumber");
     if (answer == nullptr) {
         return E_POINTER;
     }
@@ -171,40 +180,41 @@ HRESULT OpenSDK::GetGenerateSerialNumber(IKZProperties** answer) {
         return E_FAIL;
     }
     const PropertyBag::Pointer bag = PropertyBag::make();
-    bag->set(L"result", toWide(serial));
+    bag->set("result", serial);
     return giveOut(bag, answer);
 }
 
 HRESULT OpenSDK::LoginByQRCode(IKZProperties* parameters) {
-    const HRESULT logged = logCallWith("LoginByQRCode", parameters);
-    if (FAILED(logged)) {
-        return logged;
+    const PropertyBag::Pointer bag = writeCall("LoginByQRCode", parameters);
+    if (!bag) {
+        return E_INVALIDARG;
     }
     const Settings settings;
-    const std::string console = settings.text("interactive", "");
-    return console.empty() ? answer("login_by_qrcode", "on_qrcode")
-                           : answerInteractively(settings, console, textOf(parameters, L"PreCode"));
+    const std::string scanPage = settings.text("interactive", "");
+    return scanPage.empty() ? answer("login_by_qrcode", "on_qrcode")
+                            : answerInteractively(settings, scanPage, bag->text(L"PreCode"));
 }
 
 HRESULT OpenSDK::GetLocalLoginList() {
-    logCall("GetLocalLoginList");
+    writeCall("GetLocalLoginList");
     return answer("get_local_login_list", "on_local_list");
 }
 
 HRESULT OpenSDK::LoginByLocalLoginUser(BSTR openid) {
-    const std::wstring text(openid == nullptr ? L"" : openid, SysStringLen(openid));
-    logLine(JsonLine().add("call", "LoginByLocalLoginUser").add("openid", toUtf8(text)));
+    const std::wstring_view text(openid == nullptr ? L"" : openid, SysStringLen(openid));
+    simulator::writeDown(
+        JsonLine().add("call", "LoginByLocalLoginUser").add("openid", toUtf8(text)));
     return answer("login_by_local_user", "on_local_user");
 }
 
 HRESULT OpenSDK::RefreshClientTempKey() {
-    logCall("RefreshClientTempKey");
+    writeCall("RefreshClientTempKey");
     return answer("refresh", "on_refresh");
 }
 
 HRESULT OpenSDK::Logout() {
-    logCall("Logout");
-    leaveConsole();
+    writeCall("Logout");
+    leaveScanPage();
     return answer("logout", "on_logout");
 }
 
@@ -241,7 +251,7 @@ void OpenSDK::onAdvised(const Settings& settings) {
     // A delay of 0 promises that the event is delivered before Advise returns.
     if (thread && script.front().delay == 0 && !thread->isThisThread() &&
         !thread->waitForMoreThan(before)) {
-        logProblem("Advise: the listener does not let its event in while it is being advised");
+        writeProblem("Advise: the listener does not let its event in while it is being advised");
     }
 }
 
@@ -254,7 +264,7 @@ void OpenSDK::takeTime(const Settings& settings) {
 HRESULT OpenSDK::answer(const char* resultKey, const char* scriptKey) {
     const Settings settings;
     takeTime(settings);
-    const HRESULT result = settings.result(resultKey);
+    const HRESULT result = resultOf(settings, resultKey);
     const Script script = SUCCEEDED(result) ? readScript(settings, scriptKey) : Script();
     const std::lock_guard<Lock> guard(mLock);
     if (!mIsInitialized) {
@@ -273,16 +283,28 @@ HRESULT OpenSDK::answer(const char* resultKey, const char* scriptKey) {
 HRESULT OpenSDK::answerInteractively(const Settings& settings, const std::string& controlUrl,
                                      const std::string& preCode) {
     takeTime(settings);
-    leaveConsole(); // the code that came before is void
-    const HRESULT result = settings.result("login_by_qrcode");
+    leaveScanPage(); // the code that came before is void
+    const HRESULT result = resultOf(settings, "login_by_qrcode");
     const std::lock_guard<Lock> guard(mLock);
     if (!mIsInitialized) {
         return E_UNEXPECTED;
     }
     if (SUCCEEDED(result)) {
         const auto thread = startedThread();
-        mDesk = thread ? PlayerDesk::start(controlUrl, preCode, thread) : nullptr;
-        return mDesk ? result : E_OUTOFMEMORY;
+        if (!thread) {
+            return E_OUTOFMEMORY;
+        }
+        try {
+            mDesk = std::make_unique<PlayerDesk>(
+                controlUrl, preCode, player(), [thread](const std::string& steps) {
+                    if (steps == player().noBackend) {
+                        writeProblem("interactive: the dev backend does not answer");
+                    }
+                    thread->play(readSteps(Settings(), "interactive", steps));
+                });
+        } catch (const std::system_error&) {
+            return E_OUTOFMEMORY; // the system has no thread to give
+        }
     }
     return result;
 }
@@ -294,12 +316,12 @@ bool OpenSDK::isInitialized() {
 
 std::shared_ptr<EventThread> OpenSDK::startedThread() {
     if (!mThread) {
-        mThread = EventThread::start(mSinks);
+        mThread = EventThread::start(mListeners);
     }
     return mThread;
 }
 
-void OpenSDK::leaveConsole() {
+void OpenSDK::leaveScanPage() {
     std::unique_ptr<PlayerDesk> desk;
     const std::lock_guard<Lock> guard(mLock);
     desk.swap(mDesk);
@@ -321,18 +343,18 @@ void OpenSDK::endWork() {
 }
 
 void OpenSDK::sendLateEvent(const Settings& settings) {
-    const long late = settings.number("late_event", 0);
+    const int64_t late = settings.number("late_event", 0);
     if (late == 0) {
         return;
     }
-    auto sinks = mSinks;
+    auto listeners = mListeners;
     if (late == 2) {
-        sinks = std::make_shared<Sinks>();
-        for (const Sinks::Sink& sink : mSinks->all()) {
-            sinks->add(sink);
+        listeners = std::make_shared<Listeners>();
+        for (const Listener::Pointer& listener : mListeners->all()) {
+            listeners->add(listener);
         }
     }
-    if (const auto thread = EventThread::start(sinks)) {
+    if (const auto thread = EventThread::start(listeners)) {
         thread->play(readScript(settings, "on_late"));
         thread->leaveAlone();
     }

@@ -1,10 +1,13 @@
-#ifndef VESK_SIMULATORS_KZ_LISTENER_H
-#define VESK_SIMULATORS_KZ_LISTENER_H
+#ifndef VESK_DEVKIT_SIMULATORS_KZ_LISTENERS_H
+#define VESK_DEVKIT_SIMULATORS_KZ_LISTENERS_H
 
+#include <map>
 #include <memory>
+#include <vector>
 
 #include "comsupport.h"
 #include "kzopensdk.h"
+#include "server.h"
 
 namespace vesk::kzsim {
 
@@ -29,6 +32,30 @@ public:
 
 protected:
     Listener() = default;
+};
+
+/// The listeners that are advised now. They are called, and released, without the lock.
+class Listeners {
+public:
+    Listeners() = default;
+    Listeners(const Listeners&) = delete;
+    Listeners& operator=(const Listeners&) = delete;
+
+    /// @return the cookie, never 0.
+    DWORD add(const Listener::Pointer& listener);
+
+    /// @return whether there was one under this cookie.
+    bool remove(DWORD cookie);
+
+    /// Instead of remove(): it stays among the listeners, and with @p forever is never released.
+    bool keep(DWORD cookie, bool forever);
+
+    std::vector<Listener::Pointer> all() const;
+
+private:
+    mutable Lock mLock;
+    DWORD mLastCookie = 0;
+    std::map<DWORD, Listener::Pointer> mListeners;
 };
 
 } // namespace vesk::kzsim

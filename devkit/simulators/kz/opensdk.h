@@ -1,18 +1,19 @@
-#ifndef VESK_SIMULATORS_KZ_OPEN_SDK_H
-#define VESK_SIMULATORS_KZ_OPEN_SDK_H
+#ifndef VESK_DEVKIT_SIMULATORS_KZ_OPENSDK_H
+#define VESK_DEVKIT_SIMULATORS_KZ_OPENSDK_H
 
 #include <atomic>
 #include <memory>
 #include <ocidl.h>
 
-#include "connection_point.h"
-#include "event_thread.h"
+#include "connectionpoint.h"
+#include "eventthread.h"
 #include "kzopensdk.h"
-#include "player_desk.h"
-#include "server.h"
-#include "settings.h"
+#include "playerdesk.h"
 
 namespace vesk::kzsim {
+
+/// What a call answers; success when nothing is said.
+HRESULT resultOf(const simulator::Settings& settings, const char* key);
 
 /// The component's object: answers requests at once, unless it is told to be slow, and lets the
 /// scripted events follow.
@@ -45,36 +46,36 @@ public:
                                                   IConnectionPoint** connectionPoint) override;
 
     /// A listener has come; its Advise has not returned yet.
-    void onAdvised(const Settings& settings);
+    void onAdvised(const simulator::Settings& settings);
 
 private:
     OpenSDK() = default;
     ~OpenSDK();
 
     /// A request has come: takes the time that it is told to take.
-    void takeTime(const Settings& settings);
+    void takeTime(const simulator::Settings& settings);
 
     /// Answers with the setting @p resultKey, and after a success plays the script @p scriptKey.
     HRESULT answer(const char* resultKey, const char* scriptKey);
-    /// As answer() for a QR code, but the player at the scan console decides what follows.
-    HRESULT answerInteractively(const Settings& settings, const std::string& controlUrl,
+    /// As answer() for a QR code, but the player at the scan page decides what follows.
+    HRESULT answerInteractively(const simulator::Settings& settings, const std::string& controlUrl,
                                 const std::string& preCode);
     bool isInitialized();
     /// Called with the lock held.
     std::shared_ptr<EventThread> startedThread();
     void endWork();
-    void leaveConsole();
-    void sendLateEvent(const Settings& settings);
+    void leaveScanPage();
+    void sendLateEvent(const simulator::Settings& settings);
 
     const LiveObject mLive;
     std::atomic<ULONG> mReferences{1};
     std::atomic<long> mInside{0}; // requests
-    std::shared_ptr<Sinks> mSinks = std::make_shared<Sinks>();
-    ConnectionPoint mConnectionPoint{*this, *mSinks};
+    std::shared_ptr<Listeners> mListeners = std::make_shared<Listeners>();
+    ConnectionPoint mConnectionPoint{*this, *mListeners};
     Lock mLock; // guards what follows
     bool mIsInitialized = false;
     std::shared_ptr<EventThread> mThread;
-    std::unique_ptr<PlayerDesk> mDesk;
+    std::unique_ptr<simulator::PlayerDesk> mDesk;
 };
 
 } // namespace vesk::kzsim

@@ -1,17 +1,45 @@
-#include "property_bag.h"
+#include "propertybag.h"
 
 #include <algorithm>
 
-#include "json_line.h"
-#include "text.h"
-
 namespace vesk::kzsim {
+
 namespace {
 
 // Only this library knows it: who answers it was made here.
 const IID kOwnBag = {0x7a1d3c52, 0x94b0, 0x4e4f, {0x8c, 0x61, 0x2f, 0x60, 0xd5, 0xa7, 0xe9, 0x0f}};
 
+std::wstring toWide(std::string_view utf8) {
+    const int size = static_cast<int>(utf8.size());
+    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0);
+    std::wstring wide(static_cast<size_t>(length), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), length);
+    return wide;
+}
+
 } // namespace
+
+std::string toUtf8(std::wstring_view wide) {
+    const int length = static_cast<int>(wide.size());
+    const int size =
+        WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string utf8(static_cast<size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, utf8.data(), size, nullptr, nullptr);
+    return utf8;
+}
+
+template <typename Type>
+const Type* PropertyBag::find(const wchar_t* name, HRESULT& result) const {
+    for (const auto& pair : mValues) {
+        if (pair.first == name) {
+            const Type* value = std::get_if<Type>(&pair.second);
+            result = value == nullptr ? DISP_E_TYPEMISMATCH : S_OK;
+            return value;
+        }
+    }
+    result = DISP_E_UNKNOWNNAME;
+    return nullptr;
+}
 
 PropertyBag::Pointer PropertyBag::make() {
     Pointer bag;
@@ -27,7 +55,25 @@ PropertyBag::Pointer PropertyBag::from(IKZProperties* properties) {
     return bag;
 }
 
-void PropertyBag::writeTo(JsonLine& line) const {
+void PropertyBag::set(const char* name, LONG number) {
+    put(toWide(name), number);
+}
+
+void PropertyBag::set(const char* name, const std::string& text) {
+    put(toWide(name), toWide(text));
+}
+
+void PropertyBag::set(const char* name, List list) {
+    put(toWide(name), std::move(list));
+}
+
+std::string PropertyBag::text(const wchar_t* name) const {
+    HRESULT ignored = S_OK;
+    const std::wstring* text = find<std::wstring>(name, ignored);
+    return text == nullptr ? std::string() : toUtf8(*text);
+}
+
+void PropertyBag::writeTo(devkit::JsonLine& line) const {
     for (const auto& [name, value] : mValues) {
         if (const LONG* number = std::get_if<LONG>(&value)) {
             line.add(toUtf8(name), *number);
@@ -125,27 +171,14 @@ const IID& PropertyBag::InterfaceId() const {
     return mInterfaceId;
 }
 
-void PropertyBag::put(const wchar_t* name, Value value) {
+void PropertyBag::put(const std::wstring& name, Value value) {
     const auto found = std::find_if(mValues.begin(), mValues.end(),
-                                    [name](const auto& pair) { return pair.first == name; });
+                                    [&](const auto& pair) { return pair.first == name; });
     if (found == mValues.end()) {
         mValues.emplace_back(name, std::move(value));
     } else {
         found->second = std::move(value);
     }
-}
-
-template <typename Type>
-const Type* PropertyBag::find(const wchar_t* name, HRESULT& result) const {
-    for (const auto& pair : mValues) {
-        if (pair.first == name) {
-            const Type* value = std::get_if<Type>(&pair.second);
-            result = value == nullptr ? DISP_E_TYPEMISMATCH : S_OK;
-            return value;
-        }
-    }
-    result = DISP_E_UNKNOWNNAME;
-    return nullptr;
 }
 
 } // namespace vesk::kzsim

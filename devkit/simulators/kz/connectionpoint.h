@@ -1,23 +1,23 @@
-#ifndef VESK_SIMULATORS_KZ_CONNECTION_POINT_H
-#define VESK_SIMULATORS_KZ_CONNECTION_POINT_H
+#ifndef VESK_DEVKIT_SIMULATORS_KZ_CONNECTIONPOINT_H
+#define VESK_DEVKIT_SIMULATORS_KZ_CONNECTIONPOINT_H
 
 #include <ocidl.h>
 
-#include "sinks.h"
+#include "listeners.h"
+#include "simulator.h"
 
 namespace vesk::kzsim {
 
 class OpenSDK;
-class Settings;
 
 /// Whether the events are a dispinterface.
-bool firesThroughDispatch(const Settings& settings);
+bool firesThroughDispatch(const simulator::Settings& settings);
 
 /// Where listeners are advised. A part of the component's object: a reference on the one is a
 /// reference on the other.
 class ConnectionPoint final : public IConnectionPoint {
 public:
-    ConnectionPoint(OpenSDK& owner, Sinks& sinks) : mOwner(owner), mSinks(sinks) {}
+    ConnectionPoint(OpenSDK& owner, Listeners& listeners) : mOwner(owner), mListeners(listeners) {}
     ConnectionPoint(const ConnectionPoint&) = delete;
     ConnectionPoint& operator=(const ConnectionPoint&) = delete;
 
@@ -34,7 +34,7 @@ public:
 
 private:
     OpenSDK& mOwner;
-    Sinks& mSinks;
+    Listeners& mListeners;
 };
 
 } // namespace vesk::kzsim

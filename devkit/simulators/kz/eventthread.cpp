@@ -1,11 +1,11 @@
-#include "event_thread.h"
+#include "eventthread.h"
 
 #include <mutex>
 
-#include "call_log.h"
-#include "server.h"
+#include "simulator.h"
 
 namespace vesk::kzsim {
+
 namespace {
 
 constexpr ULONGLONG kPatience = 2000;
@@ -17,8 +17,8 @@ struct Context {
 
 } // namespace
 
-std::shared_ptr<EventThread> EventThread::start(std::shared_ptr<Sinks> sinks) {
-    const std::shared_ptr<EventThread> thread(new EventThread(std::move(sinks)));
+std::shared_ptr<EventThread> EventThread::start(std::shared_ptr<Listeners> listeners) {
+    const std::shared_ptr<EventThread> thread(new EventThread(std::move(listeners)));
     auto* context = new Context{thread, Server::referenceMyself()};
     Server::threadStarts();
     // Not std::thread: it would return into code that is unmapped by then.
@@ -111,20 +111,20 @@ bool EventThread::takeNext(Event& event) {
 
 void EventThread::deliver(const Event& event) {
     bool heard = false;
-    for (const Sinks::Sink& sink : mSinks->all()) {
-        // One sink may end it all for the next.
+    for (const Listener::Pointer& listener : mListeners->all()) {
+        // One listener may end it all for the next.
         if (isStopping()) {
             break;
         }
-        const HRESULT result = sink->notify(event.type, event.bag.Get());
+        const HRESULT result = listener->notify(event.type, event.bag.Get());
         if (FAILED(result)) {
-            logProblem("event " + std::to_string(event.type) + ": the listener answers " +
-                       std::to_string(result));
+            writeProblem("event " + std::to_string(event.type) + ": the listener answers " +
+                         std::to_string(result));
         }
         heard = heard || SUCCEEDED(result);
     }
     if (heard) {
-        logEvent(event.type);
+        simulator::writeDown(devkit::JsonLine().add("event", event.type));
     }
 }
 

@@ -1,13 +1,13 @@
-#include "listener.h"
+#include "listeners.h"
 
+#include <mutex>
 #include <objbase.h>
 #include <objidl.h>
 #include <olectl.h>
 #include <utility>
 
-#include "ids.h"
-
 namespace vesk::kzsim {
+
 namespace {
 
 using Braxel::VESK::ComPtr;
@@ -119,6 +119,42 @@ HRESULT Listener::deposit(IUnknown* advised, bool dispatched, Pointer& made) {
         made = std::make_shared<DepositedListener>(cookie, dispatched);
     }
     return result;
+}
+
+DWORD Listeners::add(const Listener::Pointer& listener) {
+    const std::lock_guard<Lock> guard(mLock);
+    mListeners[++mLastCookie] = listener;
+    return mLastCookie;
+}
+
+bool Listeners::remove(DWORD cookie) {
+    Listener::Pointer removed;
+    const std::lock_guard<Lock> guard(mLock);
+    const auto found = mListeners.find(cookie);
+    if (found == mListeners.end()) {
+        return false;
+    }
+    removed = found->second;
+    mListeners.erase(found);
+    return true;
+}
+
+bool Listeners::keep(DWORD cookie, bool forever) {
+    const std::lock_guard<Lock> guard(mLock);
+    const auto found = mListeners.find(cookie);
+    if (found != mListeners.end() && forever) {
+        new Listener::Pointer(found->second);
+    }
+    return found != mListeners.end();
+}
+
+std::vector<Listener::Pointer> Listeners::all() const {
+    const std::lock_guard<Lock> guard(mLock);
+    std::vector<Listener::Pointer> listeners;
+    for (const auto& entry : mListeners) {
+        listeners.push_back(entry.second);
+    }
+    return listeners;
 }
 
 } // namespace vesk::kzsim

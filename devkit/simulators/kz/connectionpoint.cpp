@@ -1,26 +1,26 @@
-#include "connection_point.h"
+#include "connectionpoint.h"
 
 #include <objbase.h>
 #include <olectl.h>
 
-#include "call_log.h"
-#include "ids.h"
-#include "json_line.h"
-#include "open_sdk.h"
-#include "settings.h"
+#include "opensdk.h"
 
 namespace vesk::kzsim {
+
+using devkit::JsonLine;
+using simulator::Settings;
+
 namespace {
 
-HRESULT makeSink(IUnknown* listener, const Settings& settings, Sinks::Sink& sink) {
+HRESULT makeListener(IUnknown* advised, const Settings& settings, Listener::Pointer& made) {
     const bool dispatched = firesThroughDispatch(settings);
     if (settings.number("apartment", 0) == 0) {
-        return Listener::hold(listener, dispatched, sink);
+        return Listener::hold(advised, dispatched, made);
     }
     APTTYPE type = APTTYPE_CURRENT;
     APTTYPEQUALIFIER qualifier = APTTYPEQUALIFIER_NONE;
     const HRESULT apartment = CoGetApartmentType(&type, &qualifier);
-    return FAILED(apartment) ? apartment : Listener::deposit(listener, dispatched, sink);
+    return FAILED(apartment) ? apartment : Listener::deposit(advised, dispatched, made);
 }
 
 } // namespace
@@ -63,19 +63,19 @@ HRESULT ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer**
                                  reinterpret_cast<void**>(container));
 }
 
-HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
-    if (listener == nullptr || cookie == nullptr) {
+HRESULT ConnectionPoint::Advise(IUnknown* advised, DWORD* cookie) {
+    if (advised == nullptr || cookie == nullptr) {
         return E_POINTER;
     }
     *cookie = 0;
     const Settings settings;
-    Sinks::Sink sink;
-    const HRESULT found = makeSink(listener, settings, sink);
-    const HRESULT result = FAILED(found) ? found : settings.result("advise");
+    Listener::Pointer listener;
+    const HRESULT found = makeListener(advised, settings, listener);
+    const HRESULT result = FAILED(found) ? found : resultOf(settings, "advise");
     if (SUCCEEDED(result)) {
-        *cookie = mSinks.add(sink);
+        *cookie = mListeners.add(listener);
     }
-    logLine(JsonLine().add("call", "Advise").add("cookie", static_cast<long>(*cookie)));
+    simulator::writeDown(JsonLine().add("call", "Advise").add("cookie", *cookie));
     if (SUCCEEDED(result)) {
         mOwner.onAdvised(settings);
     }
@@ -83,12 +83,12 @@ HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
 }
 
 HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
-    logLine(JsonLine().add("call", "Unadvise").add("cookie", static_cast<long>(cookie)));
-    const long keep = Settings().number("keep_sink", 0);
+    simulator::writeDown(JsonLine().add("call", "Unadvise").add("cookie", cookie));
+    const int64_t keep = Settings().number("keep_sink", 0);
     if (keep == 0) {
-        return mSinks.remove(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
+        return mListeners.remove(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
     }
-    return mSinks.keep(cookie, keep == 2) ? S_OK : CONNECT_E_NOCONNECTION;
+    return mListeners.keep(cookie, keep == 2) ? S_OK : CONNECT_E_NOCONNECTION;
 }
 
 HRESULT ConnectionPoint::EnumConnections(IEnumConnections** /*connections*/) {

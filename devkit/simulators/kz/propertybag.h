@@ -1,19 +1,20 @@
-#ifndef VESK_SIMULATORS_KZ_PROPERTY_BAG_H
-#define VESK_SIMULATORS_KZ_PROPERTY_BAG_H
+#ifndef VESK_DEVKIT_SIMULATORS_KZ_PROPERTYBAG_H
+#define VESK_DEVKIT_SIMULATORS_KZ_PROPERTYBAG_H
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
+#include "common/jsonline.h"
 #include "comsupport.h"
-#include "ids.h"
 #include "kzopensdk.h"
 #include "server.h"
 
 namespace vesk::kzsim {
 
-class JsonLine;
+std::string toUtf8(std::wstring_view wide);
 
 /// Parameters of a request, or what an event brings. Keeps the order in which values were set.
 class PropertyBag final : public Braxel::VESK::ComObject<IKZProperties> {
@@ -27,12 +28,16 @@ public:
     /// @p properties as one of ours, null when somebody else has made them.
     static Pointer from(IKZProperties* properties);
 
-    void set(const wchar_t* name, LONG number) { put(name, number); }
-    void set(const wchar_t* name, std::wstring text) { put(name, std::move(text)); }
-    void set(const wchar_t* name, List list) { put(name, std::move(list)); }
+    /// Names and texts are UTF-8.
+    void set(const char* name, LONG number);
+    void set(const char* name, const std::string& text);
+    void set(const char* name, List list);
+
+    /// The text of that name; empty when there is none.
+    std::string text(const wchar_t* name) const;
 
     /// Adds each value but lists under its name.
-    void writeTo(JsonLine& line) const;
+    void writeTo(devkit::JsonLine& line) const;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
     HRESULT STDMETHODCALLTYPE SetValue(const wchar_t* name, VARIANT value) override;
@@ -51,7 +56,7 @@ private:
     PropertyBag() = default;
     ~PropertyBag() override = default;
 
-    void put(const wchar_t* name, Value value);
+    void put(const std::wstring& name, Value value);
 
     /// The value in the type of @p Type; null when it is missing or of another type, and @p result
     /// then says which.
