@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #include "common/file.h"
@@ -12,8 +13,11 @@ namespace vesk::simulator {
 
 namespace {
 
-std::filesystem::path besideMe(const char* ending) {
-    return devkit::ownFolder() / (std::string(kName) + ending);
+std::filesystem::path besideMe(std::string_view ending) {
+    // Put together as the system has it: the library's own conversion takes a handle for ever.
+    std::filesystem::path::string_type name(kName, kName + std::strlen(kName));
+    name.append(ending.begin(), ending.end());
+    return devkit::ownFolder() / name;
 }
 
 } // namespace

@@ -59,12 +59,12 @@ bool hasEnded() {
 scanclient::PlayerScript player() {
     return {"KZ",
             "0:info:1:",
-            "0:result:1:6:1:no console",
-            "0:result:1:6:1:the console has gone",
+            "0:result:1:6:1:no scan page",
+            "0:result:1:6:1:the scan page has gone",
             {{"scanned", "0:result:0:2"},
              {"confirm", "0:result:0:3"},
-             {"deny", "0:result:1:5:1:denied at the console"},
-             {"expire", "0:result:1:4:1:expired at the console"},
+             {"deny", "0:result:1:5:1:denied at the scan page"},
+             {"expire", "0:result:1:4:1:expired at the scan page"},
              {"fail", "0:result:*:6"}}};
 }
 
