@@ -57,7 +57,7 @@ PagesNameWhatIsInside() {
             place="$(ls -d "$package"/{.,devkit,devkit/bin,devkit/console}/"$name"{,"$suffix"} 2>/dev/null || :)"
             [[ -n "$place" ]] || complain "$page names $name"
             count=$((count + 1))
-        done < <(tr '\\' / <"$package/$page" |
+        done < <(tr '\134' / <"$package/$page" |
             grep -oE '\b(scripts|devkit|samples|bindings|simulators|bin|console)/[A-Za-z0-9_./-]*\w|\bvesk-(console|doctor|logread|devbackend)\b' |
             grep -v cacert.pem)
     done
