@@ -1,4 +1,3 @@
-#include <cctype>
 
 #include "checks.h"
 #include "common/file.h"
@@ -56,15 +55,9 @@ bool isGiven(const std::string& value) {
     return value.find_first_not_of('0') != std::string::npos && value != "480";
 }
 
-/// Whether the component is the dev kit's: the name of its settings is in it, in either width.
-bool isSimulator(const Channel& channel, const std::string& bytes) {
-    std::string narrow;
-    std::string wide;
-    for (const char c : channel.name + "_sim.ini") {
-        narrow += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        wide += {narrow.back(), '\0'};
-    }
-    return bytes.find(narrow) != std::string::npos || bytes.find(wide) != std::string::npos;
+/// Whether the component is the dev kit's, each of which writes down its calls in such a file.
+bool isSimulator(const std::string& bytes) {
+    return bytes.find("_sim_calls.txt") != std::string::npos;
 }
 
 Findings checkEntryPoints(const Channel& channel, const BinaryFile& file) {
@@ -131,7 +124,7 @@ Findings checkChannel(const Channel& channel, const fs::path& folder, const devk
     }
     Findings findings = checkEntryPoints(channel, file);
     // The simulators take any setting, and none.
-    if (config != nullptr && !isSimulator(channel, bytes)) {
+    if (config != nullptr && !isSimulator(bytes)) {
         append(findings, checkKeys(channel, *config));
     }
     if (findings.empty()) {
@@ -163,7 +156,7 @@ Findings checkComponents(const fs::path& folder, const devkit::IniFile* config,
 std::vector<std::string> simulatedComponents(const fs::path& folder) {
     std::vector<std::string> found;
     for (const Channel& channel : channels()) {
-        if (isSimulator(channel, devkit::readFile(folder / channel.component))) {
+        if (isSimulator(devkit::readFile(folder / channel.component))) {
             found.push_back(channel.component);
         }
     }

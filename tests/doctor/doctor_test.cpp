@@ -185,9 +185,9 @@ TEST_F(DoctorTest, NamesWhatIsWrongWithAComponent) {
     const std::string foreign = windows ? linuxLibrary() : windowsLibrary();
     const char* const whose = windows ? "is a library for 64-bit Linux" : "for 64-bit Windows";
     const std::string whole = readFile(mFolder / "frlogin.dll");
-    // That of the messenger's maker does not know the simulator's settings.
+    // That of the messenger's maker does not write down its calls.
     std::string real = whole;
-    real.replace(real.find("ferno_sim.ini"), 13, "something.els");
+    real.replace(real.find("_sim_calls.txt"), 14, "_something.els");
     const auto realWithoutKey = [&] {
         write("frlogin.dll", real);
         setLine("FERNO_APP_ID", "");
