@@ -1,4 +1,4 @@
-# cpp-httplib, which the dev backend serves with and the simulated messengers ask with.
+# cpp-httplib, which the dev backend serves with.
 add_library(vesk_httplib INTERFACE)
 if(WIN32)
     find_path(VESK_HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)

@@ -2,23 +2,20 @@
 
 #include <algorithm>
 #include <cctype>
-#include <chrono>
-#include <csignal>
 #include <cstdlib>
+#include <curl/curl.h>
 
 #include "common/jsonline.h"
-#include "httplib.h"
 
 namespace vesk::scanclient {
 
 namespace {
 
-constexpr int kPatienceMs = 2000;
-// Windows does not wake a read whose socket is shut down here, so stop() may have to wait this out.
-constexpr const char* kWaitMs = "250";
-constexpr int kWaitPatienceMs = 2250;
-constexpr int kEndPatienceMs = 200;
-constexpr auto kStopInterval = std::chrono::milliseconds(10);
+constexpr long kPatienceMs = 2000;
+constexpr const char* kWaitMs = "2000";
+constexpr long kWaitPatienceMs = 4000;
+constexpr long kEndPatienceMs = 200;
+constexpr int kPollMs = 1000;
 
 /// The port of "http://127.0.0.1:<port>"; 0 when it is no such address.
 int portOf(std::string url) {
@@ -35,14 +32,9 @@ int portOf(std::string url) {
     return 0;
 }
 
-/// The game's process must not get a signal because the backend has gone.
-void hearNoBrokenPipes() {
-#ifdef SIGPIPE
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-#endif
+size_t append(char* data, size_t size, size_t count, void* body) {
+    static_cast<std::string*>(body)->append(data, size * count);
+    return size * count;
 }
 
 std::string stepOf(const PlayerScript& script, const PlayerWord& word) {
@@ -60,13 +52,18 @@ devkit::JsonMembers membersOf(const std::optional<std::string>& answer) {
 } // namespace
 
 PlayerSession::PlayerSession(const std::string& controlUrl)
-    : mClient(std::make_unique<httplib::Client>("127.0.0.1", portOf(controlUrl))) {}
+    : mAddress("http://127.0.0.1:" + std::to_string(portOf(controlUrl))) {
+    curl_global_init(CURL_GLOBAL_ALL); // counts
+    mTransfers = curl_multi_init();
+}
 
-PlayerSession::~PlayerSession() = default;
+PlayerSession::~PlayerSession() {
+    curl_multi_cleanup(mTransfers);
+    curl_global_cleanup();
+}
 
 void PlayerSession::serve(const PlayerScript& script, const std::string& preCode,
                           const Play& play) {
-    hearNoBrokenPipes();
     const auto qrCode = begin(script.channel, preCode);
     if (!qrCode) {
         play(script.noBackend);
@@ -87,59 +84,59 @@ void PlayerSession::serve(const PlayerScript& script, const std::string& preCode
         }
         word = next();
     }
-    const bool isStopped = [this] {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        return mStopped;
-    }();
-    if (!isDecided && !isStopped) {
+    if (!isDecided && !mStopped) {
         play(script.backendGone);
     }
-    ask("/sessions/" + mId + "/end", "{}", kEndPatienceMs);
+    transfer("/sessions/" + mId + "/end", "{}", kEndPatienceMs, false);
 }
 
 void PlayerSession::stop() {
-    std::unique_lock<std::mutex> lock(mMutex);
     mStopped = true;
-    // Again and again: a request may be about to connect, where there is nothing to end yet.
-    while (mAsking) {
-        mClient->stop();
-        mAnswered.wait_for(lock, kStopInterval, [this] { return !mAsking; });
-    }
+    curl_multi_wakeup(mTransfers);
 }
 
-PlayerSession::Body PlayerSession::ask(const std::string& path, const char* json, int patienceMs) {
-    const std::chrono::milliseconds patience(patienceMs);
-    mClient->set_connection_timeout(patience);
-    mClient->set_read_timeout(patience);
-    const httplib::Result answer =
-        json == nullptr ? mClient->Get(path) : mClient->Post(path, json, "application/json");
-    return answer && answer->status == 200 ? Body(answer->body) : std::nullopt;
+PlayerSession::Body PlayerSession::ask(const std::string& path, const char* json, long patienceMs) {
+    return mStopped ? std::nullopt : transfer(path, json, patienceMs, true);
 }
 
-PlayerSession::Body PlayerSession::askUnlessStopped(const std::string& path, const char* json,
-                                                    int patienceMs) {
-    {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        if (mStopped) {
-            return std::nullopt;
-        }
-        mAsking = true;
+PlayerSession::Body PlayerSession::transfer(const std::string& path, const char* json,
+                                            long patienceMs, bool canBeStopped) {
+    CURL* const request = curl_easy_init();
+    curl_slist* const headers = curl_slist_append(nullptr, "Content-Type: application/json");
+    std::string body;
+    curl_easy_setopt(request, CURLOPT_URL, (mAddress + path).c_str());
+    curl_easy_setopt(request, CURLOPT_PROXY, "");
+    curl_easy_setopt(request, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(request, CURLOPT_TIMEOUT_MS, patienceMs);
+    curl_easy_setopt(request, CURLOPT_WRITEFUNCTION, &append);
+    curl_easy_setopt(request, CURLOPT_WRITEDATA, &body);
+    if (json != nullptr) {
+        curl_easy_setopt(request, CURLOPT_HTTPHEADER, headers);
+        curl_easy_setopt(request, CURLOPT_POSTFIELDS, json);
     }
-    Body answer = ask(path, json, patienceMs);
-    {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        mAsking = false;
+    curl_multi_add_handle(mTransfers, request);
+    int running = 0;
+    while (curl_multi_perform(mTransfers, &running) == CURLM_OK && running > 0 &&
+           !(canBeStopped && mStopped)) {
+        curl_multi_poll(mTransfers, nullptr, 0, kPollMs, nullptr);
     }
-    mAnswered.notify_all();
-    return answer;
+    int left = 0;
+    const CURLMsg* const end = curl_multi_info_read(mTransfers, &left);
+    long status = 0;
+    if (end != nullptr && end->data.result == CURLE_OK) {
+        curl_easy_getinfo(request, CURLINFO_RESPONSE_CODE, &status);
+    }
+    curl_multi_remove_handle(mTransfers, request);
+    curl_easy_cleanup(request);
+    curl_slist_free_all(headers);
+    return status == 200 ? Body(body) : std::nullopt;
 }
 
 std::optional<std::string> PlayerSession::begin(const std::string& channel,
                                                 const std::string& preCode) {
     const std::string registration =
         devkit::JsonLine().add("channel", channel).add("precode", preCode).text();
-    const auto session =
-        membersOf(askUnlessStopped("/sessions", registration.c_str(), kPatienceMs));
+    const auto session = membersOf(ask("/sessions", registration.c_str(), kPatienceMs));
     const auto id = session.find("id");
     const auto qrCode = session.find("qrcode");
     if (id == session.end() || qrCode == session.end()) {
@@ -150,9 +147,9 @@ std::optional<std::string> PlayerSession::begin(const std::string& channel,
 }
 
 std::optional<PlayerWord> PlayerSession::next() {
-    auto answer = membersOf(askUnlessStopped(
-        "/sessions/" + mId + "/word?index=" + std::to_string(mWords) + "&wait_ms=" + kWaitMs,
-        nullptr, kWaitPatienceMs));
+    auto answer = membersOf(
+        ask("/sessions/" + mId + "/word?index=" + std::to_string(mWords) + "&wait_ms=" + kWaitMs,
+            nullptr, kWaitPatienceMs));
     if (answer.count("button") == 0) {
         return std::nullopt;
     }

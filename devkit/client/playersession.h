@@ -1,17 +1,11 @@
 #ifndef VESK_DEVKIT_CLIENT_PLAYERSESSION_H
 #define VESK_DEVKIT_CLIENT_PLAYERSESSION_H
 
-#include <condition_variable>
+#include <atomic>
 #include <functional>
 #include <map>
-#include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
-
-namespace httplib {
-class Client;
-}
 
 namespace vesk::scanclient {
 
@@ -46,12 +40,13 @@ public:
     /// @param controlUrl as the backend's ready line gives it; another machine is never asked
     explicit PlayerSession(const std::string& controlUrl);
     ~PlayerSession();
+    PlayerSession(const PlayerSession&) = delete;
+    PlayerSession& operator=(const PlayerSession&) = delete;
 
     /// Takes steps, on the thread that serves.
     using Play = std::function<void(const std::string& steps)>;
 
-    /// Shows a code to the player and plays what he does, until the session is over. Returns soon
-    /// after stop(): on Windows when the backend has answered, or has not for two seconds.
+    /// Shows a code to the player and plays what he does, until the session is over or stop().
     void serve(const PlayerScript& script, const std::string& preCode, const Play& play);
 
     /// From another thread: ends the request that is under way; no other is made but the farewell.
@@ -60,22 +55,20 @@ public:
 private:
     /// The body of a good answer. GET when there is no JSON to post.
     using Body = std::optional<std::string>;
-    Body ask(const std::string& path, const char* json, int patienceMs);
-    /// As ask(), unless somebody has called stop().
-    Body askUnlessStopped(const std::string& path, const char* json, int patienceMs);
+    /// Nothing as soon as somebody has called stop().
+    Body ask(const std::string& path, const char* json, long patienceMs);
+    Body transfer(const std::string& path, const char* json, long patienceMs, bool canBeStopped);
 
     /// @return the QR code's text; nothing when the backend does not answer.
     std::optional<std::string> begin(const std::string& channel, const std::string& preCode);
 
-    /// Waits for the next word, a quarter of a second.
+    /// Waits for the next word, two seconds.
     /// @return nothing when the backend does not answer any more, or after stop().
     std::optional<PlayerWord> next();
 
-    const std::unique_ptr<httplib::Client> mClient;
-    std::mutex mMutex; // guards the two flags
-    std::condition_variable mAnswered;
-    bool mStopped = false;
-    bool mAsking = false;
+    const std::string mAddress;
+    void* mTransfers; // libcurl's, which stop() wakes; no other thread touches the rest of it
+    std::atomic<bool> mStopped{false};
     std::string mId;
     unsigned mWords = 0;
 };
