@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <string>
 
-#include "common/veskdefine.h"
 #include "expect.h"
+#include "login/veskloginresults.h"
 #include "vesk/veskerror.h"
 
 using namespace Braxel::VESK;

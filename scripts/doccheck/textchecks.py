@@ -102,6 +102,8 @@ LITERAL = r'"((?:[^"\\]|\\.)*)"'
 CALL = re.compile(rf'VESK_LOG_(DEBUG|INFO|ERROR)\(\s*{LITERAL},\s*((?:{LITERAL}\s*)+)')
 # A call whose method is a variable: any of those that the file names in full.
 CALL_AT = re.compile(rf'VESK_LOG_AT\(\s*kLog(\w+),\s*[\w.()]+,\s*((?:{LITERAL}\s*)+)')
+# A call that says which file it names.
+CALL_OF = re.compile(rf'VESK_LOG_OF\(\s*([^,]+),\s*kLog(\w+),\s*{LITERAL},\s*((?:{LITERAL}\s*)+)')
 METHOD = re.compile(r'"Braxel::VESK::([\w:]+)"')
 QUOTED = re.compile(r"VESK \[W\.([DIE])\]\[\.\.\.\]\[([\w.]+),Braxel::VESK::([\w:]+),\.\.\.\](.*)$")
 # What a placeholder of printf may look like on a page; ... stands for any value.
@@ -122,15 +124,25 @@ def as_pattern(form):
     return pattern
 
 
+def named_file(argument, text):
+    """The file name that a log call is given, as a literal or as a constant of its source."""
+    constant = re.search(rf"\b{re.escape(argument)} = (\S+);", text)
+    return (constant[1] if constant else argument).strip('"')
+
+
 def log_calls(root):
     """(level, file, method, form) of each log call, and the literals that a file makes texts of."""
     calls, texts = [], {}
     for path, text in sources(root).items():
+        of = [(m[2][0], named_file(m[1], text), m[3], joined(m[4])) for m in CALL_OF.finditer(text)]
+        calls += of
         calls += [(m[1][0], path.name, m[2], joined(m[3])) for m in CALL.finditer(text)]
         calls += [(m[1][0], path.name, method, joined(m[2]))
                   for m in CALL_AT.finditer(text) for method in METHOD.findall(text)]
-        texts[path.name] = [joined(f'"{literal}"') for literal in re.findall(LITERAL, text)
-                            if len(literal) > 3 and "%" not in literal]
+        literals = [joined(f'"{literal}"') for literal in re.findall(LITERAL, text)
+                    if len(literal) > 3 and "%" not in literal]
+        for name in {path.name, *(call[1] for call in of)}:
+            texts.setdefault(name, []).extend(literals)
     return calls, texts
 
 

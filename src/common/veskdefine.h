@@ -118,11 +118,6 @@ private:
     }
 };
 
-/// Fills @p ret from the backend's answer to a login.
-/// @param code 0, or the transport's failure.
-void ConvertLoginRet(InnerLoginRet& ret, int32_t code, const std::string& respBody,
-                     const std::string& seqID);
-
 } // namespace VESK
 } // namespace Braxel
 

@@ -2,6 +2,7 @@
 
 #include "foundation/json/veskjsonreader.h"
 #include "foundation/json/veskjsonwriter.h"
+#include "foundation/log/vesklogger.h"
 #include "foundation/tools/veskutils.h"
 
 namespace Braxel {
@@ -63,6 +64,30 @@ std::string InnerBaseRet::ToJson() const {
     writer.convert("extraJson", extraJson);
     writer.objectEnd();
     return buffer.text();
+}
+
+void InnerLoginRet::resetLoginRet() {
+    VESK_LOG_OF("veskdefine.cpp", kLogDebug, "InnerLoginRet::resetLoginRet", "reset login result");
+    reserved2 = 0;
+    openid = "";
+    token = "";
+    tokenExpire = -1;
+    firstLogin = -1;
+    regChannelDis = "";
+    userName = "";
+    gender = 0;
+    birthdate = "";
+    pictureUrl = "";
+    pf = "";
+    pfKey = "";
+    realNameAuth = false;
+    channelID = -1;
+    channel = "";
+    channelInfo = "";
+    uid = "";
+    reserved4 = "";
+    seq = "";
+    methodNameID = -1;
 }
 
 std::string InnerLoginRet::ToJson() const {

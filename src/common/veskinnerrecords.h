@@ -62,10 +62,6 @@ struct InnerLoginRet : InnerBaseRet {
     /// keep their values.
     void resetLoginRet();
 
-    /// The two halves of resetLoginRet(), for a caller that must not log where it clears.
-    static void LogReset();
-    void ClearFields();
-
     /// The record under the backend's member names, so that a backend answer can be merged in.
     std::string ToJson() const;
 

@@ -24,6 +24,11 @@ void Post(const std::string& url, HttpRequesterCallback callback, const std::str
     }
 }
 
+/// Fills @p ret from the backend's answer to a login.
+/// @param code 0, or the transport's failure.
+void ConvertLoginRet(InnerLoginRet& ret, int32_t code, const std::string& respBody,
+                     const std::string& seqID);
+
 void DeliverLoginRet(const InnerLoginRet& ret, const std::string& seqID);
 void DeliverLoginFailure(int32_t code, const std::string& message, int32_t methodNameID,
                          const std::string& seqID);

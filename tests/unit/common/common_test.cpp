@@ -6,6 +6,7 @@
 #include "common/veskchannelfacts.h"
 #include "common/veskdefine.h"
 #include "common/veskinnerrecords.h"
+#include "login/veskloginresults.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
