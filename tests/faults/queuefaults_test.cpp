@@ -44,6 +44,7 @@ struct Post {
     void send() {
         VESKHTTPParams params(method, url, &hear, text, this);
         params.timeout = timeout;
+        params.headers["X-Own"] = "mine";
         EXPECT_TRUE(VESKHTTPManager::GetInstance()->Request(&params));
     }
 
@@ -161,7 +162,7 @@ TEST_F(QueueFaults, ShutdownAnswersTheQueueAndTakesNoMore) {
     expectOnce(all);
 }
 
-TEST_F(QueueFaults, GetFollowsTwoRedirects) {
+TEST_F(QueueFaults, GetFollowsTwoRedirectsAndLeavesOwnHeadersOut) {
     const std::string there = environment("VESK_TEST_BACKEND_URL") + "/v2/fault";
     const std::string body("a\0b", 3);
     auto& all = posts(2, "fault");
@@ -176,6 +177,13 @@ TEST_F(QueueFaults, GetFollowsTwoRedirects) {
         EXPECT_EQ(post.result, isLast ? 47 : 0);
         EXPECT_EQ(post.body, isLast ? "" : body);
     }
+    for (const Request& request : backend.requests("fault")) {
+        EXPECT_EQ(request.headers.find("X-Own"), std::string::npos) << "only of a POST";
+    }
+    auto& post = posts(1, "echo").front();
+    post.send();
+    waitUntil("the answer", [&] { return post.calls > 0; });
+    EXPECT_NE(backend.waitForRequest("echo").headers.find(R"("X-Own")"), std::string::npos);
 }
 
 TEST_F(QueueFaults, TransferEndsInTimeWhereverItStalls) {

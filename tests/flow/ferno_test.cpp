@@ -130,7 +130,7 @@ TEST_F(Ferno, SecondLoginSupersedesACodeThatIsShown) {
 
 TEST_F(Ferno, CrossingPreCodesLeaveTheNewerLoginAnswered) {
     script("on_qrcode=1:qr:u,60:success");
-    expectNewerOfCrossingPreCodes();
+    expectNewerOfCrossingPreCodes("frlogin_req_qrcode");
 }
 
 TEST_F(Ferno, LogoutWhileACodeIsShownLeavesTheLoginRunning) {

@@ -44,7 +44,7 @@ TEST_F(KZ, EveryFailureOfTheComponentEndsTheLogin) {
 
 TEST_F(KZ, CrossingPreCodesLeaveTheNewerLoginAnswered) {
     script("on_qrcode=1:info:1:u,60:result:0:3");
-    expectNewerOfCrossingPreCodes();
+    expectNewerOfCrossingPreCodes("LoginByQRCode");
 }
 
 TEST_F(KZ, RememberedPlayerIsLoggedInWithoutACode) {

@@ -13,9 +13,10 @@ protected:
 
     void startLogin();
     VESKLoginRet scanAndLogin();
-    /// Two logins whose pre-codes come about the same time, in either order. A script keeps the
-    /// player from confirming before that.
-    void expectNewerOfCrossingPreCodes();
+    /// Two logins whose pre-codes come in the wrong order, in the right one, and at once. A script
+    /// keeps the player from confirming before that.
+    /// @param codeRequest the component's entry point that is asked for a code
+    void expectNewerOfCrossingPreCodes(const char* codeRequest);
 
     const std::string channel;
 };

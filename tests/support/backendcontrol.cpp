@@ -116,8 +116,12 @@ std::vector<Request> BackendControl::requests(const std::string& path) {
     document.Parse(call("/requests", nullptr).c_str());
     std::vector<Request> found;
     for (const auto& item : document.GetArray()) {
+        rapidjson::StringBuffer headers;
+        rapidjson::Writer<rapidjson::StringBuffer> writer(headers);
+        item["headers"].Accept(writer);
         const Request request{item["path"].GetString(), item["query"].GetString(),
-                              item["body"].GetString(), item["verdict"].GetString()};
+                              item["body"].GetString(), headers.GetString(),
+                              item["verdict"].GetString()};
         if (request.path.find(path) != std::string::npos) {
             found.push_back(request);
         }

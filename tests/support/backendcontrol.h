@@ -33,6 +33,7 @@ struct Request {
     std::string path;
     std::string query;
     std::string body;
+    std::string headers; ///< as JSON
     std::string verdict; ///< "ok", or what is wrong
 };
 
