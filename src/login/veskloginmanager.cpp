@@ -4,17 +4,13 @@
 #include "common/veskdefine.h"
 #include "config/veskconfigmanager.h"
 #include "foundation/json/veskjsonreader.h"
-#include "foundation/json/veskjsonwriter.h"
 #include "foundation/task/manager/vesktaskmanager.h"
 #include "foundation/task/veskrefreshtokentask.h"
 #include "foundation/tools/veskhttpparams.h"
 #include "foundation/tools/vesknetworkutils.h"
 #include "login/veskloginbodies.h"
 #include "login/veskloginresults.h"
-#include "login/vesklogoutret.h"
 #include "module/veskmutex.h"
-#include "platformimpl/foundation/file/veskfileutils.h"
-#include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/login/veskloginimpl.h"
 #include "vesk/veskerror.h"
 
@@ -23,7 +19,6 @@ namespace VESK {
 
 namespace {
 
-constexpr const char* kDeviceCacheFile = "upra_login.txt";
 constexpr int32_t kStateNotified = 2;
 constexpr const char* kOnPreCodeResp = "Braxel::VESK::VESKLoginManager::OnPreCodeResp";
 constexpr const char* kOnLoginResp = "Braxel::VESK::VESKLoginManager::OnLoginResp";
@@ -49,15 +44,9 @@ void OrOutOfMemory(const char* method, int32_t methodNameID, const std::string& 
     }
 }
 
-bool IsJson(const std::string& text) {
-    VESKJsonReader reader;
-    reader.init(text);
-    return !reader.parseFailed();
-}
-
 } // namespace
 
-VESKLoginManager::VESKLoginManager() : mLoginRet(std::make_shared<InnerLoginRet>()) {
+VESKLoginManager::VESKLoginManager() : mLogouts(mHeld) {
     VESKInnerObserverHolder<InnerLoginPluginRet>::Register(kObserverIDPluginLogin,
                                                            &PluginLoginObserver);
     VESKInnerObserverHolder<InnerBaseRet>::Register(kObserverIDPluginLogout, &PluginLogoutObserver);
@@ -80,12 +69,7 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     }
     ExtendedLoginRequest extended;
     static_cast<LoginRequest&>(extended) = request;
-    {
-        // In one, or the older of two logins would drop what the newer has brought already.
-        const std::lock_guard<VESKMutex> lock(mStoreMutex);
-        extended.order = BeginLogin(request.seqID);
-        DropLogin();
-    }
+    mHeld.DropFor([&] { extended.order = BeginLogin(request.seqID); });
     mNeedLoginObserve = true;
     extended.permissions = permissions;
     // Deliberate: any other channel is never answered.
@@ -253,7 +237,8 @@ bool VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string&
     if (!IsCurrent(seqID, kOnLoginResp)) {
         return true; // nobody waits for it
     }
-    if (!StoreCurrentLogin(ret, seqID)) {
+    // One that came too late must neither sign the old player in nor cost the newer one's record.
+    if (!mHeld.SaveLogin(ret, [&] { return CloseLogin(seqID); })) {
         return !IsCurrent(seqID, kOnLoginResp); // overtaken just now: nobody waits for it either
     }
     TimerRefreshToken(seqID, ret.channel.c_str());
@@ -345,195 +330,7 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
     VESKLoginIMPL::GetInstance()->PluginAutoLogin(autoLogin);
 }
 
-// ---- The login that is held ----
-
-std::shared_ptr<const InnerLoginRet> VESKLoginManager::HeldLogin() {
-    const std::lock_guard<VESKMutex> lock(mLoginRetMutex);
-    return mLoginRet;
-}
-
-bool VESKLoginManager::isLoginRetEmpty() {
-    const std::shared_ptr<const InnerLoginRet> held = HeldLogin();
-    return held->openid.length() == 0 || held->token.length() == 0;
-}
-
-bool VESKLoginManager::GetLoginRet(InnerLoginRet& out) {
-    VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "Start get login ret");
-    if (isLoginRetEmpty()) {
-        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "get LoginRet from device cache");
-        return ReadDeviceCache(out);
-    }
-    out = *HeldLogin();
-    VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "get memory cache current login ret ");
-    out.methodNameID = kMethodNameGetLoginRet;
-    return CheckExpiry(out);
-}
-
-bool VESKLoginManager::CheckExpiry(InnerLoginRet& out) {
-    if (out.tokenExpire == 0) {
-        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "tokenExpire == 0");
-        return true;
-    }
-    // Deliberate: the clock is taken as 32 bits.
-    const int64_t now = static_cast<int32_t>(os::UnixSeconds());
-    if (out.tokenExpire < now) {
-        // Deliberate: an expired login is found all the same.
-        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "token expire");
-        out.methodNameID = kMethodNameGetLoginRet;
-        out.retCode = VESKError::TOKEN_EXPIRED;
-        out.retMsg = "token expire";
-        return true;
-    }
-    if (out.retCode != VESKError::SUCCESS) {
-        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "retCode != VESKError::SUCCESS");
-        return false;
-    }
-    VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "Get login ret done");
-    return true;
-}
-
-bool VESKLoginManager::ReadDeviceCache(InnerLoginRet& out) {
-    // Deliberate: a fixed width, that of KZ's name, whatever channel wrote the file.
-    constexpr size_t kChannelWidth = 2;
-    constexpr size_t kLongestIgnored = 3;
-    std::string content;
-    {
-        const std::lock_guard<VESKMutex> lock(mStoreMutex);
-        content = VESKFileUtils::GetInstance()->ReadFile(kDeviceCacheFile);
-    }
-    if (content.empty()) {
-        VESK_LOG_DEBUG("VESKLoginManager::GetLoginRet", "empty login cache");
-        out = InnerLoginRet(VESKError::NO_STORED_LOGIN);
-        out.methodNameID = kMethodNameGetLoginRet;
-    } else if (content.size() > kLongestIgnored) {
-        out.channel = content.substr(0, kChannelWidth).c_str();
-        out.uid = content.substr(kChannelWidth).c_str();
-    }
-    return false;
-}
-
-bool VESKLoginManager::SaveLoginRet(const InnerLoginRet& ret) {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    ++mHeldLogin;
-    return StoreLogin(ret);
-}
-
-/// A login that came too late must neither sign the old player in nor cost the newer one's record.
-/// @return whether it is the login in progress, stored or not, and the first answer to that.
-bool VESKLoginManager::StoreCurrentLogin(const InnerLoginRet& ret, const std::string& seqID) {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    if (!CloseLogin(seqID)) {
-        return false;
-    }
-    ++mHeldLogin;
-    ++mStoredLogins;
-    StoreLogin(ret);
-    return true;
-}
-
-/// Stores what was made from the record of @p generation, unless that is not the held one any more.
-bool VESKLoginManager::StoreChanged(const InnerLoginRet& ret, uint64_t generation) {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    if (generation != mStoreGeneration) {
-        return false;
-    }
-    StoreLogin(ret);
-    return true;
-}
-
-uint64_t VESKLoginManager::StoreGeneration() {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    return mStoreGeneration;
-}
-
-bool VESKLoginManager::StoreLogin(const InnerLoginRet& ret) {
-    VESK_LOG_DEBUG("VESKLoginManager::SaveLoginRet", "Start save login ret");
-    const std::string content = std::string(ret.channel.c_str()) + ret.uid.c_str();
-    if (!VESKFileUtils::GetInstance()->WriteFile(kDeviceCacheFile, content)) {
-        VESK_LOG_ERROR("VESKLoginManager::SaveLoginRet", "save LoginRet fail");
-        return false;
-    }
-    auto saved = std::make_shared<const InnerLoginRet>(ret);
-    ++mStoreGeneration;
-    {
-        const std::lock_guard<VESKMutex> lock(mLoginRetMutex);
-        mLoginRet.swap(saved);
-    }
-    VESK_LOG_DEBUG("VESKLoginManager::SaveLoginRet", "save LoginRet success");
-    return true;
-}
-
-bool VESKLoginManager::DeleteLoginRet() {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    return DropLogin();
-}
-
-uint64_t VESKLoginManager::StoredLogins() {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    return mStoredLogins;
-}
-
-/// Drops the login for which a channel has logged out, but none that has followed it meanwhile.
-void VESKLoginManager::DropLoginOf(uint64_t storedLogins) {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    if (storedLogins == mStoredLogins) {
-        DropLogin();
-    }
-}
-
-bool VESKLoginManager::DropLogin() {
-    ++mStoreGeneration;
-    ++mHeldLogin;
-    const auto reset = std::make_shared<InnerLoginRet>(*HeldLogin());
-    reset->resetLoginRet();
-    {
-        const std::lock_guard<VESKMutex> lock(mLoginRetMutex);
-        mLoginRet = reset;
-    }
-    VESK_LOG_DEBUG("VESKLoginManager::DeleteLoginRet", "login ret is empty:%d",
-                   isLoginRetEmpty() ? 1 : 0);
-    return VESKFileUtils::GetInstance()->RemoveFile(kDeviceCacheFile);
-}
-
-void VESKLoginManager::UpdateLoginRet(const String& loginData, InnerLoginRet& out) {
-    if (!IsJson(loginData.c_str())) {
-        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet", "invalid logindata :%s",
-                       loginData.c_str());
-        return;
-    }
-    const std::string seqID = out.seq.c_str();
-    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "[ %s ], %s", seqID.c_str(),
-                   loginData.c_str());
-    if (out.retCode != VESKError::SUCCESS) {
-        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet", "[ %s ], invalid loginRet",
-                       seqID.c_str());
-        return;
-    }
-    const uint64_t generation = StoreGeneration();
-    InnerLoginRet stored;
-    if (!GetLoginRet(stored)) {
-        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet",
-                       "[ %s ], getLoginRet failed, ignore this operate", seqID.c_str());
-        return;
-    }
-    stored.retMsg = VESKUtils::GetRetMsg(VESKError::SUCCESS).c_str();
-    stored.seq = "";
-    std::string target = stored.ToJson();
-    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "targetJson before merge : %s",
-                   target.c_str());
-    VESKJsonWriter::merge(target, loginData.c_str());
-    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "targetJson after merge : %s",
-                   target.c_str());
-    if (!IsJson(target)) {
-        VESK_LOG_ERROR("VESKLoginManager::UpdateLoginRet", "load json fail %s", target.c_str());
-        return;
-    }
-    VESK_LOG_DEBUG("VESKLoginManager::UpdateLoginRet", "save target result ok");
-    stored.FromJson(target);
-    if (StoreChanged(stored, generation)) {
-        out = stored;
-    }
-}
+// ---- Token refresh ----
 
 void VESKLoginManager::TimerRefreshToken(const std::string& seqID, const std::string& channel) {
     if (ChannelFacts(channel).kind == VESKChannelKind::kGuest) {
@@ -560,166 +357,17 @@ std::unique_ptr<VESKTask> VESKLoginManager::MakeRefreshTask() {
     return std::make_unique<VESKRefreshTokenTask>(login);
 }
 
-void VESKLoginManager::NoteRefresh() {
-    const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    mRefreshedLogin = mHeldLogin;
-}
-
 void VESKLoginManager::PluginRefreshObserver(const InnerLoginPluginRet& answer,
                                              const char* /*seqID*/) {
     if (!answer.channelInfo.empty()) {
-        GetInstance()->RefreshLogin(answer);
+        GetInstance()->mHeld.Refresh(answer);
     }
-}
-
-void VESKLoginManager::RefreshLogin(const InnerLoginPluginRet& answer) {
-    std::string token;
-    const int32_t lifetime =
-        VESKLoginBodies::ReadChannelToken(answer.channel, answer.channelInfo, token);
-    if (lifetime == 0) {
-        return;
-    }
-    const int64_t now = os::UnixSeconds();
-    uint64_t generation = 0;
-    bool isOurs = false;
-    {
-        const std::lock_guard<VESKMutex> lock(mStoreMutex);
-        generation = mStoreGeneration;
-        isOurs = mRefreshedLogin == 0 || mRefreshedLogin == mHeldLogin;
-        mRefreshedLogin = 0;
-    }
-    InnerLoginRet ret;
-    GetLoginRet(ret);
-    // It may be the answer to what another login has asked, or nothing may be held any more.
-    if (!isOurs || ret.openid.length() == 0 || answer.channel != ret.channel.c_str()) {
-        VESK_LOG_DEBUG("VESKLoginManager::PluginRefreshObserver",
-                       "token of channel %s is not for the held login", answer.channel.c_str());
-        return;
-    }
-    ret.token = token.c_str();
-    ret.tokenExpire = now + lifetime;
-    ret.channelInfo =
-        VESKLoginBodies::RefreshedChannelInfo(answer.channel, ret.openid.c_str(), token).c_str();
-    StoreChanged(ret, generation);
 }
 
 // ---- Logout ----
 
-void VESKLoginManager::Logout(const ShortRequest& request, bool channelOnly) {
-    const std::string& seqID = request.seqID;
-    VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ], logout", seqID.c_str());
-    const uint64_t storedLogins = StoredLogins();
-    InnerLoginRet stored;
-    if (!GetLoginRet(stored) && stored.retCode != VESKError::TOKEN_EXPIRED) {
-        VESK_LOG_ERROR("VESKLoginManager::Logout", "[ %s ], get loginRet fail", seqID.c_str());
-        DeliverLogoutRet(InnerBaseRet(stored.retCode), kObserverIDBaseRet, seqID);
-        return;
-    }
-    LogoutRequest logout;
-    static_cast<ShortRequest&>(logout) = request;
-    logout.channelOnly = channelOnly;
-    if (logout.channel.empty()) {
-        logout.channel = stored.channel.c_str();
-    }
-    VESK_LOG_DEBUG("VESKLoginManager::Logout", "[ %s ] logout %s", seqID.c_str(),
-                   logout.channel.c_str());
-    KeepLogout(seqID, channelOnly, storedLogins);
-    if (ChannelFacts(logout.channel).kind == VESKChannelKind::kGuest) {
-        DeliverLogoutRet(InnerBaseRet(VESKError::SUCCESS), kObserverIDPluginLogout, seqID);
-    } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
-        TakeLogout(seqID); // nobody will answer
-    }
-    // A channel may take its time: by now the task may be that of a login which has followed.
-    if (storedLogins == StoredLogins()) {
-        VESKTaskManager::GetInstance()->RemoveTask(VESKRefreshTokenTask::kTaskName);
-        VESKTaskManager::GetInstance()->StopTimer();
-    }
-}
-
-/// Before the channel is asked: it may answer at once.
-void VESKLoginManager::KeepLogout(const std::string& seqID, bool channelOnly,
-                                  uint64_t storedLogins) {
-    if (!seqID.empty()) { // its answer asks for nothing
-        PendingLogout logout{VESKLoginBodies::LogoutParams(channelOnly), storedLogins};
-        const std::lock_guard<VESKMutex> lock(mPendingLogoutMutex);
-        std::swap(mPendingLogouts[seqID], logout);
-    }
-}
-
-VESKLoginManager::PendingLogout VESKLoginManager::TakeLogout(const std::string& seqID) {
-    PendingLogout logout{"", StoredLogins()};
-    const std::lock_guard<VESKMutex> lock(mPendingLogoutMutex);
-    const auto found = mPendingLogouts.find(seqID);
-    if (found != mPendingLogouts.end()) {
-        logout = std::move(found->second);
-        mPendingLogouts.erase(found);
-    }
-    return logout;
-}
-
 void VESKLoginManager::PluginLogoutObserver(const InnerBaseRet& answer, const char* seqID) {
-    VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver", "[ %s ], %s", seqID,
-                   answer.ToJson().c_str());
-    if (*seqID == '\0') {
-        VESK_LOG_INFO("VESKLoginManager::PluginLogoutObserver",
-                      "channel logout done, no seqID no need to callback");
-        return;
-    }
-    VESKLoginManager* manager = GetInstance();
-    const PendingLogout logout = manager->TakeLogout(seqID);
-    const bool channelOnly = VESKLoginBodies::ReadChannelOnly(logout.params);
-    VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver",
-                   "[ %s ], param JSON %s, channelOnly %s", seqID, logout.params.c_str(),
-                   channelOnly ? "true" : "false");
-    if (answer.retCode != VESKError::SUCCESS) {
-        VESK_LOG_ERROR("VESKLoginManager::PluginLogoutObserver", "[ %s ], logout plugin failed",
-                       seqID);
-    } else {
-        InnerLoginRet stored;
-        manager->GetLoginRet(stored);
-        if (!channelOnly) {
-            manager->SendLogoutRequest(seqID, logout.storedLogins);
-            manager->DropLoginOf(logout.storedLogins);
-            VESK_LOG_DEBUG("VESKLoginManager::PluginLogoutObserver",
-                           "logoutNotifyObservers count: %i",
-                           static_cast<int>(manager->mLogoutNotifyObservers.size()));
-            for (const NotifyObserver observer : manager->mLogoutNotifyObservers) {
-                observer(stored);
-            }
-        }
-    }
-    InnerBaseRet ret(answer.retCode);
-    ret.thirdCode = answer.thirdCode;
-    ret.thirdMsg = answer.thirdMsg;
-    DeliverLogoutRet(ret, kObserverIDBaseRet, seqID);
-}
-
-void VESKLoginManager::SendLogoutRequest(const std::string& seqID, uint64_t storedLogins) {
-    VESK_LOG_DEBUG("VESKLoginManager::SendLogoutRequest", "[ %s ] sendLogoutRequest",
-                   seqID.c_str());
-    InnerLoginRet stored;
-    GetLoginRet(stored);
-    if (stored.openid.length() == 0 || stored.token.length() == 0 ||
-        storedLogins != StoredLogins()) {
-        VESK_LOG_DEBUG("VESKLoginManager::SendLogoutRequest", "[ %s ], invalid loginret",
-                       seqID.c_str());
-        return;
-    }
-    const std::string body = VESKLoginBodies::Logout(stored.token.c_str(), stored.openid.c_str());
-    const std::string url = VESKNetworkUtils::GetURL("auth/logout", stored.channelID, body, seqID);
-    Post(url, &OnLogoutResp, body, std::make_unique<std::string>(seqID), seqID);
-}
-
-void VESKLoginManager::OnLogoutResp(int32_t /*reqSeq*/, int32_t result, const std::string& body,
-                                    void* context) {
-    const std::unique_ptr<std::string> seqID(static_cast<std::string*>(context));
-    VESK_LOG_DEBUG("VESKLoginManager::OnLogoutResp", "[ %s ], %s", seqID->c_str(), body.c_str());
-    VESKLogoutRet ret;
-    VESKNetworkUtils::HandleNetworkResponse(result, body, ret, *seqID);
-    if (ret.retCode == VESKError::SUCCESS) {
-        VESK_LOG_DEBUG("VESKLoginManager::OnLogoutResp", "[ %s ], logout request success",
-                       seqID->c_str());
-    }
+    GetInstance()->mLogouts.OnChannelAnswer(answer, seqID);
 }
 
 void VESKLoginManager::UnInstallPlatformPlugins() {

@@ -3,13 +3,14 @@
 
 #include <atomic>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "common/veskinnerrecords.h"
 #include "common/veskrequests.h"
+#include "login/veskheldlogin.h"
+#include "login/vesklogouts.h"
 #include "module/veskmutex.h"
 #include "module/vesksingleton.h"
 
@@ -18,8 +19,9 @@ namespace VESK {
 
 class VESKTask;
 
-/// Runs logins and logouts and keeps the login result. Any thread may call it; none of its locks
-/// is held across HTTP, channel or observer calls, and no two of the first three are ever nested.
+/// Runs logins; the held login and the logouts under way are parts of it. Any thread may call it.
+/// No lock of the three is held across HTTP, channel or observer calls, and the held login's
+/// mStoreMutex alone has others inside it.
 class VESKLoginManager {
 public:
     static VESKLoginManager* GetInstance() {
@@ -39,22 +41,14 @@ public:
     /// The success that is stored for @p seqID got lost on its way to the game: a failure counts.
     void ReopenLogin(const std::string& seqID);
 
-    /// Reads the login that is held, or what the device remembers of an earlier one.
-    /// @return whether one is held. An expired one is, with retCode TOKEN_EXPIRED.
-    bool GetLoginRet(InnerLoginRet& out);
-
-    /// @return whether the device file was written. Only then is @p ret held.
-    bool SaveLoginRet(const InnerLoginRet& ret);
-
-    /// @return whether the device file was removed.
-    bool DeleteLoginRet();
-
-    /// The channel is about to be asked for a fresh token of the login that is held: its answer is
-    /// for no other one.
-    void NoteRefresh();
-
-    /// Merges the JSON object @p loginData into the held login and gives the result in @p out.
-    void UpdateLoginRet(const String& loginData, InnerLoginRet& out);
+    // See VESKHeldLogin.
+    bool GetLoginRet(InnerLoginRet& out) { return mHeld.Get(out); }
+    bool SaveLoginRet(const InnerLoginRet& ret) { return mHeld.Save(ret); }
+    bool DeleteLoginRet() { return mHeld.Drop(); }
+    void NoteRefresh() { mHeld.NoteRefresh(); }
+    void UpdateLoginRet(const String& loginData, InnerLoginRet& out) {
+        mHeld.Update(loginData, out);
+    }
 
     /// Arms the periodic refresh of the channel token.
     void TimerRefreshToken(const std::string& seqID, const std::string& channel);
@@ -62,7 +56,9 @@ public:
     /// The task that TimerRefreshToken() arms.
     static std::unique_ptr<VESKTask> MakeRefreshTask();
 
-    void Logout(const ShortRequest& request, bool channelOnly);
+    void Logout(const ShortRequest& request, bool channelOnly) {
+        mLogouts.Logout(request, channelOnly);
+    }
 
     /// Stops the background work and closes the channel components.
     void UnInstallPlatformPlugins();
@@ -82,17 +78,6 @@ private:
     bool CloseLogin(const std::string& seqID);
     bool IsCurrent(const std::string& seqID, const char* method);
     void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
-    void RefreshLogin(const InnerLoginPluginRet& answer);
-    /// A logout that its channel has not answered yet.
-    struct PendingLogout {
-        std::string params;
-        uint64_t storedLogins = 0; ///< when it began
-    };
-
-    void SendLogoutRequest(const std::string& seqID, uint64_t storedLogins);
-    void KeepLogout(const std::string& seqID, bool channelOnly, uint64_t storedLogins);
-    PendingLogout TakeLogout(const std::string& seqID);
-    uint64_t StoredLogins();
 
     // Channel answers, by way of the inner observer holder.
     static void PluginLoginObserver(const InnerLoginPluginRet& answer, const char* seqID);
@@ -103,19 +88,9 @@ private:
     static void OnPreCodeResp(int32_t reqSeq, int32_t result, const std::string& body,
                               void* context);
     static void OnLoginResp(int32_t reqSeq, int32_t result, const std::string& body, void* context);
-    static void OnLogoutResp(int32_t reqSeq, int32_t result, const std::string& body,
-                             void* context);
 
-    std::shared_ptr<const InnerLoginRet> HeldLogin();
-    bool isLoginRetEmpty();
-    bool CheckExpiry(InnerLoginRet& out);
-    bool ReadDeviceCache(InnerLoginRet& out);
-    bool StoreLogin(const InnerLoginRet& ret);
-    bool StoreCurrentLogin(const InnerLoginRet& ret, const std::string& seqID);
-    bool StoreChanged(const InnerLoginRet& ret, uint64_t generation);
-    uint64_t StoreGeneration();
-    bool DropLogin();
-    void DropLoginOf(uint64_t storedLogins);
+    VESKHeldLogin mHeld;
+    VESKLogouts mLogouts;
 
     VESKMutex mLoginMutex; // guards the six below
     std::string mCurrentLoginSeqID;
@@ -125,22 +100,7 @@ private:
     int32_t mLoginState = 0;
     std::shared_ptr<const InnerLoginRet> mPendingLoginRet; // waits for real-name authentication
 
-    VESKMutex mLoginRetMutex; // guards the pointer; a record is never changed once it is held
-    std::shared_ptr<const InnerLoginRet> mLoginRet;
-
-    VESKMutex mPendingLogoutMutex;
-    std::map<std::string, PendingLogout> mPendingLogouts; // by sequence id
-
-    // One user of the device file at a time; taken before mLoginRetMutex and mLoginMutex. It guards
-    // the four below.
-    VESKMutex mStoreMutex;
-    uint64_t mStoreGeneration = 0; // moves with each change of the held record
-    uint64_t mStoredLogins = 0;    // moves with each login that succeeds
-    uint64_t mHeldLogin = 0;       // moves with each login and logout, but with no refresh
-    uint64_t mRefreshedLogin = 0;  // the one that a fresh token was asked for; 0: nobody has asked
-
     std::vector<NotifyObserver> mLoginNotifyObservers;
-    std::vector<NotifyObserver> mLogoutNotifyObservers;
 };
 
 } // namespace VESK

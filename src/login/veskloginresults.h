@@ -8,9 +8,22 @@
 #include "common/veskinnerrecords.h"
 #include "foundation/http/veskhttpmanager.h"
 #include "foundation/tools/veskhttpparams.h"
+#include "vesk/veskret.h"
 
 namespace Braxel {
 namespace VESK {
+
+class VESKJsonReader;
+
+/// The backend's answer to a logout.
+struct VESKLogoutRet : VESKBaseRet {
+    static constexpr const char* kRecordName = "VESKLogoutRet";
+
+    VESKLogoutRet() { thirdCode = 0; }
+
+    /// Deliberate: whatever the body says counts as success.
+    void FromJson(const VESKJsonReader& /*reader*/) {}
+};
 
 /// Posts @p body; @p context goes to the callback, which frees it, and is freed here when there
 /// will be no callback.

@@ -2,7 +2,7 @@
 #include "foundation/tools/veskhttpparams.h"
 #include "foundation/tools/vesknetworkutils.h"
 #include "foundation/tools/veskutils.h"
-#include "login/vesklogoutret.h"
+#include "login/veskloginresults.h"
 #include "unit/unittest.h"
 #include "vesk/veskerror.h"
 
