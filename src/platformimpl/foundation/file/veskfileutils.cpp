@@ -73,6 +73,21 @@ bool Replace(const std::string& directory, const std::string& path, const std::s
     return false;
 }
 
+/// The file's content, logged as that of a @p kind of file under the name @p method.
+std::string Read(const char* method, const char* kind, size_t limit, const std::string& name) {
+    const std::string directory = LibraryDirectory();
+    const std::string path = directory + name;
+    VESK_LOG_AT(kLogInfo, method, "Read %s:%s", kind, path.c_str());
+    const FilePtr file = Open(directory, path, "r");
+    std::string content;
+    if (!file || !ReadAll(file.get(), limit, content)) {
+        VESK_LOG_AT(kLogError, method, "Read %s error! file path:%s", kind, path.c_str());
+        return {};
+    }
+    VESK_LOG_AT(kLogInfo, method, "Read %s success! Content:\n%s", kind, content.c_str());
+    return content;
+}
+
 } // namespace
 
 std::string VESKFileUtils::GetLibraryDirectory() const {
@@ -80,33 +95,12 @@ std::string VESKFileUtils::GetLibraryDirectory() const {
 }
 
 std::string VESKFileUtils::ReadFile(const std::string& name) const {
-    const std::string directory = LibraryDirectory();
-    const std::string path = directory + name;
-    VESK_LOG_INFO("VESKFileUtils::ReadFile", "Read file:%s", path.c_str());
-    const FilePtr file = Open(directory, path, "r");
-    std::string content;
-    if (!file || !ReadAll(file.get(), kLongestFile, content)) {
-        VESK_LOG_ERROR("VESKFileUtils::ReadFile", "Read file error! file path:%s", path.c_str());
-        return {};
-    }
-    VESK_LOG_INFO("VESKFileUtils::ReadFile", "Read file success! Content:\n%s", content.c_str());
-    return content;
+    return Read("Braxel::VESK::VESKFileUtils::ReadFile", "file", kLongestFile, name);
 }
 
 std::string VESKFileUtils::ReadConfigFile(const std::string& name) const {
-    const std::string directory = LibraryDirectory();
-    const std::string path = directory + name;
-    VESK_LOG_INFO("VESKFileUtils::ReadConfigFile", "Read config file:%s", path.c_str());
-    const FilePtr file = Open(directory, path, "r");
-    std::string content;
-    if (!file || !ReadAll(file.get(), kLongestConfigFile, content)) {
-        VESK_LOG_ERROR("VESKFileUtils::ReadConfigFile", "Read config file error! file path:%s",
-                       path.c_str());
-        return {};
-    }
-    VESK_LOG_INFO("VESKFileUtils::ReadConfigFile", "Read config file success! Content:\n%s",
-                  content.c_str());
-    return content;
+    return Read("Braxel::VESK::VESKFileUtils::ReadConfigFile", "config file", kLongestConfigFile,
+                name);
 }
 
 bool VESKFileUtils::WriteFile(const std::string& name, const std::string& data) const {
