@@ -39,6 +39,7 @@ public:
     /// kPatience: it may be waiting for this thread.
     void Close();
 
+    /// UnInstall's contract in vesklogin.h names it.
     static constexpr std::chrono::milliseconds kPatience{750};
 
 private:
