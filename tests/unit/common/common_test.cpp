@@ -3,7 +3,6 @@
 #include <set>
 
 #include "common/vesk.h"
-#include "common/veskchannelfacts.h"
 #include "common/veskdefine.h"
 #include "common/veskinnerrecords.h"
 #include "login/veskloginresults.h"
@@ -39,14 +38,6 @@ TEST_F(Identity, SequenceIdNamesGameDeviceTimeAndNumber) {
     EXPECT_EQ(logged("config from"), 0u); // the file alone was asked
 }
 
-TEST_F(Identity, WithoutAGameTheIdBeginsWithADashAndTheKeysAreLookedForEachTime) {
-    for (const char* number : {"-1", "-2"}) {
-        EXPECT_THAT(VESK::CreateSequenceId(),
-                    AllOf(StartsWith("-" + VESK::GetUUID() + "-"), EndsWith(number)));
-    }
-    EXPECT_EQ(logged("]from storage GameId , UUID , SeqId primary key "), 2u);
-}
-
 TEST_F(Identity, EightThreadsNeverMakeTheSameId) {
     std::vector<std::string> made(400);
     onEightThreads([&](int thread) {
@@ -62,78 +53,37 @@ TEST_F(Identity, DeviceInformationCanBeSwitchedOff) {
     EXPECT_EQ(VESK::GetDeviceInfo(), "{}");
 }
 
-TEST(ChannelFacts, AreThoseOfTheNameExactly) {
-    using Kind = VESKChannelKind;
-    const Rows<std::string, Kind, int, int, std::string, int, int> rows = {
-        {"KZ", Kind::kMessenger, 2, 2, "ctk", 3600, 540},
-        {"Ferno", Kind::kMessenger, 1, 1, "ctt", 300, 60},
-        {"Steam", Kind::kDirect, 21, 0, "", 0, 300},
-        {"Guest", Kind::kGuest, 0, 0, "", 0, 300},
-    };
-    for (const auto& [name, kind, id, preCodeID, tokenKey, lifetime, margin] : rows) {
-        const VESKChannelFacts& facts = ChannelFacts(name);
-        EXPECT_EQ(facts.name, name);
-        EXPECT_EQ(facts.kind, kind) << name;
-        EXPECT_EQ(facts.id, id) << name;
-        EXPECT_EQ(facts.preCodeChannelID, preCodeID) << name;
-        EXPECT_EQ(facts.tokenKey, tokenKey) << name;
-        EXPECT_EQ(facts.tokenLifetime, lifetime) << name;
-        EXPECT_EQ(facts.refreshMargin, margin) << name;
-        EXPECT_EQ(facts.allowsAutoLogin, name == "KZ") << name;
-        EXPECT_EQ(facts.sendsSerialNumber, name == "KZ") << name;
-        EXPECT_EQ(facts.hasPayToken, name == "KZ") << name;
-    }
-    for (const char* odd : {"", "kz", "KZ ", "KZZ", "K", "steam", "guest", "FERNO"}) {
-        EXPECT_EQ(ChannelFacts(odd).kind, Kind::kUnknown) << odd;
-        EXPECT_EQ(ChannelFacts(odd).preCodeChannelID, 0) << odd;
-        EXPECT_EQ(ChannelFacts(odd).tokenLifetime, 0) << odd;
-        EXPECT_EQ(ChannelFacts(odd).refreshMargin, 300) << odd;
-    }
-}
+using ObserverHolder = UnitTest;
+using BaseHolder = VESKInnerObserverHolder<InnerBaseRet>;
 
-class ObserverHolder : public UnitTest {
-protected:
-    using BaseHolder = VESKInnerObserverHolder<InnerBaseRet>;
-    using LoginHolder = VESKInnerObserverHolder<InnerLoginRet>;
-
-    static void first(const InnerBaseRet&, const char*) { heard += "first "; }
-    static void second(const InnerBaseRet& ret, const char* seqID) {
-        heard += std::to_string(ret.retCode) + ":" + seqID + ":" + ret.thirdMsg.c_str() + " ";
-    }
-    static void count(const InnerBaseRet& ret, const char* seqID) {
-        delivered += ret.thirdMsg.c_str() == std::string(seqID) ? 1 : 1000;
-    }
-
-    inline static std::string heard;
-    inline static std::atomic<int> delivered{0};
-};
-
-TEST_F(ObserverHolder, DeliversToTheLastHandlerOfTheIdBeforeCommitReturns) {
-    BaseHolder::Register(7, &first);
-    BaseHolder::Register(7, &second);
-    BaseHolder::Register(8, &first);
+TEST_F(ObserverHolder, DeliversToTheLastHandlerOfTypeAndIdBeforeCommitReturns) {
+    static std::string heard;
+    const auto wrong = [](const InnerBaseRet&, const char*) { heard += "wrong "; };
     InnerBaseRet ret(5);
     ret.thirdMsg = "third";
+    BaseHolder::CommitToTaskQueue(ret, 7, "lost");
+    BaseHolder::Register(7, wrong);
+    BaseHolder::Register(7, [](const InnerBaseRet& got, const char* seqID) {
+        heard += std::to_string(got.retCode) + ":" + seqID + ":" + got.thirdMsg.c_str() + " ";
+    });
+    BaseHolder::Register(8, wrong);
     BaseHolder::CommitToTaskQueue(ret, 7, "s1");
+    VESKInnerObserverHolder<InnerLoginRet>::CommitToTaskQueue(InnerLoginRet(5), 7, "another type");
     BaseHolder::CommitToTaskQueue(ret, 7, "");
     EXPECT_EQ(heard, "5:s1:third 5::third ");
 }
 
-TEST_F(ObserverHolder, ResultWithoutAHandlerIsLost) {
-    BaseHolder::CommitToTaskQueue(InnerBaseRet(5), 7, "lost");
-    BaseHolder::Register(7, &second);
-    LoginHolder::CommitToTaskQueue(InnerLoginRet(5), 7, "of another type");
-    BaseHolder::CommitToTaskQueue(InnerBaseRet(6), 7, "kept");
-    EXPECT_EQ(heard, "6:kept: ");
-}
-
 TEST_F(ObserverHolder, ThreadsCommitWhileTheHandlerIsReplaced) {
-    BaseHolder::Register(7, &count);
-    onEightThreads([](int thread) {
+    static std::atomic<int> delivered{0};
+    const auto count = [](const InnerBaseRet& ret, const char* seqID) {
+        delivered += ret.thirdMsg.c_str() == std::string(seqID) ? 1 : 1000;
+    };
+    BaseHolder::Register(7, count);
+    onEightThreads([count](int thread) {
         InnerBaseRet ret(0);
         ret.thirdMsg = std::to_string(thread).c_str();
         for (int i = 0; i < 50; ++i) {
-            BaseHolder::Register(thread == 0 ? 7 : 100 + thread, &count);
+            BaseHolder::Register(thread == 0 ? 7 : 100 + thread, count);
             BaseHolder::CommitToTaskQueue(ret, 7, std::to_string(thread));
         }
     });
@@ -154,19 +104,6 @@ protected:
         R"("reg_channel_dis":"R","user_name":"N","gender":2,"birthdate":"B","picture_url":"P",)"
         R"("pf":"F","pf_key":"K","need_name_auth":false,"channelID":0,"channel":"",)"
         R"("channel_info":"{\"a\":[1]}","uid":"U","seq":"S"})";
-
-    /// A record in which nothing has its default.
-    InnerLoginRet full() const {
-        InnerLoginRet ret;
-        ret.FromJson(record);
-        ret.FromJson(R"({"methodNameID":112,"retCode":5,"extraJson":"E","need_name_auth":true,)"
-                     R"("channelID":21,"channel":"Steam"})");
-        ret.reserved1 = "r1";
-        ret.reserved2 = 22;
-        ret.reserved3 = "r3";
-        ret.reserved4 = "r4";
-        return ret;
-    }
 };
 
 TEST_F(InnerRecords, GoodAnswerFillsEveryFieldAndWrongTypesLeaveThem) {
@@ -210,7 +147,14 @@ TEST_F(InnerRecords, OutcomeOfALoginRequest) {
 }
 
 TEST_F(InnerRecords, ResetForgetsTheAccountButNotTheOutcome) {
-    InnerLoginRet ret = full();
+    InnerLoginRet ret;
+    ret.FromJson(record);
+    ret.FromJson(R"({"methodNameID":112,"retCode":5,"extraJson":"E","need_name_auth":true,)"
+                 R"("channelID":21,"channel":"Steam"})");
+    ret.reserved1 = "r1";
+    ret.reserved2 = 22;
+    ret.reserved3 = "r3";
+    ret.reserved4 = "r4";
     const VESKLoginRet shown = ToPublic(ret); // the rest of it is in SteamLogin
     EXPECT_EQ(shown.reserved1 + shown.reserved3, "r1r3");
     EXPECT_EQ(shown.reserved2, 22);

@@ -4,7 +4,6 @@
 #include "foundation/ini/iniparser.h"
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/json/veskjsonreader.h"
-#include "foundation/json/veskjsonwriter.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
@@ -22,35 +21,28 @@ protected:
     }
 };
 
-TEST_F(Config, OnlyOneIsTrueAndAnEmptyValueIsTheDefault) {
-    const Rows<std::string, bool, bool> rows = {
-        {"1", true, true},   {"0", false, false},  {"", false, true},
-        {"2", false, false}, {"-1", false, false}, {"true", false, false},
-        {"01", true, true},  {"1x", true, true},   {"10", false, false}};
+TEST_F(Config, NumberIsWhatTheValueStartsWithAndOnlyOneIsTrue) {
+    const Rows<std::string, int, bool, bool> rows = {
+        {"1", 1, true, true},   {"0", 0, false, false},      {"", 0, false, true},
+        {"2", 2, false, false}, {"-5", -5, false, false},    {"true", 0, false, false},
+        {"01", 1, true, true},  {"12abc", 12, false, false}, {"0x10", 0, false, false},
+        {"1x", 1, true, true},  {"1.9", 1, true, true}};
     std::string ini;
-    for (const auto& [value, overFalse, overTrue] : rows) {
-        ini += "K" + value + "=" + value + "\n";
+    for (const auto& row : rows) {
+        ini += "K" + std::get<0>(row) + "=" + std::get<0>(row) + "\n";
     }
     write("VESKConfig.ini", ini);
-    for (const auto& [value, overFalse, overTrue] : rows) {
+    for (const auto& [value, asNumber, overFalse, overTrue] : rows) {
+        EXPECT_EQ(number("K" + value, 15), asNumber) << value;
         EXPECT_EQ(flag("K" + value, false), overFalse) << value;
         EXPECT_EQ(flag("K" + value, true), overTrue) << value;
     }
     newMessages();
+    EXPECT_EQ(number("ABSENT", 15), 15);
     EXPECT_FALSE(flag("ABSENT", false));
     EXPECT_TRUE(flag("VESK_DEBUG", true));
     EXPECT_THAT(newMessages(), ElementsAre("config key: ABSENT, value: false",
                                            "config key: VESK_DEBUG, value: true"));
-}
-
-TEST_F(Config, NumberIsWhatTheValueStartsWith) {
-    write("VESKConfig.ini", "A=30\nB=\nC=abc\nD=12abc\nE=-5\nF=0x10\nG=1.9");
-    const Rows<const char*, int> rows = {{"A", 30}, {"B", 0}, {"C", 0}, {"D", 12},
-                                         {"E", -5}, {"F", 0}, {"G", 1}, {"ABSENT", 15}};
-    for (const auto& [key, expected] : rows) {
-        EXPECT_EQ(number(key, 15), expected) << key;
-    }
-    EXPECT_EQ(logLines().size(), 2u); // of the file alone
 }
 
 TEST_F(Config, MissingFileIsLookedForAgainUntilItIsThere) {
@@ -94,7 +86,7 @@ TEST_F(Config, SwitchShowsTheCachesOnceAndEveryLookup) {
                     "type (int) match with key : X, defValue : 3 ", noX, noX, noX));
 }
 
-TEST_F(Config, CachesAreShownAsTheJsonWriterWouldShowThem) {
+TEST_F(Config, SwitchesAtFirstUseNeitherLockNorRecurseAndTheCachesAreShownAsJson) {
     std::string value = "a";
     for (int byte = 1; byte < 256; ++byte) {
         // Without what ends a value, a text file on Windows (0x1A) or a line of the log.
@@ -103,26 +95,17 @@ TEST_F(Config, CachesAreShownAsTheJsonWriterWouldShowThem) {
         }
     }
     value += "z";
-    write("VESKConfig.ini", "VESK_CONFIG_LOG_ENABLE=1\nQ=" + value);
-    text("Q");
+    write("VESKConfig.ini", "VESK_JSON_LOG_ENABLE=1\nVESK_CONFIG_LOG_ENABLE=1\nQ=" + value);
+    VESKJsonReader reader;
+    reader.init(R"({"a":1})");
+    EXPECT_EQ(logged("ConfigCache : "), 3u);
+    EXPECT_EQ(logged("]json src : "), 1u);
     std::string none;
     VESKJsonManager json(none);
     json.PutIfAbsent("Q", value.c_str());
     json.PutIfAbsent("VESK_CONFIG_LOG_ENABLE", "1");
+    json.PutIfAbsent("VESK_JSON_LOG_ENABLE", "1");
     EXPECT_THAT(newMessages(), Contains("mDefaultConfigCache : " + std::string(json) + " \n"));
-}
-
-TEST_F(Config, BothSwitchesAtFirstUseNeitherLockNorRecurse) {
-    write("VESKConfig.ini", "VESK_JSON_LOG_ENABLE=1\nVESK_CONFIG_LOG_ENABLE=1");
-    VESKJsonReader reader;
-    reader.init(R"({"a":1})");
-    VESKJsonBuffer buffer;
-    VESKJsonWriter writer(buffer);
-    EXPECT_EQ(logged("]mDefaultConfigCache : "
-                     R"({"VESK_CONFIG_LOG_ENABLE":"1","VESK_JSON_LOG_ENABLE":"1"} )"),
-              1u);
-    EXPECT_EQ(logged("ConfigCache : "), 3u);
-    EXPECT_EQ(logged("]json src : "), 1u);
 }
 
 using IniParser = UnitTest;
@@ -149,10 +132,8 @@ TEST_F(IniParser, LinesAndTheirCorners) {
         EXPECT_TRUE(INIParser::GetInstance()->ParseINI(content, pairs)) << content;
         EXPECT_EQ(pairs, expected) << content;
     }
-}
-
-TEST_F(IniParser, EmptyContentIsAFailureAndOldPairsStay) {
     Pairs pairs = {{"A", "old"}};
+    newMessages();
     EXPECT_FALSE(INIParser::GetInstance()->ParseINI("", pairs));
     EXPECT_THAT(newMessages(), ElementsAre("check ini file please, it may be empty !!!!"));
     EXPECT_TRUE(INIParser::GetInstance()->ParseINI("A=new\nB=1", pairs));

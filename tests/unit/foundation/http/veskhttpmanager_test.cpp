@@ -1,9 +1,8 @@
 #include "foundation/http/veskhttpmanager.h"
 
-#include <mutex>
+#include <future>
 #include <thread>
 
-#include "support/waituntil.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
@@ -19,20 +18,16 @@ protected:
     };
 
     static void hear(int32_t reqSeq, int32_t result, const std::string& body, void* userData) {
-        const std::lock_guard<std::mutex> lock(mutex);
-        heard.push_back({reqSeq, result, body, userData, std::this_thread::get_id()});
+        outcome.set_value({reqSeq, result, body, userData, std::this_thread::get_id()});
     }
 
-    /// Sends a GET and waits for its outcome.
+    /// Sends the case's one GET and waits for its outcome.
     Heard get(const std::string& url) {
         const VESKHTTPParams params(HTTP_OPT_GET, url, &hear, "", &context);
         EXPECT_TRUE(manager.Request(&params));
-        waitUntil("the outcome", [] {
-            const std::lock_guard<std::mutex> lock(mutex);
-            return !heard.empty();
-        });
-        EXPECT_EQ(heard.at(0).reqSeq, params.reqSeq);
-        return heard.at(0);
+        Heard heard = outcome.get_future().get();
+        EXPECT_EQ(heard.reqSeq, params.reqSeq);
+        return heard;
     }
 
     inline static int context = 0;
@@ -40,8 +35,7 @@ protected:
 
 private:
     // Never destroyed: the product's threads may outlive the case.
-    inline static std::mutex& mutex = *new std::mutex;
-    inline static std::vector<Heard>& heard = *new std::vector<Heard>;
+    inline static std::promise<Heard>& outcome = *new std::promise<Heard>;
 };
 
 TEST_F(HttpManager, RefusesWhatItCannotSend) {

@@ -115,31 +115,27 @@ public:
     std::string heard;
 };
 
-TEST_F(LifeCycle, TagCallsTheHandlerOfExactlyThatName) {
-    Follower follower;
-    newMessages();
-    for (const char* tag :
-         {"onCreate", "onStart", "onResume", "onPause", "onstop", "onStop ", "%s", "", "onStop"}) {
-        follower.Change(tag);
-    }
-    EXPECT_EQ(follower.heard, "create start resume pause stop");
-    EXPECT_THAT(newMessages(),
-                ElementsAre("onstop have not define yet", "onStop  have not define yet",
-                            "%s have not define yet", "tag must not be empty"));
-    EXPECT_EQ(logged("VESK [W.E]"), 1u);
-}
-
-TEST_F(LifeCycle, ObjectIsRegisteredFromConstructionToDestruction) {
+TEST_F(LifeCycle, TagCallsTheHandlerOfExactlyThatNameWhileTheObjectIsRegistered) {
+    std::string heard;
     {
         Follower follower;
+        for (const char* tag : {"onCreate", "onStart", "onResume", "onPause", "onstop", "onStop ",
+                                "%s", "", "onStop"}) {
+            follower.Change(tag);
+        }
+        heard = follower.heard;
         VESKObserverManager::GetInstance()->AddObserver(&follower);
         VESKObserverManager::GetInstance()->RemoveObserver(&follower);
         VESKObserverManager::GetInstance()->RemoveObserver(&follower);
         VESKObserverManager::GetInstance()->AddObserver(&follower);
     }
+    EXPECT_EQ(heard, "create start resume pause stop");
     EXPECT_THAT(newMessages(),
-                ElementsAre("VESKLifeCycleAble constructor", "already in set, no need insert again",
+                ElementsAre("VESKLifeCycleAble constructor", "onstop have not define yet",
+                            "onStop  have not define yet", "%s have not define yet",
+                            "tag must not be empty", "already in set, no need insert again",
                             "not found, ignore this operate", "VESKLifeCycleAble ~~~~ "));
+    EXPECT_EQ(logged("VESK [W.E]"), 1u);
 }
 
 } // namespace vesk::test

@@ -68,6 +68,10 @@ TEST_F(ThreadTimer, StopWakesATimerThatWaits) {
     EXPECT_EQ(ticks, 0);
     EXPECT_EQ(logged("]timer is running,this call will return"), 1u);
     EXPECT_EQ(logged("]timer wakeup, will return"), 1u);
+    newMessages();
+    Timer(60.0).stop(); // never started, it stays its owner's
+    EXPECT_EQ(deleted, 2);
+    EXPECT_THAT(newMessages(), ElementsAre("timer stop", "timer is stop, this call will return"));
 }
 
 TEST_F(ThreadTimer, StopInsideTheCallbackMakesItTheLast) {
@@ -78,12 +82,6 @@ TEST_F(ThreadTimer, StopInsideTheCallbackMakesItTheLast) {
                 ElementsAre("timer start", "timer runloop start", "Timer thread will circulation",
                             "timer is waiting", "timer wakeup", "timer running", "timer stop",
                             "will notify timer thread", "timer runloop end"));
-}
-
-TEST_F(ThreadTimer, TimerThatWasNeverStartedStaysItsOwners) {
-    Timer(60.0).stop();
-    EXPECT_EQ(deleted, 1);
-    EXPECT_THAT(newMessages(), ElementsAre("timer stop", "timer is stop, this call will return"));
 }
 
 TEST_F(ThreadTimer, FiftyTimersStoppedAtAnyMoment) {
@@ -218,7 +216,10 @@ TEST_F(RefreshTokenTask, RefreshesWithinTheMarginOfTheChannel) {
     }
 }
 
-TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRuns) {
+TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRunsAndTheAnswerIsForThatLogin) {
+    VESKLoginManager& manager = *VESKLoginManager::GetInstance();
+    InnerLoginRet ret(0);
+    ret.FromJson(R"({"openid":"O","token":"T","channel":"Steam","channel_info":{}})");
     const auto task = VESKLoginManager::MakeRefreshTask();
     EXPECT_EQ(task->GetTaskName(), "refreshTokenTask");
     EXPECT_EQ(task->GetInterval(), 240u);
@@ -231,22 +232,17 @@ TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRuns) {
         {now() - 1, "invalid login ret"}, // an expired login is found, with its code
     };
     for (const auto& [expire, message] : rows) {
-        InnerLoginRet ret(0);
-        ret.FromJson(R"({"openid":"O","token":"T","channel":"Steam","channel_info":{}})");
         ret.tokenExpire = expire;
-        VESKLoginManager::GetInstance()->SaveLoginRet(ret);
+        manager.SaveLoginRet(ret);
         task->DoTask();
         EXPECT_EQ(newMessages().back(), message) << expire;
     }
     EXPECT_EQ(logged("]Start to refresh token"), 2u);
-}
 
-TEST_F(RefreshTokenTask, AnswerIsForTheLoginThatItHasAskedFor) {
-    VESKLoginManager& manager = *VESKLoginManager::GetInstance();
-    InnerLoginRet ret(0);
-    ret.FromJson(R"({"openid":"O","token":"T","channel":"KZ","channel_info":{}})");
+    ret.channel = "KZ";
+    ret.tokenExpire = 0;
     manager.SaveLoginRet(ret);
-    VESKLoginManager::MakeRefreshTask()->DoTask();
+    task->DoTask();
     manager.SaveLoginRet(ret); // the next login, of the same player
     InnerLoginPluginRet answer;
     answer.channel = "KZ";
