@@ -124,7 +124,7 @@ VESKHTTPClient::Outcome VESKHTTPClient::GetOutcome() const {
 bool VESKHTTPClient::CreateRequestThread() {
     VESK_LOG_DEBUG("VESKHTTPClient::CreateRequestThread",
                    "[VESK HTTP] httpclient Create Request Thread start");
-    return os::StartDetachedThread(&mThread, &CreateRequestThreadCallBack, this) == 0;
+    return os::StartDetachedThread(&CreateRequestThreadCallBack, this) == 0;
 }
 
 void VESKHTTPClient::CreateRequestThreadCallBack(void* context) {

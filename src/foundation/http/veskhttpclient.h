@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <pthread.h>
 #include <string>
 
 #include "foundation/http/vesktransferbounds.h"
@@ -81,7 +80,6 @@ private:
     void* mContext = nullptr;
     void* mUserData = nullptr;
     VESKMutex mMutex; // guards the two receive buffers
-    pthread_t mThread = {};
     double mDownloadedSize = 0;
     int32_t mRequestSize = 0;
     int32_t mHeaderSize = 0;

@@ -286,8 +286,7 @@ void VESKComponentLife::StartReaper() {
         }
         mReaping = true;
     }
-    pthread_t thread = {};
-    if (os::StartDetachedThread(&thread, &ReapOnThread, this) != 0) {
+    if (os::StartDetachedThread(&ReapOnThread, this) != 0) {
         Stay();
         const std::lock_guard<VESKMutex> lock(mMutex);
         mReaping = false;

@@ -35,7 +35,7 @@ int VESKThreadTimer::start() {
     } else {
         // Deliberate: it stays true when no thread can be made.
         mRunning = true;
-        result = -os::StartDetachedThread(&mThread, &StartRoutine, this);
+        result = -os::StartDetachedThread(&StartRoutine, this);
     }
     pthread_mutex_unlock(&mMutex);
     return result;

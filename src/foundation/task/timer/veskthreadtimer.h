@@ -49,7 +49,6 @@ private:
     std::string mName;
     std::atomic<bool> mRunning{false};
     std::atomic<bool> mStopRequested{false};
-    pthread_t mThread = {};
     pthread_mutex_t mMutex;
     pthread_cond_t mCondition;
 };

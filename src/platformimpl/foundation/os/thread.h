@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <pthread.h>
 
 namespace Braxel {
 namespace VESK {
@@ -15,14 +14,14 @@ using ThreadRoutine = void (*)(void* argument);
 /// thread that asks for nothing: a log line alone takes 50 KB, and observer methods run there.
 constexpr size_t kThreadStack = 512U << 10;
 
-/// Starts a detached POSIX thread. Every thread of the library is started here.
+/// Starts a detached thread. Every thread of the library is started here.
 ///
 /// The game may unload the library while its threads still run. The thread therefore holds a
 /// reference on this module, taken before it starts, and leaves through the call that drops the
 /// reference and ends the thread at once, so that the last one out unmaps the code. An exception
 /// of @p routine ends the thread and nothing else.
-/// @return 0, or the error number of the thread library; nothing runs then.
-int StartDetachedThread(pthread_t* thread, ThreadRoutine routine, void* argument);
+/// @return 0, or an error number; nothing runs then.
+int StartDetachedThread(ThreadRoutine routine, void* argument);
 
 /// A number that no two running threads share.
 uint64_t CurrentThreadId();

@@ -1,6 +1,7 @@
 #include "platformimpl/foundation/os/thread.h"
 
 #include <windows.h>
+#include <cerrno>
 
 #include "module/veskunload_win.h"
 #include "platformimpl/foundation/os/threadhold.h"
@@ -32,6 +33,27 @@ void EnterThread() {
 void LeaveThread(const ThreadHold& hold) {
     // Never return instead: a plain release followed by a return runs unmapped code.
     FreeLibraryAndExitThread(static_cast<HMODULE>(hold.module), 0);
+}
+
+namespace {
+
+DWORD WINAPI ThreadMain(void* start) {
+    RunThread(start);
+    return 0;
+}
+
+} // namespace
+
+// Not through the POSIX thread library: its list of threads has a lock that lives in this module
+// and leaves an event behind at the unload whenever two threads have met at it. The size is the
+// least: of a program whose threads get more, ours get as much.
+int StartSystemThread(void* start) {
+    HANDLE thread = CreateThread(nullptr, kThreadStack, &ThreadMain, start, 0, nullptr);
+    if (thread == nullptr) {
+        return EAGAIN;
+    }
+    CloseHandle(thread);
+    return 0;
 }
 
 uint64_t CurrentThreadId() {

@@ -17,6 +17,10 @@ struct ThreadHold {
 /// Given back by the creator of a thread that has not started.
 void GiveBack(const ThreadHold& hold);
 
+/// Starts a thread that calls RunThread(start). @return 0, or an error number.
+int StartSystemThread(void* start);
+void RunThread(void* start);
+
 /// The first and the last thing on the thread. On Windows the last one does not return.
 void EnterThread();
 void LeaveThread(const ThreadHold& hold);
