@@ -65,10 +65,10 @@ void serve(const Options& options) {
     ControlApi control(scripts, log);
     SessionApi sessionApi(sessions, preCodes);
     ScanPage scanPage(sessions, log, waitingRoom);
-    CertificateChoice certificate;
-    FaultApi faults(options.tls ? &certificate : nullptr);
+    TlsConduct conduct;
+    FaultApi faults(options.tls ? &conduct : nullptr);
 
-    HttpServer backendServer(options.tls ? makeTlsServer(options.caOut, certificate)
+    HttpServer backendServer(options.tls ? makeTlsServer(options.caOut, conduct)
                                          : std::make_unique<httplib::Server>());
     HttpServer controlServer(std::make_unique<httplib::Server>());
     endpoints.install(backendServer.routes());

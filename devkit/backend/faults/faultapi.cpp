@@ -10,6 +10,8 @@ namespace vesk::backend {
 
 namespace {
 
+constexpr int kMaxDelayMs = 10000;
+
 /// @return an empty text, or what is wrong with the fault.
 std::string readFault(const JsonMembers& members, LineFault& fault) {
     static const std::pair<const char*, LineFault::Action> kActions[] = {
@@ -47,6 +49,13 @@ std::string readFault(const JsonMembers& members, LineFault& fault) {
         }
         fault.after = static_cast<size_t>(*after);
     }
+    if (members.count("delay_ms") != 0) {
+        const auto delay = numberOf(members.at("delay_ms"), 0, kMaxDelayMs);
+        if (!delay) {
+            return "delay_ms is not a number up to " + std::to_string(kMaxDelayMs);
+        }
+        fault.delayMs = static_cast<int>(*delay);
+    }
     return {};
 }
 
@@ -67,19 +76,48 @@ void FaultApi::install(httplib::Server& server) {
     });
     onPost(server, "/certificate",
            [this](const Request&, const JsonMembers& members, Response& response) {
-               chooseCertificate(memberOf(members, "kind"), response);
+               setConduct(members, {{"kind", &TlsConduct::showCertificate}}, response);
            });
+    server.Get("/tls", [this](const Request&, Response& response) { answerCounts(response); });
+    onPost(server, "/tls", [this](const Request&, const JsonMembers& members, Response& response) {
+        setConduct(
+            members,
+            {{"sessions", &TlsConduct::treatSessions}, {"version", &TlsConduct::speakVersion}},
+            response);
+    });
 }
 
-void FaultApi::chooseCertificate(const std::string& kind, httplib::Response& response) {
-    if (mChoice == nullptr) {
-        answerError(response, 400, "this backend shows no certificate: start it with --tls");
-    } else if (!mChoice->set(kind)) {
-        answerError(response, 400,
-                    "kind is " + inQuotes(kind) + ", which is no kind of certificate");
-    } else {
-        response.set_content("{}", kJsonType);
+void FaultApi::setConduct(const JsonMembers& members,
+                          const std::vector<std::pair<const char*, Take>>& takes,
+                          httplib::Response& response) {
+    if (mConduct == nullptr) {
+        answerError(response, 400, "this backend has no TLS: start it with --tls");
+        return;
     }
+    size_t taken = 0;
+    for (const auto& [name, take] : takes) {
+        if (members.count(name) == 0) {
+            continue;
+        }
+        ++taken;
+        const std::string value = memberOf(members, name);
+        if (!(mConduct->*take)(value)) {
+            answerError(response, 400, name + (" is " + inQuotes(value)) + ", which it cannot be");
+            return;
+        }
+    }
+    if (taken == 0) {
+        answerError(response, 400, std::string(takes.front().first) + " is missing");
+        return;
+    }
+    answerCounts(response);
+}
+
+void FaultApi::answerCounts(httplib::Response& response) {
+    const TlsCounts counts = mConduct == nullptr ? TlsCounts() : mConduct->counts();
+    response.set_content(
+        JsonLine().add("handshakes", counts.handshakes).add("resumed", counts.resumed).text(),
+        kJsonType);
 }
 
 void FaultApi::setLine(const LineFault& fault, httplib::Response& response) {
@@ -103,7 +141,7 @@ FaultyLine& FaultApi::line() {
 void FaultApi::answerLine(httplib::Response& response) {
     try {
         const FaultyLine& opened = line();
-        const std::string scheme = mChoice == nullptr ? "http" : "https";
+        const std::string scheme = mConduct == nullptr ? "http" : "https";
         response.set_content(
             JsonLine()
                 .add("url", scheme + "://localhost:" + std::to_string(opened.port()))

@@ -4,18 +4,21 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "faults/faultyline.h"
 #include "faults/tlsserver.h"
 #include "httplib.h"
+#include "server/json.h"
 
 namespace vesk::backend {
 
-/// POST /certificate, GET and POST /line.
+/// POST /certificate, GET and POST /tls and /line.
 class FaultApi {
 public:
-    /// @param choice null without TLS; outlives the server
-    explicit FaultApi(CertificateChoice* choice) : mChoice(choice) {}
+    /// @param conduct null without TLS; outlives the server
+    explicit FaultApi(TlsConduct* conduct) : mConduct(conduct) {}
 
     /// Sets the routes of the server.
     void install(httplib::Server& server);
@@ -24,13 +27,18 @@ public:
     void setTarget(int port) { mTarget = port; }
 
 private:
-    void chooseCertificate(const std::string& kind, httplib::Response& response);
+    /// Has the conduct take the named members, each if it is there.
+    using Take = bool (TlsConduct::*)(const std::string&);
+    void setConduct(const JsonMembers& members,
+                    const std::vector<std::pair<const char*, Take>>& takes,
+                    httplib::Response& response);
+    void answerCounts(httplib::Response& response);
     void setLine(const LineFault& fault, httplib::Response& response);
     /// Opens the line when it is asked for first. Throws when that fails.
     FaultyLine& line();
     void answerLine(httplib::Response& response);
 
-    CertificateChoice* mChoice;
+    TlsConduct* mConduct;
     int mTarget = 0;
     std::mutex mMutex; // guards the pointer
     std::unique_ptr<FaultyLine> mLine;

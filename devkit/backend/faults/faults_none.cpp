@@ -27,7 +27,7 @@ bool hasTls() {
     return false;
 }
 
-std::unique_ptr<httplib::Server> makeTlsServer(const std::string&, const CertificateChoice&) {
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string&, TlsConduct&) {
     throw std::runtime_error("this build has no TLS");
 }
 

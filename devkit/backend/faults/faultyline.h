@@ -21,6 +21,7 @@ struct LineFault {
     Action action = Action::Pass;
     size_t after = 0;        ///< the bytes that are carried before a reset, close or stall
     bool fromServer = false; ///< whose bytes count: the server's, else the client's
+    int delayMs = 0;         ///< how late everything comes, one way
     std::string head;        ///< what a flood begins with
     std::string wave;        ///< what it goes on with, again and again
 };

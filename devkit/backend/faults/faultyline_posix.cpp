@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <atomic>
+#include <chrono>
 #include <list>
 #include <mutex>
 #include <netinet/in.h>
@@ -98,6 +99,8 @@ public:
             return;
         }
         mServer.set(IPPROTO_TCP, TCP_NODELAY, 1);
+        // The system has connected the client at once.
+        delay(2);
         bool carries = connectTo(mServer, mTarget);
         while (carries && !ended) {
             if (faultIsDue()) {
@@ -128,7 +131,12 @@ private:
             return false;
         }
         count += static_cast<size_t>(size);
+        delay(1);
         return to.sendAll(chunk, static_cast<size_t>(size));
+    }
+
+    void delay(int ways) const {
+        std::this_thread::sleep_for(std::chrono::milliseconds(ways * mFault.delayMs));
     }
 
     void flood(const std::atomic<bool>& ended) const {

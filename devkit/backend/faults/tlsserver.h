@@ -1,9 +1,11 @@
 #ifndef VESK_DEVKIT_BACKEND_FAULTS_TLSSERVER_H
 #define VESK_DEVKIT_BACKEND_FAULTS_TLSSERVER_H
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -24,34 +26,77 @@ enum class CertificateKind : size_t {
 constexpr std::array<const char*, 6> kCertificateNames = {
     "good", "expired", "not-yet-valid", "wrong-name", "self-signed", "unknown-ca"};
 
-/// The kind that handshakes are given from now on. Safe to use from several threads.
-class CertificateChoice {
-public:
-    CertificateKind get() const { return mKind; }
+/// What becomes of the sessions that clients offer to resume.
+enum class SessionRule : size_t {
+    Keep,
+    Forget, ///< those handed out until now; then as above
+    Refuse, ///< each, and hands out others
+    Choke,  ///< ends the handshake of whoever offers one
+};
 
-    /// @return whether there is a kind of that name.
-    bool set(const std::string& name) {
-        for (size_t i = 0; i < kCertificateNames.size(); ++i) {
-            if (name == kCertificateNames[i]) {
-                mKind = static_cast<CertificateKind>(i);
-                return true;
-            }
-        }
-        return false;
+constexpr std::array<const char*, 4> kSessionRuleNames = {"keep", "forget", "refuse", "choke"};
+
+/// The protocol versions that are spoken.
+constexpr std::array<const char*, 3> kTlsVersionNames = {"any", "1.2", "1.3"};
+
+struct TlsCounts {
+    long handshakes = 0;
+    long resumed = 0; ///< how many of them were of a session that the client offered
+};
+
+/// How the server behaves in the handshakes from now on. Safe to use from several threads.
+class TlsConduct {
+public:
+    CertificateKind certificate() const {
+        return static_cast<CertificateKind>(mCertificate.load());
     }
+    SessionRule sessionRule() const { return static_cast<SessionRule>(mSessionRule.load()); }
+    size_t version() const { return mVersion; }
+
+    /// Sessions are resumed under the number alone under which they were made.
+    unsigned sessionAge() { return sessionRule() == SessionRule::Refuse ? ++mAge : mAge.load(); }
+
+    /// Each takes a name of its list above. Another certificate makes sessions forgotten, as the
+    /// restart of a server does.
+    /// @return whether there is such a name.
+    bool showCertificate(const std::string& name) {
+        ++mAge;
+        return choose(mCertificate, kCertificateNames, name);
+    }
+    bool treatSessions(const std::string& name) {
+        ++mAge;
+        return choose(mSessionRule, kSessionRuleNames, name);
+    }
+    bool speakVersion(const std::string& name) { return choose(mVersion, kTlsVersionNames, name); }
+
+    /// Of the server's handshakes until now; the server sets it.
+    std::function<TlsCounts()> counts = [] { return TlsCounts(); };
 
 private:
-    std::atomic<CertificateKind> mKind{CertificateKind::Good};
+    template <size_t kSize>
+    static bool choose(std::atomic<size_t>& choice, const std::array<const char*, kSize>& names,
+                       const std::string& name) {
+        const auto found = std::find(names.begin(), names.end(), name);
+        if (found == names.end()) {
+            return false;
+        }
+        choice = static_cast<size_t>(found - names.begin());
+        return true;
+    }
+
+    std::atomic<size_t> mCertificate{0};
+    std::atomic<size_t> mSessionRule{0};
+    std::atomic<size_t> mVersion{0};
+    std::atomic<unsigned> mAge{0};
 };
 
 /// Whether this build has TLS; that for Windows has none.
 bool hasTls();
 
 /// A server with fresh certificates, whose CA goes to the file `caOut` unless that is empty.
-/// @param choice what each handshake is given; outlives the server
+/// @param conduct how it behaves; outlives the server
 /// Throws std::runtime_error when that fails, or the build has no TLS.
-std::unique_ptr<httplib::Server> makeTlsServer(const std::string& caOut,
-                                               const CertificateChoice& choice);
+std::unique_ptr<httplib::Server> makeTlsServer(const std::string& caOut, TlsConduct& conduct);
 
 } // namespace vesk::backend
 
