@@ -29,9 +29,9 @@ endif()
 if(WIN32)
     target_link_libraries(vesk_objects PUBLIC ole32 oleaut32 uuid)
 else()
-    # libcurl's own; the library only keeps it from ending too early.
+    # libcurl's own: the library keeps it from ending too early, and its parsed authorities.
     find_package(OpenSSL REQUIRED)
-    target_link_libraries(vesk_objects PUBLIC OpenSSL::Crypto)
+    target_link_libraries(vesk_objects PUBLIC OpenSSL::SSL OpenSSL::Crypto)
 endif()
 
 # The plain C interface's names, from the list that scripts/check-binary compares with the library.

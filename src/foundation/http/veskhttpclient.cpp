@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "config/veskconfigmanager.h"
+#include "foundation/http/vesktlsmemory.h"
 #include "foundation/log/vesklogger.h"
 #include "module/veskmodule.h"
 #include "module/veskmutex.h"
@@ -193,7 +194,8 @@ long VESKHTTPClient::TimeoutSeconds() const {
     return static_cast<long>(mTimeout == 0 ? kDefaultTimeoutSeconds : mTimeout);
 }
 
-void VESKHTTPClient::SetTransport(void* handle, const std::string& certPath) {
+void VESKHTTPClient::SetTransport(void* handle, const std::string& certPath,
+                                  VESKTLSMemory& memory) {
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 1L);
     curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 1L);
@@ -207,7 +209,11 @@ void VESKHTTPClient::SetTransport(void* handle, const std::string& certPath) {
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
     // No file is below a file, so libcurl finds nothing to wait for or to fill the memory with.
     const bool isUsable = !os::IsOtherThanPlainFile(certPath, kMaxTrustBytes);
-    curl_easy_setopt(handle, CURLOPT_CAINFO, (isUsable ? certPath : certPath + "/").c_str());
+    const std::string path = isUsable ? certPath : certPath + "/";
+    // Deliberate: no file when its parsed form stands in for it, which an earlier request has read.
+    // Only while nothing about the file has changed or is in doubt.
+    const bool isLent = isUsable && memory.Lend(handle);
+    curl_easy_setopt(handle, CURLOPT_CAINFO, isLent ? nullptr : path.c_str());
     // Some builds of libcurl trust the system's authorities besides.
     curl_easy_setopt(handle, CURLOPT_CAPATH, nullptr);
     curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT, TimeoutSeconds());
@@ -217,9 +223,10 @@ void VESKHTTPClient::SetTransport(void* handle, const std::string& certPath) {
     mBounds.Begin(handle, TimeoutSeconds());
 }
 
-int32_t VESKHTTPClient::Perform(void* handle) {
+int32_t VESKHTTPClient::Perform(void* handle, VESKTLSMemory& memory) {
     const int64_t before = os::UnixSeconds();
     const int32_t result = mBounds.Judge(curl_easy_perform(handle));
+    memory.Keep(result == CURLE_OK);
     const int64_t now = os::UnixSeconds();
     mTransferTime = now - before;
     mStartTime = now - mStartTime;
@@ -255,6 +262,8 @@ void VESKHTTPClient::Complete(int32_t result) {
 int32_t VESKHTTPClient::SendReadRequest() {
     VESK_LOG_DEBUG("VESKHTTPClient::SendReadRequest",
                    "[VESK HTTP] httpclient get start curl, seq:%d", mReqSeq);
+    const std::string certPath = CertPath();
+    VESKTLSMemory memory(mUrl, certPath);
     HandlePtr handle(curl_easy_init());
     if (!handle) {
         VESK_LOG_ERROR("VESKHTTPClient::SendReadRequest", "[VESK HTTP] curl_handle NULL");
@@ -262,9 +271,8 @@ int32_t VESKHTTPClient::SendReadRequest() {
         mRequesterCallback = nullptr;
         return CURLE_FAILED_INIT;
     }
-    const std::string certPath = CertPath();
     VESK_LOG_INFO("VESKHTTPClient::SendReadRequest", "cert path:%s", certPath.c_str());
-    SetTransport(handle.get(), certPath);
+    SetTransport(handle.get(), certPath, memory);
     curl_easy_setopt(handle.get(), CURLOPT_MAXREDIRS, 2L);
     ListPtr hosts;
     if (mHttpDns) {
@@ -280,7 +288,7 @@ int32_t VESKHTTPClient::SendReadRequest() {
         curl_easy_setopt(handle.get(), CURLOPT_WRITEFUNCTION, &OnBody);
         curl_easy_setopt(handle.get(), CURLOPT_WRITEDATA, this);
     }
-    const int32_t result = Perform(handle.get());
+    const int32_t result = Perform(handle.get(), memory);
     const int32_t codeResult = ReadResponseCode(handle.get());
     if (codeResult != CURLE_OK) {
         VESK_LOG_ERROR("VESKHTTPClient::SendReadRequest", "Curl curl_easy_getinfo failed: %s\n",
@@ -304,14 +312,15 @@ int32_t VESKHTTPClient::SendReadRequest() {
 int32_t VESKHTTPClient::SendPostRequest() {
     VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
                    "[VESK HTTP] httpclient post start curl, seq:%d", mReqSeq);
+    const std::string certPath = CertPath();
+    VESKTLSMemory memory(mUrl, certPath);
     HandlePtr handle(curl_easy_init());
     if (!handle) {
         VESK_LOG_ERROR("VESKHTTPClient::SendPostRequest", "[VESK HTTP] curl_handle NULL");
         return CURLE_FAILED_INIT;
     }
-    const std::string certPath = CertPath();
     VESK_LOG_INFO("VESKHTTPClient::SendPostRequest", "cert path:%s", certPath.c_str());
-    SetTransport(handle.get(), certPath);
+    SetTransport(handle.get(), certPath, memory);
     // UPLOAD 0 turns the method into GET; POSTFIELDS below turns it back. Keep this order.
     curl_easy_setopt(handle.get(), CURLOPT_POST, 1L);
     curl_easy_setopt(handle.get(), CURLOPT_UPLOAD, 0L);
@@ -330,7 +339,7 @@ int32_t VESKHTTPClient::SendPostRequest() {
     curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDSIZE, static_cast<long>(mPostData.size()));
 
     const int64_t requestTime = mStartTime;
-    const int32_t result = Perform(handle.get());
+    const int32_t result = Perform(handle.get(), memory);
     VESK_LOG_DEBUG("VESKHTTPClient::SendPostRequest",
                    "[VESK HTTP] httpclient post seq:%d curl_easy_perform and retCode:%d with "
                    "left_timeout:%d",

@@ -13,6 +13,8 @@
 namespace Braxel {
 namespace VESK {
 
+class VESKTLSMemory;
+
 /// Carries out one HTTP request at a time with libcurl, on a detached thread made for it. It keeps
 /// no connection: each request makes its own handle.
 class VESKHTTPClient {
@@ -60,8 +62,8 @@ private:
     int32_t SendPostRequest();
 
     /// Sets what every transfer has in common on the CURL handle.
-    void SetTransport(void* handle, const std::string& certPath);
-    int32_t Perform(void* handle);
+    void SetTransport(void* handle, const std::string& certPath, VESKTLSMemory& memory);
+    int32_t Perform(void* handle, VESKTLSMemory& memory);
     int32_t ReadResponseCode(void* handle);
     void ReadStatistics(void* handle);
     void Complete(int32_t result);

@@ -3,6 +3,7 @@
 #include <curl/curl.h>
 
 #include "config/veskconfigmanager.h"
+#include "foundation/http/vesktlsmemory.h"
 #include "foundation/log/vesklogger.h"
 #include "module/veskmutex.h"
 #include "platformimpl/foundation/os/clock.h"
@@ -151,6 +152,7 @@ void VESKHTTPManager::Shutdown() {
     for (const ParamsPtr& params : dropped) {
         Answer(*params, kResultExpired);
     }
+    VESKTLSMemory::End();
 }
 
 VESKHTTPClient* VESKHTTPManager::GetHTTPClient() {

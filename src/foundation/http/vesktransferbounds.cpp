@@ -15,8 +15,13 @@ constexpr size_t kMaxHeaderBytes = size_t{1} << 20;
 /// libcurl's own time-out, where it looks at it, comes first.
 constexpr uint64_t kGraceMilliseconds = 1000;
 
-/// Whether libcurl may find a proxy; for some hosts only, when there is a no_proxy.
-bool HasProxy() {
+int OnProgress(void* bounds, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+    return static_cast<const VESKTransferBounds*>(bounds)->IsExceeded() ? 1 : 0;
+}
+
+} // namespace
+
+bool VESKTransferBounds::HasProxy() {
     const char* const names[] = {"https_proxy", "HTTPS_PROXY", "http_proxy", "all_proxy",
                                  "ALL_PROXY"};
     for (const char* name : names) {
@@ -28,12 +33,6 @@ bool HasProxy() {
     }
     return false;
 }
-
-int OnProgress(void* bounds, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
-    return static_cast<const VESKTransferBounds*>(bounds)->IsExceeded() ? 1 : 0;
-}
-
-} // namespace
 
 void VESKTransferBounds::Begin(void* handle, long timeoutSeconds) {
     mHeaderBytes = 0;

@@ -23,6 +23,9 @@ public:
     /// the bound of memory (23) or of time (28).
     int32_t Judge(int32_t result) const;
 
+    /// Whether libcurl may find a proxy; for some hosts only, when there is a no_proxy.
+    static bool HasProxy();
+
     /// For libcurl's progress callback.
     bool IsExceeded() const;
 

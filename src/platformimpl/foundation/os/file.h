@@ -12,6 +12,26 @@ namespace os {
 /// Size in bytes of the file at @p path; -1 when it cannot be told.
 int64_t FileSize(const std::string& path);
 
+/// How far apart two changes of a file have to be to bear different times, on any file system.
+constexpr int64_t kFileTimeSeconds = 2;
+
+/// What tells one state of a file from another. Times are in the system's own unit.
+struct FileStamp {
+    int64_t size = -1; ///< -1: no plain file
+    uint64_t id = 0;
+    int64_t modified = 0;
+    int64_t changed = 0;    ///< unlike the one before, no program can set it
+    bool isSettled = false; ///< so old that no change from now on can bear the same times
+
+    bool operator==(const FileStamp& other) const {
+        return size == other.size && id == other.id && modified == other.modified &&
+               changed == other.changed;
+    }
+};
+
+/// The state of the plain file at @p path. Opens nothing that blocks.
+FileStamp StampOf(const std::string& path);
+
 /// Opens the text file at @p path like std::fopen(), which sets errno. Null for what is not a plain
 /// file, too: opening it may block. A file that this makes is the user's alone.
 /// @param mode "r" or "w"

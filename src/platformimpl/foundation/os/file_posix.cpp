@@ -1,5 +1,6 @@
 #include "platformimpl/foundation/os/file.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -7,6 +8,8 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "platformimpl/foundation/os/clock.h"
 
 namespace Braxel {
 namespace VESK {
@@ -36,6 +39,21 @@ bool IsPlainFile(int file) {
 }
 
 } // namespace
+
+FileStamp StampOf(const std::string& path) {
+    constexpr int64_t kSecond = 1000000000;
+    struct stat status = {};
+    FileStamp stamp;
+    if (stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
+        stamp.size = status.st_size;
+        stamp.id = status.st_ino;
+        stamp.modified = status.st_mtim.tv_sec * kSecond + status.st_mtim.tv_nsec;
+        stamp.changed = status.st_ctim.tv_sec * kSecond + status.st_ctim.tv_nsec;
+        const int64_t last = std::max(status.st_mtim.tv_sec, status.st_ctim.tv_sec);
+        stamp.isSettled = UnixSeconds() - last > kFileTimeSeconds;
+    }
+    return stamp;
+}
 
 std::FILE* OpenPlainFile(const std::string& path, const char* mode) {
     const int access = *mode == 'w' ? O_WRONLY | O_CREAT | O_TRUNC : O_RDONLY;

@@ -1,11 +1,14 @@
 #include "platformimpl/foundation/os/file.h"
 
 #include <windows.h>
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+
+#include "platformimpl/foundation/os/clock.h"
 
 namespace Braxel {
 namespace VESK {
@@ -23,6 +26,31 @@ constexpr DWORD kTryMilliseconds = 5;
 int64_t FileSize(const std::string& path) {
     struct _stat64 status = {};
     return _stat64(path.c_str(), &status) == 0 ? status.st_size : -1;
+}
+
+FileStamp StampOf(const std::string& path) {
+    constexpr int64_t kSecond = 10000000;
+    constexpr int64_t kUnixStart = 11644473600; // in seconds since 1601
+    FileStamp stamp;
+    const HANDLE file = CreateFileA(
+        path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr); // which fails for folders
+    if (file == INVALID_HANDLE_VALUE) {
+        return stamp;
+    }
+    BY_HANDLE_FILE_INFORMATION whole = {};
+    FILE_BASIC_INFO times = {};
+    if (GetFileType(file) == FILE_TYPE_DISK && GetFileInformationByHandle(file, &whole) != 0 &&
+        GetFileInformationByHandleEx(file, FileBasicInfo, &times, sizeof times) != 0) {
+        stamp.size = int64_t{whole.nFileSizeHigh} << 32 | whole.nFileSizeLow;
+        stamp.id = uint64_t{whole.nFileIndexHigh} << 32 | whole.nFileIndexLow;
+        stamp.modified = times.LastWriteTime.QuadPart;
+        stamp.changed = times.ChangeTime.QuadPart;
+        const int64_t last = std::max(stamp.modified, stamp.changed) / kSecond - kUnixStart;
+        stamp.isSettled = UnixSeconds() - last > kFileTimeSeconds;
+    }
+    CloseHandle(file);
+    return stamp;
 }
 
 std::FILE* OpenPlainFile(const std::string& path, const char* mode) {
