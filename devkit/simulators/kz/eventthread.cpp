@@ -10,34 +10,33 @@ namespace {
 
 constexpr ULONGLONG kPatience = 2000;
 
-struct Context {
-    std::shared_ptr<EventThread> thread;
-    HMODULE module;
-};
-
 } // namespace
 
 std::shared_ptr<EventThread> EventThread::start(std::shared_ptr<Listeners> listeners) {
-    const std::shared_ptr<EventThread> thread(new EventThread(std::move(listeners)));
-    auto* context = new Context{thread, Server::referenceMyself()};
-    Server::threadStarts();
+    std::shared_ptr<EventThread> thread(new EventThread(std::move(listeners)));
+    thread->mItself = thread;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(&EventThread::run), &thread->mModule);
     // Not std::thread: it would return into code that is unmapped by then.
-    thread->mHandle = CreateThread(nullptr, 0, &EventThread::run, context, 0, &thread->mId);
+    thread->mHandle = CreateThread(nullptr, 0, &EventThread::run, thread.get(), 0, &thread->mId);
     if (thread->mHandle == nullptr) {
-        Server::threadEnds();
-        FreeLibrary(context->module);
-        delete context;
+        FreeLibrary(thread->mModule);
+        thread->mItself.reset();
         return nullptr;
     }
     return thread;
 }
 
 DWORD WINAPI EventThread::run(void* argument) {
-    auto* context = static_cast<Context*>(argument);
-    const HMODULE module = context->module;
-    context->thread->deliverAll();
-    delete context;
-    Server::threadEnds();
+    std::shared_ptr<EventThread> thread = std::move(static_cast<EventThread*>(argument)->mItself);
+    for (Event event; thread->takeNext(event); event = Event()) {
+        thread->deliver(event);
+        const std::lock_guard<Lock> guard(thread->mLock);
+        ++thread->mDelivered;
+        thread->mLock.signal();
+    }
+    const HMODULE module = thread->mModule;
+    thread.reset();
     FreeLibraryAndExitThread(module, 0);
 }
 
@@ -80,15 +79,6 @@ void EventThread::leaveAlone() {
     const std::lock_guard<Lock> guard(mLock);
     mEndsWhenIdle = true;
     mLock.signal();
-}
-
-void EventThread::deliverAll() {
-    for (Event event; takeNext(event); event = Event()) {
-        deliver(event);
-        const std::lock_guard<Lock> guard(mLock);
-        ++mDelivered;
-        mLock.signal();
-    }
 }
 
 bool EventThread::takeNext(Event& event) {

@@ -36,13 +36,14 @@ public:
 private:
     explicit EventThread(std::shared_ptr<Listeners> listeners) : mListeners(std::move(listeners)) {}
 
-    static DWORD WINAPI run(void* context);
-    void deliverAll();
+    static DWORD WINAPI run(void* thread);
     bool takeNext(Event& event);
     void deliver(const Event& event);
     bool isStopping();
 
     const std::shared_ptr<Listeners> mListeners;
+    std::shared_ptr<EventThread> mItself; // while it runs
+    HMODULE mModule = nullptr;
     HANDLE mHandle = nullptr;
     DWORD mId = 0;
 

@@ -32,93 +32,69 @@ HRESULT call(IUnknown* events, bool dispatched, LONG type, IKZProperties* result
                                                    &parameters, nullptr, nullptr, nullptr);
 }
 
-class HeldListener final : public Listener {
-public:
-    HeldListener(ComPtr<IUnknown> events, bool dispatched)
-        : mEvents(std::move(events)), mDispatched(dispatched) {}
-
-    HRESULT notify(LONG type, IKZProperties* result) override {
-        return call(mEvents.Get(), mDispatched, type, result);
-    }
-
-private:
-    const ComPtr<IUnknown> mEvents;
-    const bool mDispatched;
-};
-
-/// COM on this thread for as long as it lives.
-class Apartment {
-public:
-    Apartment() : mResult(CoInitializeEx(nullptr, COINIT_MULTITHREADED)) {}
-    ~Apartment() {
-        if (SUCCEEDED(mResult)) {
+/// The process's table of interfaces, and COM on this thread for as long as it is used.
+struct InterfaceTable {
+    InterfaceTable()
+        : joined(CoInitializeEx(nullptr, COINIT_MULTITHREADED)),
+          found(CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
+                                 IID_IGlobalInterfaceTable,
+                                 reinterpret_cast<void**>(table.Receive()))) {}
+    ~InterfaceTable() {
+        table.Reset();
+        if (SUCCEEDED(joined)) {
             CoUninitialize();
         }
     }
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
+    InterfaceTable(const InterfaceTable&) = delete;
+    InterfaceTable& operator=(const InterfaceTable&) = delete;
 
-private:
-    const HRESULT mResult;
-};
-
-HRESULT findTable(ComPtr<IGlobalInterfaceTable>& table) {
-    return CoCreateInstance(CLSID_StdGlobalInterfaceTable, nullptr, CLSCTX_INPROC_SERVER,
-                            IID_IGlobalInterfaceTable, reinterpret_cast<void**>(table.Receive()));
-}
-
-class DepositedListener final : public Listener {
-public:
-    DepositedListener(DWORD cookie, bool dispatched) : mCookie(cookie), mDispatched(dispatched) {}
-
-    ~DepositedListener() override {
-        const Apartment apartment;
-        ComPtr<IGlobalInterfaceTable> table;
-        if (SUCCEEDED(findTable(table))) {
-            table->RevokeInterfaceFromGlobal(mCookie);
-        }
-    }
-
-    HRESULT notify(LONG type, IKZProperties* result) override {
-        const Apartment apartment;
-        ComPtr<IGlobalInterfaceTable> table;
-        ComPtr<IUnknown> events;
-        HRESULT got = findTable(table);
-        if (SUCCEEDED(got)) {
-            got = table->GetInterfaceFromGlobal(mCookie, idOfEvents(mDispatched),
-                                                reinterpret_cast<void**>(events.Receive()));
-        }
-        return SUCCEEDED(got) ? call(events.Get(), mDispatched, type, result) : got;
-    }
-
-private:
-    const DWORD mCookie;
-    const bool mDispatched;
+    const HRESULT joined;
+    ComPtr<IGlobalInterfaceTable> table;
+    const HRESULT found;
 };
 
 } // namespace
 
-HRESULT Listener::hold(IUnknown* advised, bool dispatched, Pointer& made) {
-    ComPtr<IUnknown> events;
-    if (FAILED(advised->QueryInterface(idOfEvents(dispatched),
-                                       reinterpret_cast<void**>(events.Receive())))) {
-        return CONNECT_E_CANNOTCONNECT;
-    }
-    made = std::make_shared<HeldListener>(std::move(events), dispatched);
-    return S_OK;
+HRESULT Listener::hold(IUnknown* advised) {
+    const HRESULT found = advised->QueryInterface(idOfEvents(mDispatched),
+                                                  reinterpret_cast<void**>(mEvents.Receive()));
+    return FAILED(found) ? CONNECT_E_CANNOTCONNECT : S_OK;
 }
 
-HRESULT Listener::deposit(IUnknown* advised, bool dispatched, Pointer& made) {
-    ComPtr<IGlobalInterfaceTable> table;
-    DWORD cookie = 0;
-    HRESULT result = findTable(table);
-    if (SUCCEEDED(result)) {
-        result = table->RegisterInterfaceInGlobal(advised, idOfEvents(dispatched), &cookie);
+HRESULT Listener::deposit(IUnknown* advised) {
+    APTTYPE type = APTTYPE_CURRENT;
+    APTTYPEQUALIFIER qualifier = APTTYPEQUALIFIER_NONE;
+    const HRESULT apartment = CoGetApartmentType(&type, &qualifier);
+    if (FAILED(apartment)) {
+        return apartment;
     }
-    if (SUCCEEDED(result)) {
-        made = std::make_shared<DepositedListener>(cookie, dispatched);
+    const InterfaceTable there;
+    return FAILED(there.found) ? there.found
+                               : there.table->RegisterInterfaceInGlobal(
+                                     advised, idOfEvents(mDispatched), &mDeposit);
+}
+
+Listener::~Listener() {
+    if (mDeposit != 0) {
+        const InterfaceTable there;
+        if (SUCCEEDED(there.found)) {
+            there.table->RevokeInterfaceFromGlobal(mDeposit);
+        }
     }
-    return result;
+}
+
+HRESULT Listener::notify(LONG type, IKZProperties* result) const {
+    if (mDeposit == 0) {
+        return call(mEvents.Get(), mDispatched, type, result);
+    }
+    const InterfaceTable there;
+    ComPtr<IUnknown> events;
+    const HRESULT got =
+        FAILED(there.found)
+            ? there.found
+            : there.table->GetInterfaceFromGlobal(mDeposit, idOfEvents(mDispatched),
+                                                  reinterpret_cast<void**>(events.Receive()));
+    return FAILED(got) ? got : call(events.Get(), mDispatched, type, result);
 }
 
 DWORD Listeners::add(const Listener::Pointer& listener) {
@@ -127,25 +103,20 @@ DWORD Listeners::add(const Listener::Pointer& listener) {
     return mLastCookie;
 }
 
-bool Listeners::remove(DWORD cookie) {
+bool Listeners::remove(DWORD cookie, int64_t keep) {
     Listener::Pointer removed;
     const std::lock_guard<Lock> guard(mLock);
     const auto found = mListeners.find(cookie);
     if (found == mListeners.end()) {
         return false;
     }
-    removed = found->second;
-    mListeners.erase(found);
-    return true;
-}
-
-bool Listeners::keep(DWORD cookie, bool forever) {
-    const std::lock_guard<Lock> guard(mLock);
-    const auto found = mListeners.find(cookie);
-    if (found != mListeners.end() && forever) {
-        new Listener::Pointer(found->second);
+    if (keep == 0) {
+        removed = std::move(found->second);
+        mListeners.erase(found);
+    } else if (keep == 2) {
+        new Listener::Pointer(found->second); // so that it is never released
     }
-    return found != mListeners.end();
+    return true;
 }
 
 std::vector<Listener::Pointer> Listeners::all() const {

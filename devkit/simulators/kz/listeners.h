@@ -8,30 +8,34 @@
 #include "comsupport.h"
 #include "kzopensdk.h"
 #include "server.h"
+#include "simulator.h"
 
 namespace vesk::kzsim {
 
-/// Somebody who hears the events, through its own interface of the contract or, @p dispatched,
-/// through IDispatch. The last one to let go of it gives the listener back.
+/// Somebody who hears the events. The last one to let go of it gives the listener back.
 class Listener {
 public:
     using Pointer = std::shared_ptr<Listener>;
 
-    virtual ~Listener() = default;
+    /// @param dispatched through IDispatch, not through the contract's own interface
+    explicit Listener(bool dispatched) : mDispatched(dispatched) {}
+    ~Listener();
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
-    virtual HRESULT notify(LONG type, IKZProperties* result) = 0;
-
     /// Holds the listener itself.
-    static HRESULT hold(IUnknown* advised, bool dispatched, Pointer& made);
+    HRESULT hold(IUnknown* advised);
 
     /// Leaves it in the process's global interface table and fetches it from there for each event,
     /// as a component does whose objects live in an apartment. Needs COM on the calling thread.
-    static HRESULT deposit(IUnknown* advised, bool dispatched, Pointer& made);
+    HRESULT deposit(IUnknown* advised);
 
-protected:
-    Listener() = default;
+    HRESULT notify(LONG type, IKZProperties* result) const;
+
+private:
+    const bool mDispatched;
+    Braxel::VESK::ComPtr<IUnknown> mEvents;
+    DWORD mDeposit = 0; // in the table, where 0 is nobody's
 };
 
 /// The listeners that are advised now. They are called, and released, without the lock.
@@ -44,11 +48,9 @@ public:
     /// @return the cookie, never 0.
     DWORD add(const Listener::Pointer& listener);
 
+    /// @param keep the setting "keep_sink"
     /// @return whether there was one under this cookie.
-    bool remove(DWORD cookie);
-
-    /// Instead of remove(): it stays among the listeners, and with @p forever is never released.
-    bool keep(DWORD cookie, bool forever);
+    bool remove(DWORD cookie, int64_t keep);
 
     std::vector<Listener::Pointer> all() const;
 

@@ -28,19 +28,6 @@ std::string toUtf8(std::wstring_view wide) {
     return utf8;
 }
 
-template <typename Type>
-const Type* PropertyBag::find(const wchar_t* name, HRESULT& result) const {
-    for (const auto& pair : mValues) {
-        if (pair.first == name) {
-            const Type* value = std::get_if<Type>(&pair.second);
-            result = value == nullptr ? DISP_E_TYPEMISMATCH : S_OK;
-            return value;
-        }
-    }
-    result = DISP_E_UNKNOWNNAME;
-    return nullptr;
-}
-
 PropertyBag::Pointer PropertyBag::make() {
     Pointer bag;
     *bag.Receive() = new PropertyBag;
@@ -55,32 +42,35 @@ PropertyBag::Pointer PropertyBag::from(IKZProperties* properties) {
     return bag;
 }
 
-void PropertyBag::set(const char* name, LONG number) {
-    put(toWide(name), number);
+void PropertyBag::set(const std::string& name, Value value) {
+    const auto found = std::find_if(mValues.begin(), mValues.end(),
+                                    [&](const auto& pair) { return pair.first == name; });
+    if (found == mValues.end()) {
+        mValues.emplace_back(name, std::move(value));
+    } else {
+        found->second = std::move(value);
+    }
 }
 
-void PropertyBag::set(const char* name, const std::string& text) {
-    put(toWide(name), toWide(text));
+const PropertyBag::Value* PropertyBag::find(const std::string& name) const {
+    const auto found = std::find_if(mValues.begin(), mValues.end(),
+                                    [&](const auto& pair) { return pair.first == name; });
+    return found == mValues.end() ? nullptr : &found->second;
 }
 
-void PropertyBag::set(const char* name, List list) {
-    put(toWide(name), std::move(list));
-}
-
-std::string PropertyBag::text(const wchar_t* name) const {
-    HRESULT ignored = S_OK;
-    const std::wstring* text = find<std::wstring>(name, ignored);
-    return text == nullptr ? std::string() : toUtf8(*text);
+std::string PropertyBag::text(const std::string& name) const {
+    const auto* text = std::get_if<std::string>(find(name));
+    return text == nullptr ? std::string() : *text;
 }
 
 void PropertyBag::writeTo(devkit::JsonLine& line) const {
     for (const auto& [name, value] : mValues) {
-        if (const LONG* number = std::get_if<LONG>(&value)) {
-            line.add(toUtf8(name), *number);
-        } else if (const bool* flag = std::get_if<bool>(&value)) {
-            line.add(toUtf8(name), *flag);
-        } else if (const std::wstring* text = std::get_if<std::wstring>(&value)) {
-            line.add(toUtf8(name), toUtf8(*text));
+        if (const auto* number = std::get_if<LONG>(&value)) {
+            line.add(name, *number);
+        } else if (const auto* flag = std::get_if<bool>(&value)) {
+            line.add(name, *flag);
+        } else if (const auto* text = std::get_if<std::string>(&value)) {
+            line.add(name, *text);
         }
     }
 }
@@ -100,85 +90,68 @@ HRESULT PropertyBag::SetValue(const wchar_t* name, VARIANT value) {
     }
     switch (value.vt) {
     case VT_I4:
-        put(name, value.lVal);
+        set(toUtf8(name), value.lVal);
         return S_OK;
     case VT_BOOL:
-        put(name, value.boolVal != VARIANT_FALSE);
+        set(toUtf8(name), value.boolVal != VARIANT_FALSE);
         return S_OK;
     case VT_BSTR:
-        put(name, std::wstring(value.bstrVal == nullptr ? L"" : value.bstrVal,
-                               SysStringLen(value.bstrVal)));
+        set(toUtf8(name), toUtf8({value.bstrVal, SysStringLen(value.bstrVal)}));
         return S_OK;
     default:
         return DISP_E_BADVARTYPE;
     }
 }
 
-HRESULT PropertyBag::GetInt(const wchar_t* name, LONG* value) {
-    if (name == nullptr || value == nullptr) {
+template <typename Type, typename Out, typename Convert>
+HRESULT PropertyBag::get(const wchar_t* name, Out* out, const Convert& convert) const {
+    if (name == nullptr || out == nullptr) {
         return E_POINTER;
     }
-    HRESULT result = S_OK;
-    const LONG* number = find<LONG>(name, result);
-    *value = number == nullptr ? 0 : *number;
-    return result;
-}
-
-HRESULT PropertyBag::GetText(const wchar_t* name, BSTR* value) {
-    if (name == nullptr || value == nullptr) {
-        return E_POINTER;
+    *out = {};
+    const Value* value = find(toUtf8(name));
+    if (value == nullptr) {
+        return DISP_E_UNKNOWNNAME;
     }
-    HRESULT result = S_OK;
-    const std::wstring* text = find<std::wstring>(name, result);
-    *value = text == nullptr ? nullptr
-                             : SysAllocStringLen(text->data(), static_cast<UINT>(text->size()));
-    return result;
-}
-
-HRESULT PropertyBag::GetListSize(const wchar_t* name, LONG* size) {
-    if (name == nullptr || size == nullptr) {
-        return E_POINTER;
+    const auto* typed = std::get_if<Type>(value);
+    if (typed == nullptr) {
+        return DISP_E_TYPEMISMATCH;
     }
-    HRESULT result = S_OK;
-    const List* list = find<List>(name, result);
-    *size = list == nullptr ? 0 : static_cast<LONG>(list->size());
-    return result;
-}
-
-HRESULT PropertyBag::GetListEntry(const wchar_t* name, LONG index, IKZProperties** entry) {
-    if (name == nullptr || entry == nullptr) {
-        return E_POINTER;
-    }
-    *entry = nullptr;
-    HRESULT result = S_OK;
-    const List* list = find<List>(name, result);
-    if (list == nullptr) {
-        return result;
-    }
-    if (index < 0 || static_cast<size_t>(index) >= list->size()) {
-        return DISP_E_BADINDEX;
-    }
-    PropertyBag* bag = (*list)[static_cast<size_t>(index)].Get();
-    if (bag == nullptr) {
-        return E_FAIL;
-    }
-    bag->AddRef();
-    *entry = bag;
+    *out = convert(*typed);
     return S_OK;
 }
 
-const IID& PropertyBag::InterfaceId() const {
-    return mInterfaceId;
+HRESULT PropertyBag::GetInt(const wchar_t* name, LONG* value) {
+    return get<LONG>(name, value, [](LONG number) { return number; });
 }
 
-void PropertyBag::put(const std::wstring& name, Value value) {
-    const auto found = std::find_if(mValues.begin(), mValues.end(),
-                                    [&](const auto& pair) { return pair.first == name; });
-    if (found == mValues.end()) {
-        mValues.emplace_back(name, std::move(value));
-    } else {
-        found->second = std::move(value);
-    }
+HRESULT PropertyBag::GetText(const wchar_t* name, BSTR* value) {
+    return get<std::string>(name, value, [](const std::string& text) {
+        const std::wstring wide = toWide(text);
+        return SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
+    });
+}
+
+HRESULT PropertyBag::GetListSize(const wchar_t* name, LONG* size) {
+    return get<List>(name, size, [](const List& list) { return static_cast<LONG>(list.size()); });
+}
+
+HRESULT PropertyBag::GetListEntry(const wchar_t* name, LONG index, IKZProperties** entry) {
+    HRESULT result = S_OK;
+    const HRESULT found = get<List>(name, entry, [&](const List& list) -> IKZProperties* {
+        if (index < 0 || static_cast<size_t>(index) >= list.size()) {
+            result = DISP_E_BADINDEX;
+            return nullptr;
+        }
+        PropertyBag* bag = list[static_cast<size_t>(index)].Get();
+        if (bag == nullptr) {
+            result = E_FAIL;
+        } else {
+            bag->AddRef();
+        }
+        return bag;
+    });
+    return FAILED(found) ? found : result;
 }
 
 } // namespace vesk::kzsim

@@ -17,24 +17,23 @@ namespace vesk::kzsim {
 std::string toUtf8(std::wstring_view wide);
 
 /// Parameters of a request, or what an event brings. Keeps the order in which values were set.
+/// Names and texts are UTF-8 in here.
 class PropertyBag final : public Braxel::VESK::ComObject<IKZProperties> {
 public:
     using Pointer = Braxel::VESK::ComPtr<PropertyBag>;
     /// An entry that is null is there, but cannot be read.
     using List = std::vector<Pointer>;
+    using Value = std::variant<LONG, bool, std::string, List>;
 
     static Pointer make();
 
     /// @p properties as one of ours, null when somebody else has made them.
     static Pointer from(IKZProperties* properties);
 
-    /// Names and texts are UTF-8.
-    void set(const char* name, LONG number);
-    void set(const char* name, const std::string& text);
-    void set(const char* name, List list);
+    void set(const std::string& name, Value value);
 
     /// The text of that name; empty when there is none.
-    std::string text(const wchar_t* name) const;
+    std::string text(const std::string& name) const;
 
     /// Adds each value but lists under its name.
     void writeTo(devkit::JsonLine& line) const;
@@ -48,24 +47,22 @@ public:
                                            IKZProperties** entry) override;
 
 protected:
-    const IID& InterfaceId() const override;
+    const IID& InterfaceId() const override { return mInterfaceId; }
 
 private:
-    using Value = std::variant<LONG, bool, std::wstring, List>;
-
     PropertyBag() = default;
     ~PropertyBag() override = default;
 
-    void put(const std::wstring& name, Value value);
+    /// Null when there is none.
+    const Value* find(const std::string& name) const;
 
-    /// The value in the type of @p Type; null when it is missing or of another type, and @p result
-    /// then says which.
-    template <typename Type>
-    const Type* find(const wchar_t* name, HRESULT& result) const;
+    /// The value of that name, which has to be a @p Type, as @p convert makes it.
+    template <typename Type, typename Out, typename Convert>
+    HRESULT get(const wchar_t* name, Out* out, const Convert& convert) const;
 
     const LiveObject mLive;
     const IID mInterfaceId = idOf(VESK_KZ_IID_PROPERTIES);
-    std::vector<std::pair<std::wstring, Value>> mValues;
+    std::vector<std::pair<std::string, Value>> mValues;
 };
 
 } // namespace vesk::kzsim

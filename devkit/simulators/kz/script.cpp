@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -26,37 +25,52 @@ constexpr const char* kDefaults[][2] = {
     {"on_late", "100:result:0:3"},
 };
 
-/// Reads one step, "<delay>:<event>", see kz_sim.ini.
-class StepParser {
+constexpr LONG kQrCodeInfo = 2;
+constexpr LONG kLocalLoginList = 8;
+
+/// A number that an event brings, and which one a login has.
+struct Number {
+    const char* property = nullptr;
+    LONG ofLogin = 0;
+};
+
+/// A kind of event, with its fields in their order.
+struct Kind {
+    const char* name;
+    LONG type;
+    Number numbers[2] = {};
+    const char* text = nullptr; ///< takes all that is left
+    /// The setting that says who logs in with it; an error and its message may follow.
+    const char* player = nullptr;
+};
+
+constexpr Kind kKinds[] = {
+    {"unknown", 0, {}, "result"},
+    {"sdkevent", 1},
+    {"info", kQrCodeInfo, {{"QRCodeState"}}, "QRCodeImageUrl"},
+    {"result", 3, {{"ResultCode", 0}, {"QRCodeState", 3}}, nullptr, "openid"},
+    {"platformkey", 6, {}, "platformkey"},
+    {"platformkeylogin", 7, {{"ResultCode"}}},
+    {"user", 9, {{"ResultCode", 0}}, nullptr, "local_openid"},
+    {"record", 10, {{"ResultCode", 0}}, nullptr, "openid"},
+    {"userinfo", 11, {}, "body"},
+};
+
+/// Reads one step, "<delay>:<event>", see README.md.
+class StepReader {
 public:
-    StepParser(std::string text, const Settings& settings)
+    StepReader(std::string text, const Settings& settings)
         : mRest(std::move(text)), mSettings(settings) {}
 
     /// @return false when it is none; the delay may have been read all the same.
-    bool parse(Step& step);
+    bool read(Step& step);
 
 private:
-    struct Kind {
-        const char* name;
-        LONG type;
-        void (StepParser::*read)(const char* what);
-        const char* what;
-    };
-    static const Kind kKinds[];
+    void readEvent(const std::string& name, Event& event);
+    void readFields(const Kind& kind, PropertyBag& bag);
+    void readList(PropertyBag& bag);
 
-    // Each reads the fields of a kind of event into the bag.
-    void nothing(const char* /*unused*/) {}
-    void text(const char* property) { mBag->set(property, rest()); }
-    void code(const char* /*unused*/) { mBag->set("ResultCode", number()); }
-    void qrCode(const char* /*unused*/);
-    void scan(const char* openidKey);
-    void login(const char* openidKey);
-    void localList(const char* openidKey);
-
-    void addLogin(const char* openidKey);
-    void addError();
     std::string openid(const char* key) const { return mSettings.text(key, "kz-openid-1"); }
-
     std::string next();
     std::string rest() { return std::exchange(mRest, std::string()); }
     LONG number();
@@ -64,112 +78,89 @@ private:
     std::string mRest;
     const Settings& mSettings;
     bool mGood = true;
-    PropertyBag::Pointer mBag = PropertyBag::make();
 };
 
-const StepParser::Kind StepParser::kKinds[] = {
-    {"unknown", 0, &StepParser::text, "result"},
-    {"sdkevent", 1, &StepParser::nothing, nullptr},
-    {"info", 2, &StepParser::qrCode, nullptr},
-    {"result", 3, &StepParser::scan, "openid"},
-    {"platformkey", 6, &StepParser::text, "platformkey"},
-    {"platformkeylogin", 7, &StepParser::code, nullptr},
-    {"list", 8, &StepParser::localList, "local_openid"},
-    {"user", 9, &StepParser::login, "local_openid"},
-    {"record", 10, &StepParser::login, "openid"},
-    {"userinfo", 11, &StepParser::text, "body"},
-};
-
-bool StepParser::parse(Step& step) {
+bool StepReader::read(Step& step) {
     const LONG delay = number();
     if (!mGood || delay < 0) {
         return false;
     }
     step.delay = static_cast<ULONGLONG>(delay);
-    const std::string name = next();
-    if (name == "type" || name == "null") {
-        step.event.type = number();
-    } else {
-        const auto* kind = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                        [&](const Kind& known) { return name == known.name; });
-        if (kind == std::end(kKinds)) {
-            return false;
-        }
-        step.event.type = kind->type;
-        (this->*kind->read)(kind->what);
-    }
-    if (name != "null") {
-        step.event.bag = mBag;
-    }
+    readEvent(next(), step.event);
     return mGood && mRest.empty();
 }
 
-void StepParser::qrCode(const char* /*unused*/) {
-    const LONG state = number();
-    mBag->set("QRCodeImageUrl", rest());
-    mBag->set("QRCodeID", "qr-" + std::to_string(++theQrCodes));
-    mBag->set("QRCodeState", state);
-    mBag->set("ResultMessage", std::string("simulated"));
-}
-
-void StepParser::scan(const char* openidKey) {
-    const LONG code = number();
-    const LONG state = number();
-    mBag->set("ResultCode", code);
-    mBag->set("QRCodeState", state);
-    if (code == 0 && state == 3) {
-        addLogin(openidKey);
+void StepReader::readEvent(const std::string& name, Event& event) {
+    const auto* kind = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                    [&](const Kind& known) { return name == known.name; });
+    if (name != "null") {
+        event.bag = PropertyBag::make();
     }
-    addError();
-}
-
-void StepParser::login(const char* openidKey) {
-    const LONG code = number();
-    mBag->set("ResultCode", code);
-    if (code == 0) {
-        addLogin(openidKey);
+    if (kind != std::end(kKinds)) {
+        event.type = kind->type;
+        readFields(*kind, *event.bag.Get());
+    } else if (name == "list") {
+        event.type = kLocalLoginList;
+        readList(*event.bag.Get());
+    } else if (name == "type" || name == "null") {
+        event.type = number();
+    } else {
+        mGood = false;
     }
-    addError();
 }
 
-void StepParser::localList(const char* openidKey) {
+void StepReader::readFields(const Kind& kind, PropertyBag& bag) {
+    bool logsIn = kind.player != nullptr;
+    for (const Number& field : kind.numbers) {
+        if (field.property != nullptr) {
+            const LONG value = number();
+            bag.set(field.property, value);
+            logsIn = logsIn && value == field.ofLogin;
+        }
+    }
+    if (kind.text != nullptr) {
+        bag.set(kind.text, rest());
+    }
+    if (kind.type == kQrCodeInfo) {
+        bag.set("QRCodeID", "qr-" + std::to_string(++theQrCodes));
+        bag.set("ResultMessage", std::string("simulated"));
+    }
+    if (logsIn) {
+        bag.set("openid", openid(kind.player));
+        bag.set("ctk", mSettings.text("ctk", "kz-ctk-1"));
+    }
+    if (kind.player != nullptr && !mRest.empty()) {
+        bag.set("ErrorCode", number());
+        if (!mRest.empty()) {
+            bag.set("ResultMessage", rest());
+        }
+    }
+}
+
+void StepReader::readList(PropertyBag& bag) {
     const std::string what = next();
-    mBag->set("ResultCode", what == "code" ? number() : LONG{0});
+    bag.set("ResultCode", what == "code" ? number() : LONG{0});
     if (what == "empty") {
-        mBag->set("LocalLoginList", PropertyBag::List());
+        bag.set("LocalLoginList", PropertyBag::List());
     } else if (what == "unreadable") {
-        mBag->set("LocalLoginList", PropertyBag::List(1));
+        bag.set("LocalLoginList", PropertyBag::List(1));
     } else if (what == "user") {
         const PropertyBag::Pointer user = PropertyBag::make();
-        user->set("openid", openid(openidKey));
-        mBag->set("LocalLoginList", PropertyBag::List{user});
+        user->set("openid", openid("local_openid"));
+        bag.set("LocalLoginList", PropertyBag::List{user});
     } else if (what != "absent" && what != "code") {
         mGood = false;
     }
 }
 
-void StepParser::addLogin(const char* openidKey) {
-    mBag->set("openid", openid(openidKey));
-    mBag->set("ctk", mSettings.text("ctk", "kz-ctk-1"));
-}
-
-void StepParser::addError() {
-    if (!mRest.empty()) {
-        mBag->set("ErrorCode", number());
-    }
-    if (!mRest.empty()) {
-        mBag->set("ResultMessage", rest());
-    }
-}
-
-std::string StepParser::next() {
+std::string StepReader::next() {
     const size_t colon = std::min(mRest.find(':'), mRest.size());
     const std::string field = mRest.substr(0, colon);
     mRest.erase(0, colon + 1);
     return field;
 }
 
-LONG StepParser::number() {
+LONG StepReader::number() {
     const std::string field = next();
     char* end = nullptr;
     const LONG value = std::strtol(field.c_str(), &end, 10);
@@ -180,11 +171,10 @@ LONG StepParser::number() {
 } // namespace
 
 Script readScript(const Settings& settings, const char* key) {
-    const auto* steps =
-        std::find_if(std::begin(kDefaults), std::end(kDefaults),
-                     [&](const auto& row) { return std::strcmp(row[0], key) == 0; });
-    Script script = readSteps(settings, key,
-                              settings.text(key, steps == std::end(kDefaults) ? "" : (*steps)[1]));
+    const auto* usual = std::find_if(std::begin(kDefaults), std::end(kDefaults),
+                                     [&](const auto& row) { return std::string(row[0]) == key; });
+    const char* steps = usual == std::end(kDefaults) ? "" : (*usual)[1];
+    Script script = readSteps(settings, key, settings.text(key, steps));
     if (!script.empty()) {
         script.front().delay += static_cast<ULONGLONG>(settings.number("late_ms", 0));
     }
@@ -197,7 +187,7 @@ Script readSteps(const Settings& settings, const char* key, const std::string& s
     for (const std::string& part : devkit::split(steps, ',')) {
         const std::string text(devkit::trimmed(part));
         Step step;
-        const bool good = StepParser(text, settings).parse(step);
+        const bool good = StepReader(text, settings).read(step);
         step.delay += lost;
         if (good) {
             script.push_back(step);

@@ -15,6 +15,8 @@ using simulator::writeDown;
 
 namespace {
 
+std::atomic<long> theLocks{0};
+
 /// Makes the component's object.
 class ClassFactory final : public Braxel::VESK::ComObject<IClassFactory> {
 public:
@@ -32,7 +34,7 @@ public:
     }
 
     HRESULT STDMETHODCALLTYPE LockServer(BOOL locks) override {
-        Server::lock(locks != FALSE);
+        theLocks += locks != FALSE ? 1 : -1;
         return S_OK;
     }
 
@@ -57,15 +59,8 @@ void writeProblem(const std::string& what) {
     writeDown(JsonLine().add("problem", what));
 }
 
-HMODULE Server::referenceMyself() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       reinterpret_cast<LPCWSTR>(&Server::referenceMyself), &module);
-    return module;
-}
-
 LiveObject::~LiveObject() {
-    if (--Server::sObjects == 0) {
+    if (--sCount == 0) {
         writeDown(JsonLine().add("objects", count()));
     }
 }
@@ -87,7 +82,8 @@ extern "C" HRESULT WINAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId
 }
 
 extern "C" HRESULT WINAPI DllCanUnloadNow() {
-    return vesk::kzsim::Server::isInUse() ? S_FALSE : S_OK;
+    // An event thread does not count: it keeps the library by itself.
+    return vesk::kzsim::LiveObject::count() != 0 || vesk::kzsim::theLocks != 0 ? S_FALSE : S_OK;
 }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* processEnds) {

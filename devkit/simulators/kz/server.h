@@ -34,36 +34,19 @@ private:
     CONDITION_VARIABLE mChanged = CONDITION_VARIABLE_INIT;
 };
 
-/// What keeps the library in use.
-class Server {
-public:
-    /// A reference on this library, for a thread that leaves through FreeLibraryAndExitThread().
-    /// Null when there is none to be had.
-    static HMODULE referenceMyself();
-
-    static bool isInUse() { return sObjects != 0 || sThreads != 0 || sLocks != 0; }
-
-    static void threadStarts() { ++sThreads; }
-    static void threadEnds() { --sThreads; }
-    static void lock(bool locks) { sLocks += locks ? 1 : -1; }
-
-private:
-    friend class LiveObject;
-
-    inline static std::atomic<long> sObjects{0};
-    inline static std::atomic<long> sThreads{0};
-    inline static std::atomic<long> sLocks{0};
-};
-
-/// A member of every COM object. When the last object goes, that is written down.
+/// A member of every COM object: they keep the library in use. When the last one goes, that is
+/// written down.
 class LiveObject {
 public:
-    LiveObject() { ++Server::sObjects; }
+    LiveObject() { ++sCount; }
     ~LiveObject();
     LiveObject(const LiveObject&) = delete;
     LiveObject& operator=(const LiveObject&) = delete;
 
-    static long count() { return Server::sObjects; }
+    static long count() { return sCount; }
+
+private:
+    inline static std::atomic<long> sCount{0};
 };
 
 } // namespace vesk::kzsim
