@@ -56,17 +56,19 @@ scanclient::PlayerScript player() {
 
 } // namespace
 
-Component::Component(const CallbackTable& table)
-    : mState(std::make_shared<State>(table, Settings().number("keep_pointer", 0) == 1)) {
-    mThread = std::thread([state = mState] { run(state); });
+std::shared_ptr<Component> Component::start(const CallbackTable& host) {
+    const bool keepsPointer = Settings().number("keep_pointer", 0) == 1;
+    const auto component = std::make_shared<Component>(host, keepsPointer);
+    component->mThread = std::thread([component] { component->run(); });
+    return component;
 }
 
 void Component::stop() {
     {
-        const std::lock_guard<std::mutex> lock(mState->mutex);
-        mState->ended = true;
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mEnded = true;
     }
-    mState->changed.notify_all();
+    mChanged.notify_all();
     leaveScanPage();
     if (mThread.get_id() == std::this_thread::get_id()) {
         mThread.detach();
@@ -75,18 +77,21 @@ void Component::stop() {
     }
 }
 
-void Component::play(const char* key, const char* otherwise) {
-    queue(*mState, Settings().text(key, otherwise));
+void Component::play(const std::string& steps) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    for (const std::string& step : devkit::split(steps, ',')) {
+        mSteps.push_back(step);
+    }
+    mChanged.notify_all();
 }
 
 void Component::playInteractively(const std::string& controlUrl, const std::string& preCode) {
     const std::lock_guard<std::mutex> desk(mDeskMutex);
     mDesk.reset();
-    const std::lock_guard<std::mutex> lock(mState->mutex);
-    if (!mState->ended) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    if (!mEnded) {
         mDesk = std::make_unique<simulator::PlayerDesk>(
-            controlUrl, preCode, player(),
-            [state = mState](const std::string& steps) { queue(*state, steps); });
+            controlUrl, preCode, player(), [this](const std::string& steps) { play(steps); });
     }
 }
 
@@ -104,53 +109,42 @@ void Component::leaveBehind(const char* key) const {
     if (settings.number("late_pinned", 1) == 1) {
         devkit::stayLoaded();
     }
-    const auto late = std::make_shared<State>(mState->table, mState->keepsPointer());
-    queue(*late, steps);
-    std::thread([late] { run(late); }).detach();
+    const auto late = std::make_shared<Component>(mTable, &mTable != &mCopy);
+    late->play(steps);
+    std::thread([late] { late->run(); }).detach();
 }
 
-void Component::queue(State& state, const std::string& steps) {
-    const std::lock_guard<std::mutex> lock(state.mutex);
-    for (const std::string& step : devkit::split(steps, ',')) {
-        if (!step.empty()) {
-            state.steps.push_back(step);
-        }
-    }
-    state.changed.notify_all();
-}
-
-void Component::run(const std::shared_ptr<State>& state) {
-    std::unique_lock<std::mutex> lock(state->mutex);
+void Component::run() {
+    std::unique_lock<std::mutex> lock(mMutex);
     while (true) {
-        state->changed.wait(lock, [&] { return state->ended || !state->steps.empty(); });
-        if (state->ended) {
+        mChanged.wait(lock, [this] { return mEnded || !mSteps.empty(); });
+        if (mEnded) {
             return;
         }
-        const std::string step = state->steps.front();
-        state->steps.pop_front();
-        const size_t colon = step.find(':');
+        const std::string step = mSteps.front();
+        mSteps.pop_front();
         const auto delay = std::chrono::milliseconds(std::atoi(step.c_str()));
-        if (state->changed.wait_for(lock, delay, [&] { return state->ended; })) {
+        if (mChanged.wait_for(lock, delay, [this] { return mEnded; })) {
             return;
         }
         lock.unlock();
-        sendOnThreads(state->table, step.substr(colon + 1));
+        sendOnThreads(step.substr(step.find(':') + 1));
         lock.lock();
     }
 }
 
-void Component::sendOnThreads(const CallbackTable& table, const std::string& event) {
+void Component::sendOnThreads(const std::string& event) const {
     std::vector<std::thread> others;
     for (int64_t i = Settings().number("threads", 1); i > 1; --i) {
-        others.emplace_back([&] { send(table, event); });
+        others.emplace_back([&] { send(event); });
     }
-    send(table, event);
+    send(event);
     for (std::thread& other : others) {
         other.join();
     }
 }
 
-void Component::send(const CallbackTable& table, const std::string& event) {
+void Component::send(const std::string& event) const {
     const std::vector<std::string> parts = devkit::split(event, ':');
     const auto argument = [&parts](size_t at) {
         return at < parts.size() ? std::atoi(parts[at].c_str()) : 0;
@@ -159,19 +153,19 @@ void Component::send(const CallbackTable& table, const std::string& event) {
     const std::string& name = parts.at(0);
     if (name == "qr") {
         const Unterminated url(event.substr(3));
-        table.qrcode(0, 0, url.get(), url.length, 120, 0);
+        mTable.qrcode(0, 0, url.get(), url.length, 120, 0);
     } else if (name == "qr_fail") {
-        table.qrcode(type, argument(2), nullptr, 0, 0, 0);
+        mTable.qrcode(type, argument(2), nullptr, 0, 0, 0);
     } else if (name == "scanned") {
-        sendLogin(table.login, 10008, 0);
+        sendLogin(mTable.login, 10008, 0);
     } else if (name == "success" || name == "fail") {
-        sendLogin(table.login, type, argument(2));
+        sendLogin(mTable.login, type, argument(2));
     } else if (name == "token" || name == "token_fail") {
-        sendLogin(table.token, type, argument(2));
+        sendLogin(mTable.token, type, argument(2));
     } else if (name == "kickout") {
-        table.kickOut(argument(1));
+        mTable.kickOut(argument(1));
     } else if (name == "exception") {
-        table.stateException();
+        mTable.stateException();
     }
     Settings().stay("linger_ms");
     simulator::writeDown(devkit::JsonLine().add("callback", name));

@@ -39,14 +39,20 @@ struct CallbackTable {
 /// may come on any threads at once.
 class Component {
 public:
-    /// Copies @p table, unless ferno_sim.ini says that its address is kept.
-    explicit Component(const CallbackTable& table);
-    /// Ends the thread, once and before the component goes; from inside a callback it lets the
-    /// callback end first.
+    /// Starts the thread, which keeps the component. Copies @p host, unless ferno_sim.ini says that
+    /// its address is kept.
+    static std::shared_ptr<Component> start(const CallbackTable& host);
+
+    Component(const CallbackTable& host, bool keepsPointer)
+        : mCopy(host), mTable(keepsPointer ? host : mCopy) {}
+    Component(const Component&) = delete;
+    Component& operator=(const Component&) = delete;
+
+    /// Ends the thread, once; from inside a callback it lets the callback end first.
     void stop();
 
-    /// Queues the steps of the setting @p key, "<delay ms>:<event>[:<argument>...],...".
-    void play(const char* key, const char* otherwise);
+    /// Queues steps, "<delay ms>:<event>[:<argument>...],...".
+    void play(const std::string& steps);
 
     /// Lets the player at the scan page decide about a code; he leaves one that came before.
     void playInteractively(const std::string& controlUrl, const std::string& preCode);
@@ -59,27 +65,17 @@ public:
     void leaveBehind(const char* key) const;
 
 private:
-    /// What the thread needs; it outlives the component when that goes inside a callback.
-    struct State {
-        State(const CallbackTable& host, bool keepsPointer)
-            : copy(host), table(keepsPointer ? host : copy) {}
-        bool keepsPointer() const { return &table != &copy; }
+    void run();
+    void sendOnThreads(const std::string& event) const;
+    void send(const std::string& event) const;
 
-        const CallbackTable copy;
-        const CallbackTable& table; ///< the host's own, or the copy
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::deque<std::string> steps;
-        bool ended = false;
-    };
-
-    static void queue(State& state, const std::string& steps);
-    static void run(const std::shared_ptr<State>& state);
-    static void send(const CallbackTable& table, const std::string& event);
-    static void sendOnThreads(const CallbackTable& table, const std::string& event);
-
-    std::shared_ptr<State> mState;
+    const CallbackTable mCopy;
+    const CallbackTable& mTable; ///< the host's own, or the copy
     std::thread mThread;
+    std::mutex mMutex;
+    std::condition_variable mChanged;
+    std::deque<std::string> mSteps;
+    bool mEnded = false;
     std::mutex mDeskMutex; // the desk's thread never takes it
     std::unique_ptr<simulator::PlayerDesk> mDesk;
 };

@@ -59,12 +59,11 @@ extern "C" {
 int frlogin_init(void* table, const char* logDirectory) {
     const bool isSet = logDirectory != nullptr && *logDirectory != '\0';
     writeDown(JsonLine().add("call", "frlogin_init").add("log", isSet ? "set" : ""));
-    const auto component =
-        std::make_shared<Component>(*static_cast<vesk::fernosim::CallbackTable*>(table));
+    const auto component = Component::start(*static_cast<vesk::fernosim::CallbackTable*>(table));
     if (const auto before = replaceComponent(component)) {
         before->stop();
     }
-    component->play("on_init", "");
+    component->play(Settings().text("on_init", ""));
     Settings().stay("init_ms");
     return static_cast<int>(Settings().number("init", 0));
 }
@@ -82,15 +81,17 @@ int frlogin_req_qrcode(const char* appId, size_t appIdLength, const char* preCod
         if (!scanPage.empty()) {
             component.playInteractively(scanPage, code);
         } else {
-            component.play("on_qrcode", "20:qr:https://ferno.example/qr/1,50:scanned,50:success");
+            component.play(Settings().text(
+                "on_qrcode", "20:qr:https://ferno.example/qr/1,50:scanned,50:success"));
         }
     });
 }
 
 int frlogin_req_client_tmp_token() {
     writeCall("frlogin_req_client_tmp_token");
-    return answer("req_token",
-                  [](Component& component) { component.play("on_token", "20:token"); });
+    return answer("req_token", [](Component& component) {
+        component.play(Settings().text("on_token", "20:token"));
+    });
 }
 
 int frlogin_req_logout() {
