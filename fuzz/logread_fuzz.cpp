@@ -32,7 +32,7 @@ std::string scrambledLines(const std::string& text) {
 std::string read(const std::string& bytes, RecordFormat format, size_t piece, bool redact) {
     std::string out;
     RecordPrinter printer(format, [&](std::string_view text) { out += text; });
-    LogReader reader(printer, {}, redact);
+    LogReader reader([&](const LogRecord& record) { printer.take(record); }, {}, redact);
     for (size_t at = 0; at < bytes.size(); at += piece) {
         reader.feed(std::string_view(bytes).substr(at, piece));
     }
@@ -75,7 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
     expectJson(read(bytes, appendAsJson, piece, redact));
     LoginStory story;
-    LogReader reader(story, {}, true);
+    LogReader reader([&](const LogRecord& record) { story.take(record); }, {}, true);
     reader.feed(bytes);
     reader.flush();
     static_cast<void>(story.text());

@@ -13,16 +13,6 @@ constexpr size_t kFirstBytes = 256;
 // More than the longest record.
 constexpr std::streamoff kTailSize = 0x20000;
 
-struct LastDay : RecordConsumer {
-    void take(const LogRecord& record) override {
-        if (!record.time.empty()) {
-            day = record.time.substr(0, record.time.find(' '));
-        }
-    }
-
-    std::string day;
-};
-
 size_t readSome(std::istream& file, char* bytes, size_t size) {
     file.read(bytes, static_cast<std::streamsize>(size));
     return static_cast<size_t>(file.gcount());
@@ -61,11 +51,16 @@ std::string lastDay(const std::filesystem::path& path) {
     file.seekg(0, std::ios::end);
     const std::streamoff size = std::max<std::streamoff>(file.tellg(), 0);
     file.seekg(std::max<std::streamoff>(size - kTailSize, 0));
-    LastDay last;
-    LogReader reader(last, RecordFilter(), false);
+    std::string day;
+    const auto take = [&day](const LogRecord& record) {
+        if (!record.time.empty()) {
+            day = record.time.substr(0, record.time.find(' '));
+        }
+    };
+    LogReader reader(take, RecordFilter(), false);
     feedRest(file, reader);
     reader.flush();
-    return last.day;
+    return day;
 }
 
 LogFollower::LogFollower(std::filesystem::path file, LogReader& reader)

@@ -10,9 +10,9 @@
 namespace vesk::logread {
 
 /// Tells of each login what its steps were, how it ended, why, and what to do about it.
-class LoginStory : public RecordConsumer {
+class LoginStory {
 public:
-    void take(const LogRecord& record) override;
+    void take(const LogRecord& record);
     /// One paragraph a login, in the order in which they began; with an id that login alone.
     std::string text(const std::string& sequenceId = "") const;
 

@@ -50,8 +50,8 @@ bool isTimeOfDay(std::string_view text) {
     return looksLike(text, "00:00") || looksLike(text, "00:00:00");
 }
 
-LogReader::LogReader(RecordConsumer& consumer, RecordFilter filter, bool redact)
-    : mConsumer(consumer), mFilter(std::move(filter)),
+LogReader::LogReader(RecordConsumer consumer, RecordFilter filter, bool redact)
+    : mConsumer(std::move(consumer)), mFilter(std::move(filter)),
       mSplitter([this](const RawRecord& raw) { take(raw); }) {
     if (redact) {
         mRedactor.emplace();
@@ -64,19 +64,14 @@ void LogReader::flushWhole() {
     }
 }
 
-void LogReader::startAnew() {
-    mSplitter.flush();
-    mSplitter.reset();
-}
-
 void LogReader::take(const RawRecord& raw) {
-    LogRecord record = mDecoder.decode(raw);
+    LogRecord record = decodeRecord(raw, mText);
     // Before the filter, so that a secret of a record that is not shown is known in the next one.
     if (mRedactor) {
         redact(record);
     }
     if (mFilter.passes(record)) {
-        mConsumer.take(record);
+        mConsumer(record);
     }
 }
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "recorddecoder.h"
 #include "recordsplitter.h"
 #include "redactor.h"
 
@@ -12,7 +11,7 @@ namespace vesk::logread {
 
 /// Passes the records that meet every condition that is set.
 struct RecordFilter {
-    /// That level and the more serious ones: 'D', 'I', 'W', 'E'.
+    /// That level and the more severe ones: 'D', 'I', 'W', 'E'.
     char level = 'D';
     /// Records that hold this sequence id.
     std::string sequenceId;
@@ -35,7 +34,7 @@ bool isTimeOfDay(std::string_view text);
 /// Splits, decodes, redacts and filters, and hands over what is left.
 class LogReader {
 public:
-    LogReader(RecordConsumer& consumer, RecordFilter filter, bool redact);
+    LogReader(RecordConsumer consumer, RecordFilter filter, bool redact);
 
     void feed(std::string_view bytes) { mSplitter.feed(bytes); }
     /// The end of the file.
@@ -43,18 +42,17 @@ public:
     /// For a file that is still written: hands over the last record when it looks whole.
     void flushWhole();
     /// The file was replaced by another one.
-    void startAnew();
+    void startAnew() { mSplitter.startAnew(); }
     uint64_t foreignBytes() const { return mSplitter.foreignBytes(); }
 
 private:
     void take(const RawRecord& raw);
     void redact(LogRecord& record);
 
-    RecordConsumer& mConsumer;
+    const RecordConsumer mConsumer;
     RecordFilter mFilter;
     std::optional<Redactor> mRedactor;
-    RecordDecoder mDecoder;
-    std::string mHead, mMethod, mMessage;
+    std::string mText, mHead, mMethod, mMessage;
     RecordSplitter mSplitter;
 };
 

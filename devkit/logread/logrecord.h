@@ -1,6 +1,8 @@
 #ifndef VESK_DEVKIT_LOGREAD_LOGRECORD_H
 #define VESK_DEVKIT_LOGREAD_LOGRECORD_H
 
+#include <functional>
+#include <string>
 #include <string_view>
 
 namespace vesk::logread {
@@ -32,13 +34,11 @@ struct LogRecord {
     bool cut = false;
 };
 
-/// Something that is handed the records of a log in their order.
-class RecordConsumer {
-public:
-    virtual ~RecordConsumer() = default;
-    /// The record's texts are valid during the call only.
-    virtual void take(const LogRecord& record) = 0;
-};
+/// Is handed the records of a log in their order. A record's texts are valid during the call only.
+using RecordConsumer = std::function<void(const LogRecord&)>;
+
+/// Undoes text mode and scrambling, and takes the header apart. The record's texts lie in @p text.
+LogRecord decodeRecord(const RawRecord& raw, std::string& text);
 
 } // namespace vesk::logread
 

@@ -36,7 +36,7 @@ std::string checkTime(const std::string& text) {
 void define(CLI::App& app, Options& options) {
     app.add_option("FILE", options.file, "the log")->required();
     auto* follow = app.add_flag("--follow", options.follow, "go on with what is written later");
-    auto* level = app.add_option("--level", options.level, "that level and more serious ones")
+    auto* level = app.add_option("--level", options.level, "that level and more severe ones")
                       ->check(CLI::IsMember({"D", "I", "W", "E"}));
     app.add_option("--seq", options.sequenceId, "only records that hold this sequence id");
     app.add_option("--since", options.since,
@@ -91,13 +91,15 @@ void follow(const std::string& path, LogReader& reader, RecordPrinter& printer) 
 void run(const Options& options) {
     if (options.login) {
         LoginStory story;
-        LogReader reader(story, makeFilter(options), true);
+        LogReader reader([&](const LogRecord& record) { story.take(record); }, makeFilter(options),
+                         true);
         readWhole(options.file, reader);
         writeOut(story.text(options.sequenceId));
         return;
     }
     RecordPrinter printer(options.json ? appendAsJson : appendAsText, writeOut);
-    LogReader reader(printer, makeFilter(options), options.redact);
+    LogReader reader([&](const LogRecord& record) { printer.take(record); }, makeFilter(options),
+                     options.redact);
     if (options.follow) {
         follow(options.file, reader, printer);
     } else {

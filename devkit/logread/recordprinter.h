@@ -23,13 +23,13 @@ void appendAsText(std::string& out, const LogRecord& record);
 void appendAsJson(std::string& out, const LogRecord& record);
 
 /// Collects what a format makes and writes it in large pieces.
-class RecordPrinter : public RecordConsumer {
+class RecordPrinter {
 public:
     using Write = std::function<void(std::string_view)>;
 
     RecordPrinter(RecordFormat format, Write write) : mFormat(format), mWrite(std::move(write)) {}
 
-    void take(const LogRecord& record) override;
+    void take(const LogRecord& record);
     /// Writes what is collected.
     void flush();
 

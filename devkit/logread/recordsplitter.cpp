@@ -40,49 +40,50 @@ size_t RecordSplitter::findStart(size_t from) const {
 
 void RecordSplitter::feed(std::string_view bytes) {
     mBuffer.append(bytes);
-    split();
+    for (;;) {
+        const size_t next = findStart(mSearch);
+        const size_t longest = mBegin + kLongestRecord;
+        if (mInRecord && next > longest && mBuffer.size() >= longest + kStartLength) {
+            handOver(longest);
+        } else if (next != std::string::npos) {
+            handOver(next);
+            mInRecord = true;
+            mSearch += kStartLength;
+        } else {
+            break;
+        }
+    }
+    mSearch = std::max(mSearch, mBuffer.size() - std::min(mBuffer.size(), kStartLength));
+    if (!mInRecord) {
+        handOver(mSearch);
+    }
     dropConsumed();
 }
 
-void RecordSplitter::split() {
-    while (mInRecord || skipForeign()) {
-        const size_t next = findStart(mSearch);
-        if (next == std::string::npos && mBuffer.size() - mBegin <= kLongestRecord) {
-            mSearch = std::max(mSearch, mBuffer.size() - std::min(mBuffer.size(), kStartLength));
-            return;
-        }
-        emit(std::min(next, mBegin + kLongestRecord));
+/// What waits ends here: a record, or foreign bytes.
+void RecordSplitter::handOver(size_t end) {
+    if (mInRecord) {
+        emit(std::string_view(mBuffer).substr(mBegin, end - mBegin));
+    } else {
+        mForeign += end - mBegin;
     }
-}
-
-/// False when no record begins in what is there.
-bool RecordSplitter::skipForeign() {
-    const size_t start = findStart(mBegin);
-    const size_t kept = std::min(mBuffer.size() - mBegin, kStartLength - 1);
-    const size_t end = start == std::string::npos ? mBuffer.size() - kept : start;
-    mForeign += end - mBegin;
     mBegin = end;
-    mInRecord = start != std::string::npos;
-    mSearch = mBegin + (mInRecord ? kStartLength : 0);
-    return mInRecord;
+    mSearch = end;
+    mInRecord = false;
 }
 
-void RecordSplitter::emit(size_t end) {
+void RecordSplitter::emit(std::string_view bytes) {
+    const bool textModeEnd = endsWith(bytes, "\r\n");
     RawRecord record;
-    record.bytes = std::string_view(mBuffer).substr(mBegin, end - mBegin);
-    const bool textModeEnd = endsWith(record.bytes, "\r\n");
-    record.ended = endsWith(record.bytes, "\n");
+    record.ended = endsWith(bytes, "\n");
     mTextModeEnds += textModeEnd ? 1 : 0;
     mPlainEnds += record.ended && !textModeEnd ? 1 : 0;
     // By the majority: a single record may end in a carriage return of its own, and foreign bytes
     // may bring a bare line feed into a file from Windows.
     record.textMode = mTextModeEnds > mPlainEnds;
     const size_t lineEnd = record.textMode && textModeEnd ? 2 : 1;
-    record.bytes.remove_suffix(record.ended ? lineEnd : 0);
+    record.bytes = bytes.substr(0, bytes.size() - (record.ended ? lineEnd : 0));
     mSink(record);
-    mBegin = end;
-    mInRecord = false;
-    mSearch = mBegin;
 }
 
 void RecordSplitter::flush() {
@@ -91,20 +92,10 @@ void RecordSplitter::flush() {
         const size_t tail = mBuffer.rfind(kPrefix);
         const bool brokenOff =
             tail != std::string::npos && tail > mBegin && mBuffer.size() - tail < kStartLength;
-        emit(brokenOff ? tail : mBuffer.size());
+        handOver(brokenOff ? tail : mBuffer.size());
     }
-    mForeign += mBuffer.size() - mBegin;
-    mBegin = mBuffer.size();
+    handOver(mBuffer.size());
     dropConsumed();
-}
-
-void RecordSplitter::reset() {
-    mBuffer.clear();
-    mBegin = 0;
-    mSearch = 0;
-    mInRecord = false;
-    mTextModeEnds = 0;
-    mPlainEnds = 0;
 }
 
 bool RecordSplitter::waitsWithLineEnd() const {

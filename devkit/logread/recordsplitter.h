@@ -24,8 +24,12 @@ public:
     /// The stream ends here: hands over the record that waits. Feeding may go on afterwards; what
     /// does not begin with a prefix is foreign then.
     void flush();
-    /// Forgets everything, for another file.
-    void reset();
+    /// Ends the stream, and another file follows, of either system.
+    void startAnew() {
+        flush();
+        mTextModeEnds = 0;
+        mPlainEnds = 0;
+    }
 
     /// Whether a record waits that ends in a line feed, so that it may be whole.
     bool waitsWithLineEnd() const;
@@ -34,9 +38,8 @@ public:
 
 private:
     size_t findStart(size_t from) const;
-    bool skipForeign();
-    void split();
-    void emit(size_t end);
+    void handOver(size_t end);
+    void emit(std::string_view bytes);
     void dropConsumed();
 
     Sink mSink;

@@ -1,12 +1,30 @@
 #ifndef VESK_DEVKIT_LOGREAD_REDACTOR_H
 #define VESK_DEVKIT_LOGREAD_REDACTOR_H
 
+#include <set>
 #include <string>
 #include <string_view>
 
-#include "secrets.h"
-
 namespace vesk::logread {
+
+/// What stands in a secret's place.
+constexpr std::string_view kMask = "***";
+
+/// Whether a member, setting or label of this name holds a credential, or says who the player is.
+/// Case and underscores do not count: "openID" is "open_id".
+bool isSecretName(std::string_view name);
+
+/// Finds a secret that was seen under its name again where no name stands before it.
+class KnownSecrets {
+public:
+    /// Remembers the words of a secret that are long enough to be nothing else.
+    void learn(std::string_view secret);
+    /// Masks each word that is known.
+    std::string mask(std::string_view text) const;
+
+private:
+    std::set<std::string, std::less<>> mWords;
+};
 
 /// Masks the values of secret names in every notation that the product logs: JSON, also as text
 /// inside JSON; addresses; settings; "name:value" in a sentence. Works on texts that break off

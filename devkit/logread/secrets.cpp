@@ -1,9 +1,8 @@
-#include "secrets.h"
-
 #include <algorithm>
 #include <array>
 
 #include "common/text.h"
+#include "redactor.h"
 
 namespace vesk::logread {
 

@@ -29,27 +29,25 @@ std::string inTextMode(const std::string& bytes) {
 }
 
 std::vector<std::string> readLog(const std::string& bytes, size_t piece, bool redact) {
-    struct Lines : RecordConsumer {
-        void take(const LogRecord& record) override {
-            std::string text;
-            appendAsText(text, record);
-            lines.push_back(text.substr(0, text.size() - 1));
-        }
-        std::vector<std::string> lines;
-    } lines;
-    LogReader reader(lines, RecordFilter(), redact);
+    std::vector<std::string> lines;
+    const auto take = [&lines](const LogRecord& record) {
+        std::string text;
+        appendAsText(text, record);
+        lines.push_back(text.substr(0, text.size() - 1));
+    };
+    LogReader reader(take, RecordFilter(), redact);
     for (size_t at = 0; at < bytes.size(); at += piece) {
         reader.feed(std::string_view(bytes).substr(at, piece));
     }
     reader.flush();
-    return lines.lines;
+    return lines;
 }
 
 std::string printLog(const std::string& bytes, RecordFormat format, RecordFilter filter,
                      bool redact) {
     std::string out;
     RecordPrinter printer(format, [&](std::string_view text) { out.append(text); });
-    LogReader reader(printer, filter, redact);
+    LogReader reader([&](const LogRecord& record) { printer.take(record); }, filter, redact);
     reader.feed(bytes);
     reader.flush();
     printer.flush();
@@ -58,7 +56,7 @@ std::string printLog(const std::string& bytes, RecordFormat format, RecordFilter
 
 std::string tellLogins(const std::string& bytes) {
     LoginStory story;
-    LogReader reader(story, RecordFilter(), true);
+    LogReader reader([&](const LogRecord& record) { story.take(record); }, {}, true);
     reader.feed(bytes);
     reader.flush();
     return std::regex_replace(story.text(), std::regex(" +\\d+ ms +[+-]\\d+ ms +"), "");

@@ -11,8 +11,7 @@ namespace {
 using namespace logread;
 using ::testing::ElementsAre;
 
-struct Following : ::testing::Test, RecordConsumer {
-    void take(const LogRecord& record) override { heard.emplace_back(record.message); }
+struct Following : ::testing::Test {
     /// Twice, because the last record waits until nothing follows it.
     std::vector<std::string> poll() {
         heard.clear();
@@ -24,7 +23,7 @@ struct Following : ::testing::Test, RecordConsumer {
     const std::filesystem::path file =
         std::filesystem::path(environment("VESK_TEST_FOLDER")) / "followed.log";
     std::vector<std::string> heard;
-    LogReader reader{*this, {}, false};
+    LogReader reader{[this](const LogRecord& r) { heard.emplace_back(r.message); }, {}, false};
     LogFollower follower{file, reader};
     const std::string a = scrambled(kHead + "a"), b = scrambled(kHead + "b 6 b");
 };

@@ -13,7 +13,7 @@ using ::testing::StartsWith;
 
 TEST(LoginStories, TimesAreThoseSinceTheBeginningAndSinceTheStepBefore) {
     logread::LoginStory story;
-    logread::LogReader reader(story, {}, true);
+    logread::LogReader reader([&](const auto& record) { story.take(record); }, {}, true);
     reader.feed(logLine("VESKLogin::Login", 900, "channel:Steam permissions: subChannel: e") +
                 logLine("VESKLoginManager::Login", 1000, "[ 1-1 ] Login") +
                 logLine("VESKLoginManager::PluginLoginObserver", 1250, "[ 1-1 ], {}") +

@@ -123,8 +123,8 @@ TEST(Reading, FiltersByLevelIdAndTime) {
     level.level = 'W';
     id.sequenceId = "1106-AB-17-1";
     since.since = "2026-11-24 13:53:03";
-    const std::string graver = printLog(bytes, appendAsText, level);
-    EXPECT_EQ(graver.find("[ 1106-AB-17-12 ]"), graver.size() - 18);
+    const std::string severe = printLog(bytes, appendAsText, level);
+    EXPECT_EQ(severe.find("[ 1106-AB-17-12 ]"), severe.size() - 18);
     const std::string ofId = printLog(bytes, appendAsText, id);
     EXPECT_NE(ofId.find("one\n"), std::string::npos);
     EXPECT_NE(ofId.find("two\n"), std::string::npos);

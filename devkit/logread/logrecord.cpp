@@ -1,10 +1,9 @@
-#include "recorddecoder.h"
+#include "logrecord.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 
 namespace vesk::logread {
 
@@ -35,59 +34,20 @@ bool endsWithLabel(std::string_view text) {
     });
 }
 
-} // namespace
-
-LogRecord RecordDecoder::decode(const RawRecord& raw) {
-    undoTextMode(raw);
-    const size_t length = mText.size();
-    LogRecord record;
-    if (!raw.ended) {
-        // Where the whole record ended is not known; its last two bytes are most likely not here.
-        unscramble(length);
-        parseRecord(mText, record);
-        record.cut = true;
-        return record;
+std::string withoutTextMode(std::string_view bytes) {
+    std::string text;
+    for (size_t at = bytes.find("\r\n"); at != std::string_view::npos; at = bytes.find("\r\n")) {
+        text.append(bytes.substr(0, at)).push_back('\n');
+        bytes.remove_prefix(at + 2);
     }
-    unscramble(length - std::min<size_t>(length, 2));
-    const bool whole = parseRecord(mText, record);
-    record.cut = !whole;
-    // The format cuts at even lengths only, and then the last byte but one is scrambled too.
-    if (length % 2 == 0 && length >= 2) {
-        const bool endIsControl = isControl(mText[length - 2]);
-        flip(length - 2);
-        record.cut |= endIsControl || endsWithLabel(mText);
-        if (!record.cut) {
-            flip(length - 2);
-        }
-    }
-    return record;
+    return text.append(bytes);
 }
 
-void RecordDecoder::undoTextMode(const RawRecord& raw) {
-    if (!raw.textMode) {
-        mText.assign(raw.bytes);
-        return;
-    }
-    mText.clear();
-    std::string_view rest = raw.bytes;
-    for (size_t at = rest.find("\r\n"); at != std::string_view::npos; at = rest.find("\r\n")) {
-        mText.append(rest.substr(0, at)).push_back('\n');
-        rest.remove_prefix(at + 2);
-    }
-    mText.append(rest);
+void flip(char& c) {
+    c = static_cast<char>(c ^ kKey);
 }
 
-/// The bytes at the even indexes below end.
-void RecordDecoder::unscramble(size_t end) {
-    for (size_t i = 0; i < end; i += 2) {
-        flip(i);
-    }
-}
-
-void RecordDecoder::flip(size_t at) {
-    mText[at] = static_cast<char>(mText[at] ^ kKey);
-}
-
+/// Takes readable text apart. @return false when the header does not reach its end.
 bool parseRecord(std::string_view text, LogRecord& record) {
     record.message = text;
     if (text.size() < kTimeAt || !isLevel(text[kLevelAt])) {
@@ -116,6 +76,31 @@ bool parseRecord(std::string_view text, LogRecord& record) {
     record.head = text.substr(0, close + 1);
     record.message = text.substr(close + 1);
     return true;
+}
+
+} // namespace
+
+LogRecord decodeRecord(const RawRecord& raw, std::string& text) {
+    text = raw.textMode ? withoutTextMode(raw.bytes) : std::string(raw.bytes);
+    const size_t length = text.size();
+    // The last two bytes of a whole record are clear. Without an end they are most likely not here.
+    const size_t scrambled = length - (raw.ended ? std::min<size_t>(length, 2) : 0);
+    for (size_t i = 0; i < scrambled; i += 2) {
+        flip(text[i]);
+    }
+    LogRecord record;
+    record.cut = !parseRecord(text, record) || !raw.ended;
+    // The format cuts at even lengths only, and then the last byte but one is scrambled too.
+    if (raw.ended && length % 2 == 0 && length >= 2) {
+        char& last = text[length - 2];
+        const bool endIsControl = isControl(last);
+        flip(last);
+        record.cut = record.cut || endIsControl || endsWithLabel(text);
+        if (!record.cut) {
+            flip(last);
+        }
+    }
+    return record;
 }
 
 } // namespace vesk::logread
