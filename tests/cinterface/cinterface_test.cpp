@@ -3,8 +3,8 @@
 #include <memory>
 #include <thread>
 
-#include "flow/flowtest.h"
 #include "support/files.h"
+#include "support/gametest.h"
 #include "support/waituntil.h"
 #include "vesk/vesk_c.h"
 
@@ -30,7 +30,7 @@ struct Counter {
     }
 };
 
-class CInterface : public FlowTest {
+class CInterface : public GameTest {
 protected:
     inline static Counter& counter = *new Counter;
     vesk_login_observer cObserver = counter.observer();

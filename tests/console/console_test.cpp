@@ -6,7 +6,7 @@
 #include "doctor/doctortest.h"
 #include "qrblocks.h"
 #include "support/backendcontrol.h"
-#include "support/programrun.h"
+#include "support/files.h"
 
 namespace vesk::test {
 namespace {

@@ -2,7 +2,7 @@
 #define VESK_TESTS_DEVKIT_SCANPAGETEST_H
 
 #include "devkit/scanplayer.h"
-#include "flow/messengertest.h"
+#include "support/gametest.h"
 
 namespace vesk::test {
 

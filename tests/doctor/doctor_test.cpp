@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "doctor/doctortest.h"
-#include "support/programrun.h"
+#include "support/files.h"
 
 namespace vesk::test {
 namespace {

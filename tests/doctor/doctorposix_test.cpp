@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include "doctor/doctortest.h"
-#include "support/programrun.h"
+#include "support/files.h"
 
 namespace vesk::test {
 namespace {

@@ -1,8 +1,5 @@
 #include "faults/faulttest.h"
 #include "faults/filestates.h"
-#include "faults/gameprocess.h"
-#include "support/gamefolder.h"
-#include "support/waituntil.h"
 
 namespace fs = std::filesystem;
 

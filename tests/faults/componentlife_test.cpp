@@ -1,8 +1,6 @@
 #include <thread>
 
-#include "flow/unloadtest.h"
-#include "support/gamefolder.h"
-#include "support/waituntil.h"
+#include "support/unloadtest.h"
 
 namespace vesk::test {
 namespace {

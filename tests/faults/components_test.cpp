@@ -1,9 +1,6 @@
 #include <algorithm>
 
 #include "faults/faulttest.h"
-#include "faults/gameprocess.h"
-#include "support/gamefolder.h"
-#include "support/waituntil.h"
 
 namespace vesk::test {
 namespace {

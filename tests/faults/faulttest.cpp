@@ -4,8 +4,6 @@
 #include <cstdlib>
 #include <deque>
 
-#include "support/waituntil.h"
-
 namespace vesk::test {
 
 void FaultTest::settle() {

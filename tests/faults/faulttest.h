@@ -1,16 +1,18 @@
 #ifndef VESK_TESTS_FAULTS_FAULTTEST_H
 #define VESK_TESTS_FAULTS_FAULTTEST_H
 
+#include <cstdlib>
 #include <string>
+#include <thread>
 
-#include "faults/processcounts.h"
-#include "flow/flowtest.h"
+#include "support/gametest.h"
+#include "support/system.h"
 
 namespace vesk::test {
 
 /// A table of faults in one process. What each row is held to: as many results as were promised,
 /// the process lives, the next login works, and descriptors and threads come back.
-class FaultTest : public FlowTest {
+class FaultTest : public GameTest {
 protected:
     /// A good login first, so that what is made once exists; then remembers what the process holds.
     void settle();
@@ -37,6 +39,21 @@ private:
     size_t mRows = 0;
     size_t mResults = 0; ///< of logins, until now
 };
+
+/// Plays in a process of its own, which has to leave as a game does, with @p result, and before
+/// ten seconds are over. This process must not have used the SDK yet.
+template <typename Play>
+void expectGame(int result, const Play& play) {
+    EXPECT_EXIT(
+        {
+            std::thread([] {
+                std::this_thread::sleep_for(std::chrono::seconds(10));
+                std::_Exit(99); // hung
+            }).detach();
+            std::exit(play());
+        },
+        ::testing::ExitedWithCode(result), "");
+}
 
 } // namespace vesk::test
 

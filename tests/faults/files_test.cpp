@@ -7,7 +7,6 @@
 
 #include "faults/faulttest.h"
 #include "faults/filestates.h"
-#include "faults/gameprocess.h"
 
 namespace fs = std::filesystem;
 

@@ -1,5 +1,5 @@
-#include "faults/gameprocess.h"
-#include "flow/unloadtest.h"
+#include "faults/faulttest.h"
+#include "support/unloadtest.h"
 
 namespace fs = std::filesystem;
 

@@ -10,7 +10,6 @@
 #include "faults/faulttest.h"
 #include "foundation/http/veskhttpmanager.h"
 #include "module/veskmodule.h"
-#include "support/waituntil.h"
 
 namespace vesk::test {
 namespace {

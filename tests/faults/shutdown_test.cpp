@@ -1,7 +1,4 @@
 #include "faults/faulttest.h"
-#include "faults/gameprocess.h"
-#include "support/gamefolder.h"
-#include "support/waituntil.h"
 
 namespace vesk::test {
 namespace {

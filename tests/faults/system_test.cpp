@@ -3,10 +3,7 @@
 #include <sys/resource.h>
 
 #include "faults/faulttest.h"
-#include "faults/gameprocess.h"
 #include "faults/systemfaults.h"
-#include "support/gamefolder.h"
-#include "support/waituntil.h"
 
 namespace vesk::test {
 

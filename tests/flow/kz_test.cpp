@@ -1,5 +1,4 @@
-#include "flow/messengertest.h"
-#include "support/waituntil.h"
+#include "support/gametest.h"
 
 namespace vesk::test {
 namespace {
@@ -8,7 +7,7 @@ struct KZ : MessengerTest {
     KZ() : MessengerTest("KZ", "kz", "KZOpenSDK.dll") {}
 };
 
-TEST_F(KZ, ScannedAndConfirmedCodeLogsIn) {
+TEST_F(KZ, VisitByAScannedCodeGivesEveryReferenceBack) {
     startLogin();
     const VESKQrCodeRet code = observer.nextQrCode().ret;
     EXPECT_EQ(code.methodNameID, kMethodNameQrCode);
@@ -28,6 +27,13 @@ TEST_F(KZ, ScannedAndConfirmedCodeLogsIn) {
     const auto requests = componentLines("LoginByQRCode");
     ASSERT_EQ(requests.size(), 1u);
     EXPECT_NE(requests[0].find(R"("Size":200,"bSaved":true)"), std::string::npos) << requests[0];
+
+    EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(componentLines("\"Logout\"").size(), 1u);
+    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
+    VESKLogin::UnInstall();
+    waitUntil("the component to go", [this] { return !componentLines("\"objects\":0").empty(); });
+    EXPECT_EQ(game.logLines("Uninit OpenSDK succeed"), 1u);
 }
 
 TEST_F(KZ, EveryFailureOfTheComponentEndsTheLogin) {
@@ -42,16 +48,9 @@ TEST_F(KZ, EveryFailureOfTheComponentEndsTheLogin) {
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
-TEST_F(KZ, CrossingPreCodesLeaveTheNewerLoginAnswered) {
-    script("on_qrcode=1:info:1:u,60:result:0:3");
-    expectNewerOfCrossingPreCodes("LoginByQRCode");
-}
-
 TEST_F(KZ, RememberedPlayerIsLoggedInWithoutACode) {
     writeFile(game.loginCache(), "KZuid-of-earlier");
-    start();
-    VESKLogin::AutoLogin();
-    EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
+    EXPECT_EQ(autoLogin().retCode, VESKError::SUCCESS);
     EXPECT_TRUE(backend.requests("auth/pcprecode").empty());
     EXPECT_EQ(componentLines("LoginByLocalLoginUser").size(), 1u);
 }
@@ -69,20 +68,6 @@ TEST_F(KZ, ComponentThatCannotBeHeardIsAskedForNothing) {
     }
     EXPECT_TRUE(componentLines("GetLocalLoginList").empty());
     EXPECT_TRUE(componentLines("LoginByQRCode").empty());
-}
-
-TEST_F(KZ, LogoutReachesTheComponentAndTheBackend) {
-    EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(componentLines("\"Logout\"").size(), 1u);
-    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
-}
-
-TEST_F(KZ, UnInstallGivesEveryReferenceBack) {
-    EXPECT_EQ(scanAndLogin().retCode, VESKError::SUCCESS);
-    VESKLogin::UnInstall();
-    waitUntil("the component to go", [this] { return !componentLines("\"objects\":0").empty(); });
-    EXPECT_EQ(game.logLines("Uninit OpenSDK succeed"), 1u);
 }
 
 } // namespace

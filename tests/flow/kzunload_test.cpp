@@ -1,6 +1,4 @@
-#include "flow/unloadtest.h"
-#include "support/gamefolder.h"
-#include "support/waituntil.h"
+#include "support/unloadtest.h"
 
 namespace vesk::test {
 namespace {
@@ -14,7 +12,13 @@ struct KZUnload : Unload {
         observer.nextQrCode();
     }
 
-    void expectComponentGone() {
+    void leave() {
+        unInstall();
+        expectEnd();
+    }
+
+    void expectEnd() {
+        expectGone(seconds(15));
         waitUntil("the component to go",
                   [this] { return !kz.componentLines("\"unloaded\":true").empty(); });
     }
@@ -22,18 +26,14 @@ struct KZUnload : Unload {
 
 TEST_F(KZUnload, EventsThatComeLaterFindNobody) {
     showCode("late_event=1\nkeep_sink=1\n");
-    unInstall();
-    expectGone(seconds(15));
-    expectComponentGone();
+    leave();
     EXPECT_EQ(kz.componentLines("\"event\":3").size(), 2u);
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
 TEST_F(KZUnload, EventsOnTheirWayFindTheirListener) {
     showCode("late_event=2\n");
-    unInstall();
-    expectGone(seconds(15));
-    expectComponentGone();
+    leave();
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
@@ -44,8 +44,7 @@ TEST_F(KZUnload, WhileTheComponentStarts) {
     unInstall();
     EXPECT_TRUE(sdk.isLoaded()) << "the game's other thread is still in it";
     login.join();
-    expectGone(seconds(15));
-    expectComponentGone();
+    expectEnd();
 }
 
 TEST_F(KZUnload, WhileARequestIsInsideStopsTheComponentAfterIt) {
@@ -55,8 +54,7 @@ TEST_F(KZUnload, WhileARequestIsInsideStopsTheComponentAfterIt) {
     unInstall();
     EXPECT_TRUE(kz.componentLines("UnInitialize").empty());
     login.join();
-    expectGone(seconds(15));
-    expectComponentGone();
+    expectEnd();
     EXPECT_EQ(kz.componentLines("UnInitialize").size(), 1u);
     EXPECT_TRUE(kz.componentLines("inside").empty());
 }
@@ -64,7 +62,7 @@ TEST_F(KZUnload, WhileARequestIsInsideStopsTheComponentAfterIt) {
 TEST_F(KZUnload, WithAListenerThatTheComponentNeverGivesBack) {
     showCode("keep_sink=2\nlate_event=2\nlate_ms=300\n");
     unInstall();
-    waitUntil("the events", [this] { return game.logLines("a callback after the end") == 2; });
+    waitForLogLine("a callback after the end", 2);
     EXPECT_TRUE(sdk.isLoaded());
     EXPECT_TRUE(backend.requests("auth/login").empty());
 }
@@ -85,9 +83,7 @@ TEST_F(KZUnload, AfterAStartThatFailedAndAnotherThatDidNot) {
     kz.script("initialize=0x80004005\n");
     sdk.login("KZ");
     showCode("");
-    unInstall();
-    expectGone(seconds(15));
-    expectComponentGone();
+    leave();
     EXPECT_EQ(kz.componentLines("UnInitialize").size(), 1u);
 }
 

@@ -1,13 +1,13 @@
 #include <ctime>
 #include <regex>
 
-#include "flow/flowtest.h"
+#include "support/gametest.h"
 
 namespace vesk::test {
 
 namespace {
 
-using SteamLogin = FlowTest;
+using SteamLogin = GameTest;
 
 const std::string kDeviceAndChannel =
     R"("device_info":{"uuid":"","device_language":"","app_version":"","screen_dpi":0.0,)"
@@ -22,8 +22,7 @@ std::string bodyWith(const std::string& steamId, const std::string& ticket) {
 TEST_F(SteamLogin, DeliversWhatTheBackendAnsweredAndHoldsIt) {
     backend.next(
         loginAnswer("A", R"(,"token_expire_time":4102444800,"channel_info":{"level": 7})"));
-    start();
-    VESKLogin::Login("Steam", "", "", "");
+    startLogin();
     const auto [ret, thread] = observer.nextLogin();
 
     EXPECT_NE(thread, std::this_thread::get_id());
@@ -37,12 +36,10 @@ TEST_F(SteamLogin, DeliversWhatTheBackendAnsweredAndHoldsIt) {
     EXPECT_EQ(ret.channelInfo, R"({"level":7})");
     EXPECT_EQ(readFile(game.loginCache()), "Steamuid-A");
 
-    VESKLoginRet held;
-    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
-    EXPECT_EQ(held.methodNameID, kMethodNameGetLoginRet);
-    EXPECT_EQ(held.retCode, VESKError::SUCCESS);
-    EXPECT_EQ(held.openid, "openid-A");
-    EXPECT_EQ(held.token, "token-A");
+    EXPECT_EQ(held().methodNameID, kMethodNameGetLoginRet);
+    EXPECT_EQ(held().retCode, VESKError::SUCCESS);
+    EXPECT_EQ(held().openid, "openid-A");
+    EXPECT_EQ(held().token, "token-A");
 }
 
 TEST_F(SteamLogin, SendsOneSignedRequestAndNoPreCode) {
@@ -85,13 +82,6 @@ TEST_F(SteamLogin, FailedStartIsAnsweredInsideLoginWithoutARequest) {
     EXPECT_EQ(game.logLines("Steam Client is running:0"), 1u);
 }
 
-TEST_F(SteamLogin, ClientWithoutInitEntryFailsToStart) {
-    game.installSteam("steam_noinit");
-    EXPECT_EQ(login().retCode, VESKError::CHANNEL_INIT_FAILED);
-    EXPECT_TRUE(backend.requests("/").empty());
-    EXPECT_EQ(game.logLines("Get SteamAPI_Init func failed"), 1u);
-}
-
 TEST_F(SteamLogin, ClientWithoutUserEntryStillSendsAnEmptyCredential) {
     game.installSteam("steam_partial");
     backend.next(loginAnswer("A"));
@@ -118,14 +108,7 @@ TEST_F(SteamLogin, SteamIdGoesOutAsASignedNumberAndTheTicketInUpperCase) {
     }
 }
 
-TEST_F(SteamLogin, WithoutAnAppIdSteamIsNotAskedForARestart) {
-    game.configure("STEAM_APP_ID=");
-    game.simulate("restart=1");
-    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(game.steamCalls("RestartAppIfNecessary"), 0u);
-}
-
-TEST_F(SteamLogin, LoginAfterARefusedOneReusesTheTicket) {
+TEST_F(SteamLogin, TicketIsReusedAfterARefusalAndEndsWithTheLoginWithoutAWord) {
     backend.next({"auth/login", R"({"ret":3})"});
     EXPECT_EQ(login().retCode, VESKError::SERVER_ERROR);
     EXPECT_EQ(login().retCode, VESKError::SUCCESS);
@@ -133,10 +116,6 @@ TEST_F(SteamLogin, LoginAfterARefusedOneReusesTheTicket) {
          {"Init", "SteamUser_v020", "ISteamUser_GetSteamID", "ISteamUser_GetAuthSessionTicket"}) {
         EXPECT_EQ(game.steamCalls(call), 1u) << call;
     }
-}
-
-TEST_F(SteamLogin, LoginAfterALoginEndsTheOldOneWithoutAWord) {
-    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
     EXPECT_EQ(login().retCode, VESKError::SUCCESS);
     EXPECT_EQ(observer.baseCount(), 0u);
     EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
@@ -144,45 +123,75 @@ TEST_F(SteamLogin, LoginAfterALoginEndsTheOldOneWithoutAWord) {
     EXPECT_TRUE(backend.requests("auth/logout").empty());
 }
 
-using LoginFlow = FlowTest;
+using LoginFlow = GameTest;
 
+const char* const kNotCurrent = "mCurrentLoginSeqID is not equal";
 const char* const kDropped = " login observer is null or this seqID in cache";
 
 TEST_F(LoginFlow, OnlyTheNewerOfTwoLoginsIsAnswered) {
-    Answer slow = loginAnswer("old");
-    slow.delayMs = 1000;
-    backend.next(slow);
+    backend.next(loginAnswer("old", "", 1000));
     backend.next(loginAnswer("new"));
-    start();
-    VESKLogin::Login("Steam", "", "", "");
+    startLogin();
     backend.waitForRequest("auth/login");
     EXPECT_EQ(login().openid, "openid-new");
 
     waitForLogLine(kDropped);
     EXPECT_EQ(observer.loginCount(), 1u);
-    VESKLoginRet held;
-    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
-    EXPECT_EQ(held.openid, "openid-new");
+    EXPECT_EQ(held().openid, "openid-new");
     EXPECT_EQ(readFile(game.loginCache()), "Steamuid-new");
+}
+
+TEST_F(LoginFlow, CrossingPreCodesLeaveTheNewerLoginAnswered) {
+    // The player does not confirm before both pre-codes are there.
+    struct Kind {
+        const char *channel, *simulator, *file, *script, *codeRequest;
+    };
+    std::vector<Kind> kinds = {
+        {"Ferno", "ferno", "frlogin.dll", "on_qrcode=1:qr:u,60:success", "frlogin_req_qrcode"}};
+    if (std::filesystem::exists(game.path() / "kz_full")) {
+        kinds.push_back(
+            {"KZ", "kz", "KZOpenSDK.dll", "on_qrcode=1:info:1:u,60:result:0:3", "LoginByQRCode"});
+    }
+    for (const Kind& kind : kinds) {
+        const Messenger messenger(game, kind.simulator, kind.file);
+        messenger.script(kind.script);
+        const size_t dropped = game.logLines(kNotCurrent);
+        for (const auto& [older, newer] :
+             {std::pair{1500, 5}, std::pair{5, 40}, std::pair{5, 5}, std::pair{5, 5}}) {
+            const size_t heard = observer.loginCount();
+            for (const int delay : {older, newer}) {
+                backend.next({"auth/pcprecode", R"({"ret":0,"precode":"p"})", 200, delay});
+            }
+            startLogin(kind.channel);
+            backend.waitForRequest("auth/pcprecode");
+            EXPECT_EQ(login(kind.channel).retCode, VESKError::SUCCESS) << older << " " << newer;
+            if (older > newer) {
+                waitForLogLine(kNotCurrent, dropped + 1);
+                EXPECT_EQ(messenger.componentLines(kind.codeRequest).size(), 1u);
+            }
+            EXPECT_EQ(observer.loginCount(), heard + 1);
+            backend.clear();
+        }
+    }
+    EXPECT_EQ(observer.baseCount(), 0u);
 }
 
 TEST_F(LoginFlow, ExtraJsonIsCheckedButNeitherStopsALoginNorLeavesTheGame) {
     const char* const wrongType = "unknown error , it should be String type";
     const char* const notAnObject = "unknown error occur while parser json or val is NULL";
-    const std::string deep(100000, '[');
     const struct {
-        const char* extraJson;
+        std::string extraJson;
         size_t wrongTypes, notObjects; ///< log lines until now
     } rows[] = {{"", 0, 0},
                 {R"({"password":"abc"})", 0, 0},
                 {R"({"other":1})", 0, 0},
                 {R"({"password":1})", 1, 0},
                 {"no JSON", 1, 1},
-                {deep.c_str(), 1, 2}};
+                {std::string(100000, '['), 1, 2}};
     for (const auto& row : rows) {
-        EXPECT_EQ(login(row.extraJson).retCode, VESKError::SUCCESS);
-        EXPECT_EQ(game.logLines(wrongType), row.wrongTypes) << std::string(row.extraJson, 0, 20);
-        EXPECT_EQ(game.logLines(notAnObject), row.notObjects) << std::string(row.extraJson, 0, 20);
+        EXPECT_EQ(login("Steam", row.extraJson).retCode, VESKError::SUCCESS);
+        EXPECT_EQ(game.logLines(wrongType), row.wrongTypes) << row.extraJson.substr(0, 20);
+        EXPECT_EQ(game.logLines(notAnObject), row.notObjects) << row.extraJson.substr(0, 20);
     }
     for (const Request& request : backend.requests("auth/login")) {
         EXPECT_EQ(request.verdict, "ok");
@@ -191,9 +200,8 @@ TEST_F(LoginFlow, ExtraJsonIsCheckedButNeitherStopsALoginNorLeavesTheGame) {
 }
 
 TEST_F(LoginFlow, UnknownChannelIsNeverAnswered) {
-    start();
     for (const char* channel : {"steam", "Steamy", "", "Guest"}) {
-        VESKLogin::Login(channel, "", "", "");
+        startLogin(channel);
     }
     EXPECT_EQ(login().retCode, VESKError::SUCCESS);
     EXPECT_EQ(observer.loginCount(), 1u);
@@ -202,18 +210,13 @@ TEST_F(LoginFlow, UnknownChannelIsNeverAnswered) {
 }
 
 TEST_F(LoginFlow, NullObserverSilencesARunningLogin) {
-    Answer slow = loginAnswer("A");
-    slow.delayMs = 300;
-    backend.next(slow);
-    start();
-    VESKLogin::Login("Steam", "", "", "");
+    backend.next(loginAnswer("A", "", 300));
+    startLogin();
     VESKLogin::SetLoginObserver(nullptr);
 
     waitForLogLine(kDropped);
     EXPECT_EQ(observer.loginCount(), 0u);
-    VESKLoginRet held;
-    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
-    EXPECT_EQ(held.openid, "openid-A");
+    EXPECT_EQ(held().openid, "openid-A");
 }
 
 TEST_F(LoginFlow, FirstLoginAfterARestartTellsThatTheRememberedPlayerWasNotLoggedOut) {
@@ -225,7 +228,7 @@ TEST_F(LoginFlow, FirstLoginAfterARestartTellsThatTheRememberedPlayerWasNotLogge
     EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 0u);
 }
 
-using Logout = FlowTest;
+using Logout = GameTest;
 
 TEST_F(Logout, TellsTheBackendAndForgetsTheLogin) {
     backend.next(loginAnswer("A"));
@@ -244,29 +247,32 @@ TEST_F(Logout, TellsTheBackendAndForgetsTheLogin) {
 
     EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
     EXPECT_FALSE(std::filesystem::exists(game.loginCache()));
-    VESKLoginRet held;
-    EXPECT_FALSE(VESKLogin::GetLoginRet(held));
-    EXPECT_EQ(held.retCode, VESKError::NO_STORED_LOGIN);
+    VESKLoginRet none;
+    EXPECT_FALSE(VESKLogin::GetLoginRet(none));
+    EXPECT_EQ(none.retCode, VESKError::NO_STORED_LOGIN);
     EXPECT_EQ(game.logLines("remove task success :refreshTokenTask"), 1u);
 }
 
-TEST_F(Logout, OfTheChannelOnlyKeepsTheLoginAndTheBackendUntold) {
-    login();
-    EXPECT_EQ(logout("", true).retCode, VESKError::SUCCESS);
-    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
-    EXPECT_EQ(game.logLines("sendLogoutRequest"), 0u);
-    VESKLoginRet held;
-    EXPECT_TRUE(VESKLogin::GetLoginRet(held));
-    EXPECT_EQ(held.retCode, VESKError::SUCCESS);
-}
-
-TEST_F(Logout, WithAnExpiredTokenStillReachesTheChannelAndTheBackend) {
-    const std::time_t past = std::time(nullptr) - 10;
-    backend.next(loginAnswer("A", ",\"token_expire_time\":" + std::to_string(past)));
-    login();
-    EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 1u);
-    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
+TEST_F(Logout, ReachesTheChannelThatIsAskedAndTheBackendUnlessItIsOfTheChannelOnly) {
+    const struct {
+        const char* channel;
+        bool channelOnly;
+        int64_t expiresIn;
+        size_t cancelled, told; ///< until now
+    } rows[] = {{"", false, -10, 1, 1}, {"Guest", false, 60, 1, 2}, {"", true, 60, 2, 2}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.channel);
+        const std::time_t expiry = std::time(nullptr) + row.expiresIn;
+        backend.next(loginAnswer("A", ",\"token_expire_time\":" + std::to_string(expiry)));
+        EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+        const VESKBaseRet ret = logout(row.channel, row.channelOnly);
+        EXPECT_EQ(ret.methodNameID, kMethodNameLogout);
+        EXPECT_EQ(ret.retCode, VESKError::SUCCESS);
+        EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), row.cancelled);
+        EXPECT_EQ(game.logLines("sendLogoutRequest"), row.told);
+        EXPECT_EQ(isHeld(), row.channelOnly);
+        EXPECT_EQ(backend.waitForRequest("auth/logout", row.told).verdict, "ok");
+    }
 }
 
 TEST_F(Logout, WithoutALoginReportsWhatIsKnown) {
@@ -285,15 +291,6 @@ TEST_F(Logout, WithoutALoginReportsWhatIsKnown) {
     EXPECT_TRUE(backend.requests("/").empty());
 }
 
-TEST_F(Logout, OfAGuestAsksNoChannel) {
-    login();
-    const VESKBaseRet ret = logout("Guest");
-    EXPECT_EQ(ret.methodNameID, kMethodNameLogout);
-    EXPECT_EQ(ret.retCode, VESKError::SUCCESS);
-    EXPECT_EQ(game.steamCalls("ISteamUser_CancelAuthTicket"), 0u);
-    EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
-}
-
 TEST_F(Logout, IsHeardBeforeTheBackendAnswers) {
     login();
     Answer never{"auth/logout", ""};
@@ -305,39 +302,23 @@ TEST_F(Logout, IsHeardBeforeTheBackendAnswers) {
     EXPECT_EQ(game.logLines("logout request success"), 0u);
 }
 
-using AutoLogin = FlowTest;
-
-TEST_F(AutoLogin, IsRefusedWithoutABackendOfOnesOwn) {
-    writeFile(game.path() / "VESKConfig.ini", "VESK_GAME_ID=1106\n");
-    start();
-    VESKLogin::AutoLogin();
-    const VESKLoginRet ret = observer.nextLogin().ret;
-    EXPECT_EQ(ret.retCode, VESKError::AUTOLOGIN_NOT_ALLOWED);
-    EXPECT_EQ(ret.retMsg, "Auto login only support on VESK test environment");
-    EXPECT_EQ(ret.methodNameID, kMethodNameAutoLogin);
-}
+using AutoLogin = GameTest;
 
 TEST_F(AutoLogin, IsRefusedWithoutAStoredLoginOfTheMessenger) {
-    const auto autoLogin = [] {
-        VESKLogin::AutoLogin();
-        const VESKLoginRet ret = observer.nextLogin().ret;
-        EXPECT_EQ(ret.methodNameID, kMethodNameAutoLogin);
-        return ret;
-    };
-    start();
+    const char* const onlyKz = "Auto login only support on KZ channel";
     const VESKLoginRet nothingStored = autoLogin();
     EXPECT_EQ(nothingStored.retCode, VESKError::NO_STORED_LOGIN);
     EXPECT_NE(nothingStored.retMsg, "");
+    EXPECT_EQ(nothingStored.methodNameID, kMethodNameAutoLogin);
 
-    const char* const onlyKz = "Auto login only support on KZ channel";
     writeFile(game.loginCache(), "Steamuid-old");
-    const VESKLoginRet fromFile = autoLogin();
-    EXPECT_EQ(fromFile.retCode, VESKError::AUTOLOGIN_NOT_ALLOWED);
-    EXPECT_EQ(fromFile.retMsg, onlyKz);
-
-    EXPECT_EQ(login().retCode, VESKError::SUCCESS);
-    EXPECT_EQ(autoLogin().retMsg, onlyKz);
-    EXPECT_EQ(backend.requests("/").size(), 1u);
+    for (int i = 0; i < 2; ++i) { // of the file, and of a login that is held
+        const VESKLoginRet ret = autoLogin();
+        EXPECT_EQ(ret.retCode, VESKError::AUTOLOGIN_NOT_ALLOWED);
+        EXPECT_EQ(ret.retMsg, onlyKz);
+        EXPECT_EQ(ret.methodNameID, kMethodNameAutoLogin);
+        EXPECT_EQ(login().retCode, VESKError::SUCCESS);
+    }
 }
 
 } // namespace

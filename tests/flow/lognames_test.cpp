@@ -5,9 +5,7 @@
 #include <set>
 #include <sstream>
 
-#include "flow/messengertest.h"
-#include "support/files.h"
-#include "support/waituntil.h"
+#include "support/gametest.h"
 
 namespace vesk::test {
 namespace {
@@ -81,16 +79,12 @@ TEST_F(LogNames, OfALoginAndLogoutOfEachChannelAreTheWantedOnes) {
         channels.emplace_back("KZ");
         add(kKZOnly, wanted);
     }
-    start();
     for (const std::string& name : channels) {
-        VESKLogin::Login(name.c_str(), "", "", "");
-        EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS) << name;
+        EXPECT_EQ(login(name).retCode, VESKError::SUCCESS) << name;
         EXPECT_EQ(logout().retCode, VESKError::SUCCESS) << name;
     }
-    waitUntil("the backend to answer", [&] {
-        return game.logLines("logout request success") == channels.size() &&
-               game.logLines("timer runloop end") == channels.size();
-    });
+    waitForLogLine("logout request success", channels.size());
+    waitForLogLine("timer runloop end", channels.size());
     std::set<std::string> named;
     const std::regex place(R"(\[([a-z_]+\.(?:cpp|h)),Braxel::VESK::([A-Za-z_:~]+))");
     for (const std::string& line : readSdkLog(game.path() / "veskrecord.log")) {

@@ -5,12 +5,10 @@
 #include <ctime>
 
 #include "common/veskdefine.h"
-#include "flow/flowtest.h"
 #include "foundation/task/vesktask.h"
 #include "login/veskloginmanager.h"
 #include "module/veskmodule.h"
-#include "support/gamefolder.h"
-#include "support/waituntil.h"
+#include "support/gametest.h"
 
 namespace Braxel::VESK {
 
@@ -50,11 +48,10 @@ const Kind kKZ = {"KZ",
                   R"("ctk":"fresh","expired":3600,"pay_token":"")",
                   3600};
 
-class Refresh : public FlowTest {
+class Refresh : public GameTest {
 protected:
     Refresh() {
         VESKModule::UsePath((game.path() / "VESKCore.dll").make_preferred().string());
-        game.configure("FERNO_APP_ID=f-7\nKZ_APP_ID=k-7\nKZ_APP_KEY=k-key");
         if (std::filesystem::exists(game.path() / "kz_full")) {
             kinds.push_back(kKZ);
         }
@@ -67,9 +64,7 @@ protected:
         backend.next(
             loginAnswer("1", R"(,"channel_info":{"access_token":"old"},"token_expire_time":)" +
                                  std::to_string(std::time(nullptr) + 30)));
-        start();
-        VESKLogin::Login(kind.channel, "", "", "");
-        EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS) << kind.channel;
+        EXPECT_EQ(login(kind.channel).retCode, VESKError::SUCCESS) << kind.channel;
         VESKLoginManager::MakeRefreshTask()->DoTask();
         return messenger;
     }
@@ -82,17 +77,14 @@ TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
         const size_t before = game.logLines("No need to refresh");
         const Messenger messenger = logInAndRun(kind, kind.fresh);
         const size_t logins = observer.loginCount();
-        VESKLoginRet held;
-        waitUntil("the fresh token", [&] {
-            VESKLogin::GetLoginRet(held);
-            return held.token == "fresh";
-        });
-        EXPECT_EQ(held.retCode, VESKError::SUCCESS);
-        EXPECT_LE(std::abs(held.tokenExpire - std::time(nullptr) - kind.lifetime), 5);
-        EXPECT_EQ(held.openid, "openid-1");
-        EXPECT_EQ(held.channelInfo, std::string(R"({"openid":"openid-1",)") + kind.members +
-                                        R"(,"access_token":"fresh","refresh_token":"","scope":"",)"
-                                        R"("funcs":"","other_funcs":"","extend":""})");
+        waitUntil("the fresh token", [] { return held().token == "fresh"; });
+        EXPECT_EQ(held().retCode, VESKError::SUCCESS);
+        EXPECT_LE(std::abs(held().tokenExpire - std::time(nullptr) - kind.lifetime), 5);
+        EXPECT_EQ(held().openid, "openid-1");
+        EXPECT_EQ(held().channelInfo,
+                  std::string(R"({"openid":"openid-1",)") + kind.members +
+                      R"(,"access_token":"fresh","refresh_token":"","scope":"",)"
+                      R"("funcs":"","other_funcs":"","extend":""})");
         EXPECT_EQ(observer.loginCount(), logins) << "nobody is told";
         VESKLoginManager::MakeRefreshTask()->DoTask();
         EXPECT_EQ(game.logLines("No need to refresh"), before + 1);
@@ -104,10 +96,7 @@ TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
 TEST_F(Refresh, FailureLeavesNoToken) {
     for (const Kind& kind : kinds) {
         logInAndRun(kind, kind.failing);
-        waitUntil("the login to be dropped", [] {
-            VESKLoginRet held;
-            return !VESKLogin::GetLoginRet(held);
-        });
+        waitUntil("the login to be dropped", [] { return !isHeld(); });
         EXPECT_EQ(readFile(game.loginCache()), std::string(kind.channel) + "uid-1")
             << "the device still knows who";
     }
@@ -118,8 +107,7 @@ TEST_F(Refresh, AnswerAfterALogoutBringsNoLoginBack) {
     logInAndRun(kFerno, "on_token=300:token\n");
     EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
     waitForLogLine("Get Ferno login record succeed");
-    VESKLoginRet held;
-    EXPECT_FALSE(VESKLogin::GetLoginRet(held));
+    EXPECT_FALSE(isHeld());
     EXPECT_EQ(logout().retCode, VESKError::NO_STORED_LOGIN);
 }
 
@@ -138,7 +126,7 @@ TEST_F(Refresh, OfTwoGoodAnswersToALoginTheFirstIsStoredAndHeard) {
                                                          ++heard;
                                                      });
     VESKLogin::Login("Ferno", "", "", "");
-    waitUntil("both answers", [this] { return game.logLines("convertLoginRet loginRet") == 2; });
+    waitForLogLine("convertLoginRet loginRet", 2);
     waitUntil("one result", [] { return heard > 0; });
     EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
     EXPECT_EQ(backend.waitForRequest("auth/logout").verdict, "ok");
@@ -150,11 +138,8 @@ TEST_F(Refresh, OfTwoGoodAnswersToALoginTheFirstIsStoredAndHeard) {
 }
 
 TEST_F(Refresh, LoginThatNeedsARealNameWaitsForIt) {
-    Answer late = loginAnswer("old", R"(,"need_name_auth":true)");
-    late.delayMs = 300;
-    backend.next(late);
-    start();
-    VESKLogin::Login("Steam", "", "", "");
+    backend.next(loginAnswer("old", R"(,"need_name_auth":true)", 300));
+    startLogin();
     backend.waitForRequest("auth/login");
     EXPECT_EQ(login().retCode, VESKError::SUCCESS);
     waitForLogLine("login observer is null or this seqID in cache");

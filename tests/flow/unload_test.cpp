@@ -1,9 +1,6 @@
 #include <atomic>
 
-#include "flow/unloadtest.h"
-#include "support/gamefolder.h"
-#include "support/recordingobserver.h"
-#include "support/waituntil.h"
+#include "support/unloadtest.h"
 
 namespace vesk::test {
 namespace {
@@ -32,7 +29,7 @@ TEST_F(Unload, TwiceWithoutAnyLogin) {
 TEST_F(Unload, WhileTheTimerSleeps) {
     sdk.login("Steam");
     EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
-    waitUntil("the timer", [this] { return game.logLines("timer is waiting") == 1; });
+    waitForLogLine("timer is waiting");
     unInstall();
     expectGone(seconds(2));
 }
@@ -81,7 +78,7 @@ TEST_F(Unload, WhileAnObserverMethodRunsOnAnotherThread) {
     sdk.login("Steam");
     waitUntil("the observer method", [] { return stage == 1; });
     std::thread first([this] { sdk.unInstall(); });
-    waitUntil("the first call", [this] { return game.logLines("UnInstall platform sdk") == 1; });
+    waitForLogLine("UnInstall platform sdk");
     unInstall();
     EXPECT_EQ(stage, 2) << "nothing of the observer may run any more";
     first.join();
@@ -138,17 +135,6 @@ TEST_F(Unload, WhileTheGameFreesItAsWell) {
         }).join();
         another.leave(seconds(5));
     }
-}
-
-TEST_F(Unload, WhileFernoShowsACode) {
-    const Messenger ferno(game, "ferno", "frlogin.dll");
-    ferno.script("on_qrcode=10:qr:u,300:success,10:success");
-    sdk.login("Ferno");
-    observer.nextQrCode();
-    unInstall();
-    expectGone(seconds(15));
-    EXPECT_EQ(ferno.componentLines("frlogin_uninit").size(), 1u);
-    EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <regex>
 
-#include "flow/messengertest.h"
 #include "logread/logbytes.h"
+#include "support/gametest.h"
 
 namespace vesk::test {
 namespace {
@@ -32,7 +32,7 @@ struct ProductLog : MessengerTest {
 TEST_F(ProductLog, RedactedHoldsNoSecret) {
     backend.next({"auth/login", R"({"ret":0,"openid":"o-A","uid":"u-A","token":"t\"-A",)"
                                 R"("user_name":"Ann Other","pf_key":"pfk-A"})"});
-    login(R"({"password":"swordfish","other":"mackerel"})");
+    login("Steam", R"({"password":"swordfish","other":"mackerel"})");
     logout();
     backend.next({"auth/login", R"({"ret":0,"token":"broken-token)"});
     startLogin();

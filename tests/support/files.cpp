@@ -71,4 +71,19 @@ int triesOr(int usual) {
     return value == nullptr ? usual : std::atoi(value);
 }
 
+ProgramRun runProgram(const std::filesystem::path& folder, const std::string& name,
+                      const std::string& arguments, const std::string& before) {
+    std::filesystem::path program = folder / name;
+    if (!std::filesystem::exists(program)) {
+        program += ".exe";
+    }
+    const std::filesystem::path out = (folder.parent_path() / "out.txt").make_preferred();
+    const std::filesystem::path err = (folder.parent_path() / "err.txt").make_preferred();
+    const std::string command = before + program.make_preferred().string() + " " + arguments +
+                                " >" + out.string() + " 2>" + err.string();
+    const int status = std::system(command.c_str());
+    // One system gives the exit status as it is, the other one eight bits further up.
+    return {status > 0xFF ? status >> 8 : status, readFile(out), readFile(err)};
+}
+
 } // namespace vesk::test

@@ -22,6 +22,17 @@ std::string environment(const char* name);
 /// How often a case tries what depends on chance: @p usual, or what VESK_TRIES says.
 int triesOr(int usual);
 
+/// A program that has run to its end.
+struct ProgramRun {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+/// Runs a program that lies in the folder. @p before stands before it in the command line.
+ProgramRun runProgram(const std::filesystem::path& folder, const std::string& name,
+                      const std::string& arguments, const std::string& before = "");
+
 } // namespace vesk::test
 
 #endif

@@ -12,7 +12,8 @@ namespace vesk::test {
 
 GameFolder::GameFolder() : mPath(environment("VESK_TEST_FOLDER")) {
     configure("VESK_URL=" + environment("VESK_TEST_BACKEND_URL") +
-              "\nVESK_GAME_ID=1106\nVESK_SDK_KEY=dev-key\nSTEAM_APP_ID=480");
+              "\nVESK_GAME_ID=1106\nVESK_SDK_KEY=dev-key\nSTEAM_APP_ID=480\n"
+              "FERNO_APP_ID=f-7\nKZ_APP_ID=k-7\nKZ_APP_KEY=k-key");
     installSteam("steam_full");
 }
 

@@ -1,13 +1,19 @@
-#include "faults/processcounts.h"
+#include "support/system.h"
 
 #include <windows.h>
 #include <psapi.h>
+#include <stdexcept>
+#include <string>
 #include <tlhelp32.h>
+
+namespace fs = std::filesystem;
 
 namespace vesk::test {
 
 // Sockets and TLS use the system's thread pool.
 const size_t kSystemThreads = 2;
+const char* const kSdkLibrary = "VESKCore.dll";
+const bool kSdkUnloadsItself = true;
 
 ProcessCounts countProcess() {
     ProcessCounts counts;
@@ -32,6 +38,30 @@ ProcessCounts countProcess() {
     counts.residentBytes = memory.WorkingSetSize;
     counts.peakResidentBytes = memory.PeakWorkingSetSize;
     return counts;
+}
+
+void* openLibrary(const fs::path& file) {
+    HMODULE const library = LoadLibraryW(fs::path(file).make_preferred().c_str());
+    if (library == nullptr) {
+        throw std::runtime_error("cannot load " + file.string());
+    }
+    return library;
+}
+
+void closeLibrary(void* library) {
+    FreeLibrary(static_cast<HMODULE>(library));
+}
+
+bool isLibraryLoaded(const fs::path& file) {
+    return GetModuleHandleW(file.filename().c_str()) != nullptr;
+}
+
+void (*findInLibrary(void* library, const char* name))() {
+    const auto found = GetProcAddress(static_cast<HMODULE>(library), name);
+    if (found == nullptr) {
+        throw std::runtime_error(std::string("not exported: ") + name);
+    }
+    return reinterpret_cast<void (*)()>(found);
 }
 
 } // namespace vesk::test
