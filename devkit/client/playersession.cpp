@@ -37,16 +37,11 @@ size_t append(char* data, size_t size, size_t count, void* body) {
     return size * count;
 }
 
-std::string stepOf(const PlayerScript& script, const PlayerWord& word) {
-    const auto found = script.steps.find(word.button);
+std::string stepOf(const PlayerScript& script, const std::string& button, const std::string& code) {
+    const auto found = script.steps.find(button);
     std::string step = found == script.steps.end() ? std::string() : found->second;
     const size_t star = step.find('*');
-    return star == std::string::npos ? step : step.replace(star, 1, std::to_string(word.code));
-}
-
-/// The members of an answer; none when it is missing.
-devkit::JsonMembers membersOf(const std::optional<std::string>& answer) {
-    return devkit::readJsonObject(answer.value_or("")).value_or(devkit::JsonMembers());
+    return star == std::string::npos ? step : step.replace(star, 1, code);
 }
 
 } // namespace
@@ -64,30 +59,35 @@ PlayerSession::~PlayerSession() {
 
 void PlayerSession::serve(const PlayerScript& script, const std::string& preCode,
                           const Play& play) {
-    const auto qrCode = begin(script.channel, preCode);
-    if (!qrCode) {
+    const std::string registration =
+        devkit::JsonLine().add("channel", script.channel).add("precode", preCode).text();
+    Members session = ask("/sessions", registration.c_str(), kPatienceMs);
+    if (session["id"].empty()) {
         play(script.noBackend);
         return;
     }
-    play(script.showCode + *qrCode);
+    play(script.showCode + session["qrcode"]);
+    const std::string path = "/sessions/" + session["id"];
     // A confirmed player can still be kicked out, so only a failure counts before that.
     bool isDecided = false;
-    auto word = next();
-    while (word) {
-        const std::string step = stepOf(script, *word);
+    bool isOver = false;
+    unsigned words = 0;
+    while (!isOver) {
+        Members word = ask(path + "/word?wait_ms=" + kWaitMs + "&index=" + std::to_string(words),
+                           nullptr, kWaitPatienceMs);
+        const std::string button = word["button"];
+        const std::string step = stepOf(script, button, word["code"]);
         if (!step.empty()) {
-            isDecided = isDecided || word->button != "scanned";
+            isDecided = isDecided || button != "scanned";
             play(step);
         }
-        if (word->over) {
-            break;
-        }
-        word = next();
+        words += button.empty() ? 0U : 1U;
+        isOver = word["over"] != "false";
     }
     if (!isDecided && !mStopped) {
         play(script.backendGone);
     }
-    transfer("/sessions/" + mId + "/end", "{}", kEndPatienceMs, false);
+    transfer(path + "/end", "{}", kEndPatienceMs, false);
 }
 
 void PlayerSession::stop() {
@@ -95,12 +95,13 @@ void PlayerSession::stop() {
     curl_multi_wakeup(mTransfers);
 }
 
-PlayerSession::Body PlayerSession::ask(const std::string& path, const char* json, long patienceMs) {
-    return mStopped ? std::nullopt : transfer(path, json, patienceMs, true);
+PlayerSession::Members PlayerSession::ask(const std::string& path, const char* json,
+                                          long patienceMs) {
+    return mStopped ? Members() : transfer(path, json, patienceMs, true);
 }
 
-PlayerSession::Body PlayerSession::transfer(const std::string& path, const char* json,
-                                            long patienceMs, bool canBeStopped) {
+PlayerSession::Members PlayerSession::transfer(const std::string& path, const char* json,
+                                               long patienceMs, bool canBeStopped) {
     CURL* const request = curl_easy_init();
     curl_slist* const headers = curl_slist_append(nullptr, "Content-Type: application/json");
     std::string body;
@@ -129,36 +130,8 @@ PlayerSession::Body PlayerSession::transfer(const std::string& path, const char*
     curl_multi_remove_handle(mTransfers, request);
     curl_easy_cleanup(request);
     curl_slist_free_all(headers);
-    return status == 200 ? Body(body) : std::nullopt;
-}
-
-std::optional<std::string> PlayerSession::begin(const std::string& channel,
-                                                const std::string& preCode) {
-    const std::string registration =
-        devkit::JsonLine().add("channel", channel).add("precode", preCode).text();
-    const auto session = membersOf(ask("/sessions", registration.c_str(), kPatienceMs));
-    const auto id = session.find("id");
-    const auto qrCode = session.find("qrcode");
-    if (id == session.end() || qrCode == session.end()) {
-        return std::nullopt;
-    }
-    mId = id->second;
-    return qrCode->second;
-}
-
-std::optional<PlayerWord> PlayerSession::next() {
-    auto answer = membersOf(
-        ask("/sessions/" + mId + "/word?index=" + std::to_string(mWords) + "&wait_ms=" + kWaitMs,
-            nullptr, kWaitPatienceMs));
-    if (answer.count("button") == 0) {
-        return std::nullopt;
-    }
-    PlayerWord word;
-    word.button = answer["button"];
-    word.code = std::atoi(answer["code"].c_str());
-    word.over = answer["over"] == "true";
-    mWords += word.button.empty() ? 0U : 1U;
-    return word;
+    const auto members = devkit::readJsonObject(status == 200 ? body : "");
+    return members.value_or(Members());
 }
 
 } // namespace vesk::scanclient

@@ -4,20 +4,9 @@
 #include <atomic>
 #include <functional>
 #include <map>
-#include <optional>
 #include <string>
 
 namespace vesk::scanclient {
-
-/// What the player on the scan page has done.
-struct PlayerWord {
-    /// "scanned", "confirm", "deny", "expire", "kickout" or "fail"; empty: nothing yet.
-    std::string button;
-    /// For "fail".
-    int code = 0;
-    /// Nothing will come any more.
-    bool over = false;
-};
 
 /// What a messenger's component does at the player's words, in the step language of its settings
 /// file.
@@ -29,7 +18,8 @@ struct PlayerScript {
     std::string noBackend;
     /// Nobody can decide any more: the session has ended, or the backend.
     std::string backendGone;
-    /// The step that a button leads to, with a star in the place of a code.
+    /// The steps that the buttons "scanned", "confirm", "deny", "expire", "kickout" and "fail" lead
+    /// to, with a star in the place of a code.
     std::map<std::string, std::string> steps;
 };
 
@@ -53,24 +43,16 @@ public:
     void stop();
 
 private:
-    /// The body of a good answer. GET when there is no JSON to post.
-    using Body = std::optional<std::string>;
-    /// Nothing as soon as somebody has called stop().
-    Body ask(const std::string& path, const char* json, long patienceMs);
-    Body transfer(const std::string& path, const char* json, long patienceMs, bool canBeStopped);
-
-    /// @return the QR code's text; nothing when the backend does not answer.
-    std::optional<std::string> begin(const std::string& channel, const std::string& preCode);
-
-    /// Waits for the next word, two seconds.
-    /// @return nothing when the backend does not answer any more, or after stop().
-    std::optional<PlayerWord> next();
+    /// The members of a good answer; none without one.
+    using Members = std::map<std::string, std::string>;
+    /// None, too, as soon as somebody has called stop().
+    Members ask(const std::string& path, const char* json, long patienceMs);
+    /// @param json null: a GET
+    Members transfer(const std::string& path, const char* json, long patienceMs, bool canBeStopped);
 
     const std::string mAddress;
     void* mTransfers; // libcurl's, which stop() wakes; no other thread touches the rest of it
     std::atomic<bool> mStopped{false};
-    std::string mId;
-    unsigned mWords = 0;
 };
 
 } // namespace vesk::scanclient
