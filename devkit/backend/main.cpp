@@ -4,11 +4,11 @@
 #include <exception>
 #include <stdexcept>
 
-#include "answers/controlapi.h"
 #include "answers/endpoints.h"
 #include "faults/faultapi.h"
 #include "scanpage/scanpage.h"
-#include "scanpage/sessionapi.h"
+#include "scanpage/scansessions.h"
+#include "server/controlport.h"
 #include "server/httpserver.h"
 #include "server/system.h"
 
@@ -36,8 +36,12 @@ void describe(CLI::App& app, Options& options) {
     app.add_option("--control-port", options.controlPort,
                    "the port of the control API and the scan page; 0 takes any free one")
         ->check(CLI::Range(0, kMaxPort));
-    auto* tls = app.add_flag("--tls", options.tls, "HTTPS with a fresh CA");
-    app.add_option("--ca-out", options.caOut, "the file that gets the CA, as PEM")->needs(tls);
+    auto* tls = app.add_flag("--tls", options.tls,
+                             "HTTPS with a fresh CA and a certificate for localhost, "
+                             "good for 30 days");
+    app.add_option("--ca-out", options.caOut,
+                   "the file that gets the CA (PEM): the client's cacert.pem")
+        ->needs(tls);
     app.add_option("--game-id", options.settings.gameId, "the client's VESK_GAME_ID")
         ->capture_default_str();
     app.add_option("--key", options.settings.key, "the client's VESK_SDK_KEY")
@@ -56,30 +60,26 @@ void bindOrThrow(HttpServer& server, int port) {
 
 void serve(const Options& options) {
     EndSignal endSignal;
-    WaitingRoom waitingRoom;
-    ScriptStore scripts;
-    RequestLog log(waitingRoom);
-    IssuedPreCodes preCodes;
-    ScanSessions sessions(waitingRoom);
-    Endpoints endpoints(options.settings, scripts, log, preCodes, waitingRoom);
-    ControlApi control(scripts, log);
-    SessionApi sessionApi(sessions, preCodes);
-    ScanPage scanPage(sessions, log, waitingRoom);
     TlsConduct conduct;
-    FaultApi faults(options.tls ? &conduct : nullptr);
-
     HttpServer backendServer(options.tls ? makeTlsServer(options.caOut, conduct)
                                          : std::make_unique<httplib::Server>());
     HttpServer controlServer(std::make_unique<httplib::Server>());
-    endpoints.install(backendServer.routes());
-    control.install(controlServer.routes());
-    faults.install(controlServer.routes());
-    sessionApi.install(controlServer.routes());
-    scanPage.install(controlServer.routes());
     bindOrThrow(backendServer, options.port);
     bindOrThrow(controlServer, options.controlPort);
-    endpoints.setPort(backendServer.port());
-    faults.setTarget(backendServer.port());
+
+    WaitingRoom waitingRoom;
+    RequestLog log(waitingRoom);
+    Issued issued;
+    ScanSessions sessions(issued, waitingRoom);
+    Endpoints endpoints(options.settings, log, issued, waitingRoom);
+    FaultApi faults(options.tls ? &conduct : nullptr, backendServer.port());
+    ScanPage scanPage(sessions, log, waitingRoom);
+    endpoints.install(backendServer.routes());
+    installControlPort(controlServer.routes());
+    endpoints.installControl(controlServer.routes());
+    faults.install(controlServer.routes());
+    sessions.install(controlServer.routes());
+    scanPage.install(controlServer.routes());
     backendServer.start();
     controlServer.start();
 
@@ -89,11 +89,10 @@ void serve(const Options& options) {
 
     endSignal.wait();
     waitingRoom.close();
-    sessions.close();
     const bool backendEnded = backendServer.stop();
     if (!controlServer.stop() || !backendEnded) {
-        std::_Exit(
-            0); // a thread waits for a peer that says nothing; the system closes what is left
+        // A thread waits for a peer that says nothing; the system closes what is left.
+        std::_Exit(0);
     }
 }
 

@@ -1,29 +1,25 @@
 #include "answers/endpoints.h"
 
-#include <chrono>
 #include <ctime>
 
-#include "answers/bodysender.h"
-#include "answers/defaultanswer.h"
-#include "server/connection.h"
+#include "server/controlport.h"
 #include "server/httpserver.h"
 #include "server/json.h"
+#include "server/system.h"
 
 namespace vesk::backend {
 
 namespace {
 
-constexpr auto kHangPoll = std::chrono::milliseconds(20);
+constexpr long long kTokenSeconds = 7200;
+constexpr size_t kNameDigits = 6;
 
 long long now() {
     return static_cast<long long>(std::time(nullptr));
 }
 
 ReceivedRequest received(const httplib::Request& request, const std::string& body) {
-    ReceivedRequest result;
-    result.method = request.method;
-    result.target = request.target;
-    result.body = body;
+    ReceivedRequest result{request.method, request.target, {}, body};
     for (const auto& [name, value] : request.headers) {
         // The library adds the addresses of the connection as if they were headers.
         if (name != "REMOTE_ADDR" && name != "REMOTE_PORT" && name != "LOCAL_ADDR" &&
@@ -34,12 +30,37 @@ ReceivedRequest received(const httplib::Request& request, const std::string& bod
     return result;
 }
 
+int statusFor(Ret ret) {
+    if (ret == Ret::UnknownPath) {
+        return 404;
+    }
+    return ret == Ret::WrongMethod ? 405 : 200;
+}
+
+/// A whole account record; "channel_info" and "seq" go back as they came.
+void addLogin(JsonLine& json, const IssuedLogin& login, const CheckedRequest& checked) {
+    json.add("openid", login.openid)
+        .add("uid", login.uid)
+        .add("token", login.token)
+        .add("token_expire_time", now() + kTokenSeconds)
+        .add("first", login.first ? 1 : 0)
+        .add("reg_channel_dis", "Windows")
+        .add("user_name", "Player " + login.openid.substr(0, kNameDigits))
+        .add("gender", 0)
+        .add("birthdate", "")
+        .add("picture_url", "")
+        .add("pf", "dev-windows-" + checked.query.channelId)
+        .add("pf_key", md5Hex(login.openid + login.token))
+        .add("need_name_auth", false)
+        .addRaw("channel_info", checked.body.channelInfo)
+        .add("seq", checked.query.seq);
+}
+
 } // namespace
 
-Endpoints::Endpoints(const CheckSettings& settings, ScriptStore& scripts, RequestLog& log,
-                     IssuedPreCodes& preCodes, WaitingRoom& waitingRoom)
-    : mSettings(settings), mScripts(scripts), mLog(log), mPreCodes(preCodes),
-      mWaitingRoom(waitingRoom) {}
+Endpoints::Endpoints(const CheckSettings& settings, RequestLog& log, Issued& issued,
+                     WaitingRoom& waitingRoom)
+    : mSettings(settings), mLog(log), mIssued(issued), mWaitingRoom(waitingRoom) {}
 
 void Endpoints::install(httplib::Server& server) {
     // Every path comes here, known or not: a request to a wrong one is recorded as well.
@@ -49,9 +70,8 @@ void Endpoints::install(httplib::Server& server) {
     };
     const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
                                  const httplib::ContentReader& reader) {
-        std::string body;
-        if (readBody(request, reader, body)) {
-            handle(request, body, response);
+        if (const auto body = readBody(request, reader)) {
+            handle(request, *body, response);
         } else {
             response.status = 400;
             response.set_content(R"({"ret":400,"msg":"the body cannot be read"})", kJsonType);
@@ -65,125 +85,82 @@ void Endpoints::install(httplib::Server& server) {
     server.Delete(any, withBody);
 }
 
+void Endpoints::installControl(httplib::Server& server) {
+    onPost(server, "/next", [this](const httplib::Request&, const std::string& body) {
+        return JsonLine().add("queued", mScripts.push(readScript(body))).text();
+    });
+    onGet(server, "/requests", [this](const httplib::Request&) { return mLog.toJson(); });
+    onPost(server, "/clear", [this](const httplib::Request&, const std::string&) {
+        mScripts.clear();
+        mLog.clear();
+        return "{}";
+    });
+}
+
 void Endpoints::handle(const httplib::Request& request, const std::string& body,
                        httplib::Response& response) {
     LoggedRequest entry;
     entry.request = received(request, body);
     const CheckedRequest checked = check(entry.request);
-    entry.verdict = checked.problem ? checked.problem->msg : "ok";
-    entry.ret = checked.problem ? static_cast<int>(checked.problem->ret) : 0;
-
     const auto script = mScripts.take(scriptPath(entry.request.path()));
-    const Answer answer = script ? scriptedAnswer(*script, entry.request, checked)
-                                 : defaultAnswer(entry.request, checked);
+    const Answer answer = script ? scriptedAnswer(*script, body, checked) : defaultAnswer(checked);
+    entry.problem = checked.problem;
     entry.scripted = script.has_value();
     entry.status = answer.status;
     // Before the answer leaves, so that whoever has the answer finds the request recorded.
     mLog.add(entry);
-
-    if (script) {
-        perform(*script, answer, request, response);
-    } else {
-        response.status = answer.status;
-        response.set_content(answer.body, kJsonType);
-    }
+    deliver(script.value_or(ScriptedAnswer()), answer, mWaitingRoom, request, response);
 }
 
 CheckedRequest Endpoints::check(const ReceivedRequest& request) const {
     CheckedRequest checked = checkRequest(request, mSettings, now());
-    if (!checked.problem && endpointOf(request.path()) == Endpoint::Logout) {
+    if (checked.isGood() && checked.endpoint == Endpoint::Logout) {
         checked.problem =
-            mLogins.check(checked.query.channelId, checked.body.openid, checked.body.token);
+            mIssued.checkLogout(checked.query.channelId, checked.body.openid, checked.body.token);
     }
     return checked;
 }
 
-Endpoints::Answer Endpoints::defaultAnswer(const ReceivedRequest& request,
-                                           const CheckedRequest& checked) {
-    Answer answer;
-    if (checked.problem) {
-        answer.body = problemAnswer(*checked.problem);
-        if (checked.problem->ret == Ret::UnknownPath) {
-            answer.status = 404;
-        } else if (checked.problem->ret == Ret::WrongMethod) {
-            answer.status = 405;
-        }
-        return answer;
+Answer Endpoints::defaultAnswer(const CheckedRequest& checked) {
+    const Problem& problem = checked.problem;
+    JsonLine json;
+    json.add("ret", static_cast<int>(problem.ret)).add("msg", checked.isGood() ? "" : problem.msg);
+    if (checked.isGood() && checked.endpoint == Endpoint::PreCode) {
+        json.add("precode", mIssued.preCode(checked.query.seq));
+    } else if (checked.isGood() && checked.endpoint == Endpoint::Login) {
+        addLogin(json, mIssued.login(checked.query.channelId, checked.body.channelUserId), checked);
     }
-    switch (*endpointOf(request.path())) {
-    case Endpoint::PreCode:
-        answer.body = preCodeAnswer(mPreCodes.issue(checked.query.seq));
-        break;
-    case Endpoint::Login:
-        answer.body = loginAnswer(
-            mLogins.issue(checked.query.channelId, checked.body.channelUserId), checked, now());
-        break;
-    case Endpoint::Logout:
-        answer.body = plainAnswer();
-        break;
-    }
-    return answer;
+    return {statusFor(problem.ret), json.text()};
 }
 
-Endpoints::Answer Endpoints::scriptedAnswer(const ScriptedAnswer& script,
-                                            const ReceivedRequest& request,
-                                            const CheckedRequest& checked) {
+Answer Endpoints::scriptedAnswer(const ScriptedAnswer& script, const std::string& requestBody,
+                                 const CheckedRequest& checked) {
     if (script.action == Action::Reset || script.action == Action::Hang) {
         return {0, {}};
     }
     Answer answer;
     if (script.usesDefaultBody()) {
-        answer = defaultAnswer(request, checked);
-    } else if (script.action == Action::Echo) {
-        answer.body = request.body;
+        answer = defaultAnswer(checked);
     } else {
-        answer.body = script.body.value_or(std::string());
+        answer.body =
+            script.action == Action::Echo ? requestBody : script.body.value_or(std::string());
     }
-    const bool redirect = script.action == Action::Redirect;
-    answer.status = script.status.value_or(redirect ? 307 : answer.status);
-    if (script.action == Action::Answer && script.body && !checked.problem &&
-        endpointOf(request.path()) == Endpoint::Login) {
-        adoptLogin(checked, answer.body);
+    if (script.status != 0) {
+        answer.status = script.status;
+    } else if (script.action == Action::Redirect) {
+        answer.status = 307;
+    }
+    if (script.action == Action::Answer && script.body && checked.isGood() &&
+        checked.endpoint == Endpoint::Login) {
+        adoptLogin(checked.query.channelId, answer.body);
     }
     return answer;
 }
 
-void Endpoints::adoptLogin(const CheckedRequest& checked, const std::string& body) {
-    const JsonMembers login = devkit::readJsonObject(body).value_or(JsonMembers());
-    if (login.count("openid") != 0 && login.count("token") != 0) {
-        mLogins.adopt(checked.query.channelId, login.at("openid"), login.at("token"));
-    }
-}
-
-void Endpoints::perform(const ScriptedAnswer& script, const Answer& answer,
-                        const httplib::Request& request, httplib::Response& response) {
-    mWaitingRoom.waitFor(std::chrono::milliseconds(script.delayMs));
-    response.status = answer.status;
-    switch (script.action) {
-    case Action::Redirect:
-        response.set_header("Location", script.location);
-        [[fallthrough]];
-    case Action::Answer:
-    case Action::Echo:
-    case Action::Cut:
-        sendBody(script, answer.body, mWaitingRoom, response);
-        break;
-    case Action::Hang:
-        hang(request.remote_port);
-        [[fallthrough]];
-    case Action::Reset:
-        // The library answers in any case; without a connection nobody hears it.
-        if (const auto connection = Connection::find(mPort, request.remote_port)) {
-            connection->reset();
-        }
-        response.status = 500;
-        break;
-    }
-}
-
-void Endpoints::hang(int peerPort) {
-    const auto connection = Connection::find(mPort, peerPort);
-    while (connection && !connection->peerGone() && !mWaitingRoom.waitFor(kHangPoll)) {
+void Endpoints::adoptLogin(const std::string& channelId, const std::string& body) {
+    const auto login = devkit::readJsonObject(body);
+    if (login && login->count("openid") != 0 && login->count("token") != 0) {
+        mIssued.adoptLogin(channelId, login->at("openid"), login->at("token"));
     }
 }
 

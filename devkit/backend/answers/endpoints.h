@@ -3,10 +3,10 @@
 
 #include <string>
 
+#include "answers/delivery.h"
 #include "answers/issued.h"
 #include "answers/requestlog.h"
 #include "answers/scriptedanswer.h"
-#include "checks/contract.h"
 #include "checks/requestcheck.h"
 #include "httplib.h"
 #include "server/waitingroom.h"
@@ -16,40 +16,31 @@ namespace vesk::backend {
 /// Checks every request, records it, and answers by its script or by itself.
 class Endpoints {
 public:
-    /// All references must outlive the server.
-    Endpoints(const CheckSettings& settings, ScriptStore& scripts, RequestLog& log,
-              IssuedPreCodes& preCodes, WaitingRoom& waitingRoom);
+    /// All references must outlive the servers.
+    Endpoints(const CheckSettings& settings, RequestLog& log, Issued& issued,
+              WaitingRoom& waitingRoom);
 
-    /// Sets the routes of the server.
+    /// Sets the routes of the backend's port: all of them.
     void install(httplib::Server& server);
 
-    /// The port that the server got; a scripted action looks its connection up by it.
-    void setPort(int port) { mPort = port; }
+    /// POST /next, GET /requests, POST /clear.
+    void installControl(httplib::Server& server);
 
 private:
-    struct Answer {
-        int status = 200;
-        std::string body;
-    };
-
     void handle(const httplib::Request& request, const std::string& body,
                 httplib::Response& response);
     CheckedRequest check(const ReceivedRequest& request) const;
-    Answer defaultAnswer(const ReceivedRequest& request, const CheckedRequest& checked);
-    Answer scriptedAnswer(const ScriptedAnswer& script, const ReceivedRequest& request,
+    Answer defaultAnswer(const CheckedRequest& checked);
+    Answer scriptedAnswer(const ScriptedAnswer& script, const std::string& requestBody,
                           const CheckedRequest& checked);
-    void adoptLogin(const CheckedRequest& checked, const std::string& body);
-    void perform(const ScriptedAnswer& script, const Answer& answer,
-                 const httplib::Request& request, httplib::Response& response);
-    void hang(int peerPort);
+    /// A login that a scripted answer hands out.
+    void adoptLogin(const std::string& channelId, const std::string& body);
 
     const CheckSettings& mSettings;
-    ScriptStore& mScripts;
     RequestLog& mLog;
-    IssuedPreCodes& mPreCodes;
+    Issued& mIssued;
     WaitingRoom& mWaitingRoom;
-    IssuedLogins mLogins;
-    int mPort = 0;
+    ScriptStore mScripts;
 };
 
 } // namespace vesk::backend

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 
-#include "server/digest.h"
 #include "server/json.h"
 
 namespace vesk::backend {
@@ -26,17 +25,34 @@ std::string headersOf(const ReceivedRequest& request) {
     return json.text();
 }
 
-std::string jsonOf(const LoggedRequest& entry) {
+/// "ok", "bad", or empty when the checks had ended before. They go in the order of the codes.
+const char* findingOf(Ret ret, Ret first, Ret last) {
+    if (ret == Ret::Good || ret > last) {
+        return ret >= Ret::UnknownPath ? "" : "ok";
+    }
+    return ret >= first ? "bad" : "";
+}
+
+std::string jsonOf(const LoggedRequest& entry, size_t maxBytes) {
     const ReceivedRequest& request = entry.request;
+    const Ret ret = entry.problem.ret;
+    const auto received =
+        std::chrono::duration_cast<std::chrono::milliseconds>(entry.received.time_since_epoch());
+    const std::string body = request.body.substr(0, maxBytes);
     return JsonLine()
+        .add("number", entry.number)
+        .add("received_ms", received.count())
         .add("method", request.method)
-        .add("path", request.path())
-        .add("query", request.query())
-        .add("target", request.target)
+        .add("path", request.path().substr(0, maxBytes))
+        .add("query", request.query().substr(0, maxBytes))
+        .add("target", request.target.substr(0, maxBytes))
         .addRaw("headers", headersOf(request))
-        .add("body", request.body)
-        .add("body_hex", toHex(request.body))
-        .add("verdict", entry.verdict)
+        .add("body", body)
+        .add("body_hex", toHex(body))
+        .add("verdict", entry.problem.msg.substr(0, maxBytes))
+        .add("time", findingOf(ret, Ret::TimestampShape, Ret::TimestampStale))
+        .add("signature", findingOf(ret, Ret::SignatureShape, Ret::SignatureWrong))
+        .add("content", findingOf(ret, Ret::BodyNotJson, Ret::LogoutChannel))
         .add("answered", entry.scripted ? "scripted" : "default")
         .add("status", entry.status)
         .text();
@@ -49,37 +65,23 @@ void RequestLog::add(const LoggedRequest& entry) {
         const std::lock_guard<std::mutex> lock(mMutex);
         mEntries.push_back(entry);
         mEntries.back().number = ++mLastNumber;
-        ++mLastChange;
     }
     mWaitingRoom.noteChange();
 }
 
-std::string RequestLog::toJson() const {
+std::string RequestLog::toJson(size_t count, size_t maxBytes) const {
     std::string json = "[";
     const std::lock_guard<std::mutex> lock(mMutex);
-    for (const LoggedRequest& entry : mEntries) {
-        appendElement(json, jsonOf(entry));
+    for (size_t i = mEntries.size() - std::min(count, mEntries.size()); i < mEntries.size(); ++i) {
+        appendElement(json, jsonOf(mEntries[i], maxBytes));
     }
     return json + "]";
-}
-
-std::vector<LoggedRequest> RequestLog::latest(size_t count) const {
-    const std::lock_guard<std::mutex> lock(mMutex);
-    const size_t shown = std::min(count, mEntries.size());
-    return std::vector<LoggedRequest>(mEntries.end() - static_cast<std::ptrdiff_t>(shown),
-                                      mEntries.end());
-}
-
-uint64_t RequestLog::lastChange() const {
-    const std::lock_guard<std::mutex> lock(mMutex);
-    return mLastChange;
 }
 
 void RequestLog::clear() {
     {
         const std::lock_guard<std::mutex> lock(mMutex);
         mEntries.clear();
-        ++mLastChange;
     }
     mWaitingRoom.noteChange();
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "checks/contract.h"
+#include "checks/requestcheck.h"
 #include "server/waitingroom.h"
 
 namespace vesk::backend {
@@ -15,13 +15,10 @@ namespace vesk::backend {
 /// One request and what became of it.
 struct LoggedRequest {
     ReceivedRequest request;
-    /// "ok", or what is wrong with the request.
-    std::string verdict;
+    Problem problem;
     bool scripted = false;
     /// The HTTP status of the answer; 0 when none is sent.
     int status = 0;
-    /// The code of the finding, 0 for a good request.
-    int ret = 0;
     std::chrono::system_clock::time_point received = std::chrono::system_clock::now();
     /// Counts up from 1; the log sets it.
     uint64_t number = 0;
@@ -35,14 +32,9 @@ public:
 
     void add(const LoggedRequest& entry);
 
-    /// The whole log as a JSON array, oldest request first.
-    std::string toJson() const;
-
-    /// The newest requests, @p count at most, oldest first.
-    std::vector<LoggedRequest> latest(size_t count) const;
-
-    /// A number that is another one after each change.
-    uint64_t lastChange() const;
+    /// The newest @p count requests as a JSON array, oldest first; of each text @p maxBytes at
+    /// most.
+    std::string toJson(size_t count = SIZE_MAX, size_t maxBytes = std::string::npos) const;
 
     void clear();
 
@@ -50,7 +42,6 @@ private:
     WaitingRoom& mWaitingRoom;
     mutable std::mutex mMutex;
     uint64_t mLastNumber = 0;
-    uint64_t mLastChange = 0;
     std::vector<LoggedRequest> mEntries;
 };
 

@@ -1,10 +1,7 @@
 #include "answers/scriptedanswer.h"
 
-#include <functional>
-#include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
-
-#include "server/json.h"
+#include "server/controlport.h"
+#include "server/system.h"
 
 namespace vesk::backend {
 
@@ -17,130 +14,50 @@ constexpr int kMinStatus = 200;
 constexpr int kMaxStatus = 599;
 const std::string kPathPrefix = "/v2/";
 
-bool readInt(const rapidjson::Value& value, int min, int max, int& number) {
-    if (!value.IsInt() || value.GetInt() < min || value.GetInt() > max) {
-        return false;
+void refuseIf(bool isWrong, const char* why) {
+    if (isWrong) {
+        throw Refusal(400, why);
     }
-    number = value.GetInt();
-    return true;
-}
-
-bool readAction(const std::string& name, Action& action) {
-    static const std::pair<const char*, Action> kActions[] = {
-        {"answer", Action::Answer}, {"echo", Action::Echo}, {"reset", Action::Reset},
-        {"cut", Action::Cut},       {"hang", Action::Hang}, {"redirect", Action::Redirect},
-    };
-    for (const auto& [actionName, value] : kActions) {
-        if (name == actionName) {
-            action = value;
-            return true;
-        }
-    }
-    return false;
-}
-
-/// A member that is a number, and where that goes.
-struct NumberMember {
-    const char* name;
-    int min, max;
-    std::function<int&(ScriptedAnswer&)> place;
-};
-
-const NumberMember* findNumberMember(const std::string& name) {
-    static const NumberMember kMembers[] = {
-        {"status", kMinStatus, kMaxStatus, [](auto& a) -> int& { return a.status.emplace(); }},
-        {"delay_ms", 0, kMaxDelayMs, [](auto& a) -> int& { return a.delayMs; }},
-        {"drip_ms", 0, kMaxDelayMs, [](auto& a) -> int& { return a.dripMs; }},
-        {"times", 1, kMaxCount, [](auto& a) -> int& { return a.times; }},
-        {"repeat", 1, kMaxCount, [](auto& a) -> int& { return a.repeat; }},
-        {"announce", 1, kMaxBytes, [](auto& a) -> int& { return a.announce.emplace(); }},
-        {"cut_at", 0, kMaxBytes, [](auto& a) -> int& { return a.cutAt.emplace(); }},
-    };
-    for (const NumberMember& member : kMembers) {
-        if (name == member.name) {
-            return &member;
-        }
-    }
-    return nullptr;
-}
-
-std::string readNumberMember(const NumberMember& member, const rapidjson::Value& value,
-                             ScriptedAnswer& answer) {
-    int number = 0;
-    if (!readInt(value, member.min, member.max, number)) {
-        return std::string(member.name) + " is not a number from " + std::to_string(member.min) +
-               " to " + std::to_string(member.max);
-    }
-    member.place(answer) = number;
-    return {};
-}
-
-std::string readMember(const std::string& name, const rapidjson::Value& value,
-                       ScriptedAnswer& answer) {
-    if (const NumberMember* const member = findNumberMember(name)) {
-        return readNumberMember(*member, value, answer);
-    }
-    if (name != "path" && name != "body" && name != "action" && name != "location") {
-        return "unknown member " + inQuotes(name);
-    }
-    if (!value.IsString()) {
-        return name + " is " + kindOf(value) + " where a string was expected";
-    }
-    const std::string text = textOf(value);
-    if (name == "path") {
-        answer.path = scriptPath(text);
-    } else if (name == "body") {
-        answer.body = text;
-    } else if (name == "location") {
-        answer.location = text;
-    } else if (!readAction(text, answer.action)) {
-        return "action is " + inQuotes(text) +
-               " where 'answer', 'echo', 'reset', 'cut', 'hang' or 'redirect' was expected";
-    }
-    return {};
 }
 
 } // namespace
-
-bool ScriptedAnswer::usesDefaultBody() const {
-    const bool sendsDefault = action == Action::Cut || (action == Action::Answer && !status);
-    return sendsDefault && !body;
-}
 
 std::string scriptPath(const std::string& path) {
     return path.compare(0, kPathPrefix.size(), kPathPrefix) == 0 ? path.substr(kPathPrefix.size())
                                                                  : path;
 }
 
-std::string parseScript(const std::string& json, ScriptedAnswer& answer) {
-    rapidjson::Document document;
-    document.Parse<rapidjson::kParseIterativeFlag>(json.data(), json.size());
-    if (document.HasParseError()) {
-        return std::string("not JSON: ") + rapidjson::GetParseError_En(document.GetParseError());
+ScriptedAnswer readScript(const std::string& json) {
+    const PostedJson script(json);
+    script.allowOnly({"path", "body", "status", "delay_ms", "action", "times", "repeat", "announce",
+                      "drip_ms", "cut_at", "location"});
+    ScriptedAnswer answer;
+    answer.path = scriptPath(script.text("path"));
+    answer.action = static_cast<Action>(
+        script.choice("action", {"answer", "echo", "reset", "cut", "hang", "redirect"}, true));
+    answer.status = script.number("status", kMinStatus, kMaxStatus, answer.status);
+    if (script.has("body")) {
+        answer.body = script.text("body");
     }
-    if (!document.IsObject()) {
-        return "an object was expected";
-    }
-    for (const auto& member : document.GetObject()) {
-        std::string problem = readMember(textOf(member.name), member.value, answer);
-        if (!problem.empty()) {
-            return problem;
-        }
-    }
-    if (answer.path.empty()) {
-        return "path is missing";
-    }
+    answer.delayMs = script.number("delay_ms", 0, kMaxDelayMs, answer.delayMs);
+    answer.times = script.number("times", 1, kMaxCount, answer.times);
+    answer.repeat = script.number("repeat", 1, kMaxCount, answer.repeat);
+    answer.dripMs = script.number("drip_ms", 0, kMaxDelayMs, answer.dripMs);
+    answer.announce = script.number("announce", 1, kMaxBytes, answer.announce);
+    answer.cutAt = script.number("cut_at", 0, kMaxBytes, answer.cutAt);
+    answer.location = script.text("location");
+
+    refuseIf(answer.path.empty(), "path is missing");
     // A line end in the header would not be a redirect but a broken answer.
-    if (answer.location.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos) {
-        return "location must be one line";
-    }
-    if ((answer.action == Action::Redirect) == answer.location.empty()) {
-        return "location and the action 'redirect' go together";
-    }
-    if (answer.cutAt && answer.action != Action::Cut) {
-        return "cut_at goes with the action 'cut'";
-    }
-    return {};
+    refuseIf(answer.location.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos,
+             "location must be one line");
+    refuseIf((answer.action == Action::Redirect) == answer.location.empty(),
+             "location and the action 'redirect' go together");
+    refuseIf(answer.cutAt >= 0 && answer.action != Action::Cut,
+             "cut_at goes with the action 'cut'");
+    refuseIf(answer.action == Action::Reset && !canReset(),
+             "'reset' is not possible on Windows; 'hang' and 'cut' are");
+    return answer;
 }
 
 size_t ScriptStore::push(const ScriptedAnswer& answer) {

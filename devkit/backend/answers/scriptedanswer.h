@@ -10,15 +10,16 @@
 
 namespace vesk::backend {
 
-/// What happens to the connection of a scripted request.
+/// What happens to the connection of a scripted request; the order is that of the names.
 enum class Action { Answer, Echo, Reset, Cut, Hang, Redirect };
 
-/// One scripted answer.
+/// One scripted answer. Without a script the backend does what an empty one says.
 struct ScriptedAnswer {
     /// The path it is for, as scriptPath() gives it.
     std::string path;
     Action action = Action::Answer;
-    std::optional<int> status;
+    /// The status; 0: as the backend would have answered.
+    int status = 0;
     std::optional<std::string> body;
     int delayMs = 0;
     /// How many requests get this answer.
@@ -27,25 +28,26 @@ struct ScriptedAnswer {
     int repeat = 1;
     /// The pause after each byte of the body.
     int dripMs = 0;
-    /// The length that the header announces, when it is not the true one.
-    std::optional<int> announce;
-    /// How much of the body comes before a cut; half of it by default.
-    std::optional<int> cutAt;
+    /// The length that the header announces; 0: the true one.
+    int announce = 0;
+    /// How much of the body comes before a cut; negative: half of it.
+    int cutAt = -1;
     /// Where a redirect points.
     std::string location;
 
     /// Whether the default answer's body is sent: a script that only delays or cuts says nothing of
     /// its own.
-    bool usesDefaultBody() const;
+    bool usesDefaultBody() const {
+        return !body && (action == Action::Cut || (action == Action::Answer && status == 0));
+    }
 };
 
 /// The name that scripts use for a path: "/v2/auth/login" is "auth/login", a path outside "/v2/"
 /// keeps its form.
 std::string scriptPath(const std::string& path);
 
-/// Reads a scripted answer from JSON text.
-/// @return an empty text, or what is wrong with the JSON.
-std::string parseScript(const std::string& json, ScriptedAnswer& answer);
+/// Reads a scripted answer from JSON text. Throws a Refusal.
+ScriptedAnswer readScript(const std::string& json);
 
 /// A queue of scripted answers for each path. Safe to use from several threads.
 class ScriptStore {

@@ -1,190 +1,166 @@
-#include "checks/bodycheck.h"
-
 #include <algorithm>
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include "checks/requestcheck.h"
+#include "common/text.h"
 #include "server/json.h"
 
 namespace vesk::backend {
 
 namespace {
 
+using rapidjson::Value;
+
 // Iterative: a hostile body must not decide how deep the stack grows.
 constexpr unsigned kParseFlags =
     rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
 
-std::optional<Problem> problemUnlessEmpty(Ret ret, const std::string& msg) {
-    return msg.empty() ? std::nullopt : std::make_optional(Problem{ret, msg});
-}
+/// What a member must hold. Any is checked elsewhere.
+enum class Kind { Any, Text, FullText, Decimal, HexBytes, Number };
 
-std::optional<Problem> parseBody(const std::string& body, rapidjson::Document& document) {
-    if (body.empty()) {
-        return Problem{Ret::BodyNotJson, "the body is empty"};
-    }
+struct Member {
+    const char* name;
+    Kind kind;
+};
+
+void parseBody(const std::string& body, rapidjson::Document& document) {
+    require(!body.empty(), Ret::BodyNotJson, "the body is empty");
     // The parser takes a zero byte for the end of the text.
     const size_t zero = body.find('\0');
-    if (zero != std::string::npos) {
-        return Problem{Ret::BodyNotJson,
-                       "the body is not JSON: zero byte at offset " + std::to_string(zero)};
-    }
+    require(zero == std::string::npos, Ret::BodyNotJson,
+            "the body is not JSON: zero byte at offset " + std::to_string(zero));
     document.Parse<kParseFlags>(body.data(), body.size());
-    if (document.HasParseError()) {
-        return Problem{Ret::BodyNotJson, std::string("the body is not JSON: ") +
-                                             rapidjson::GetParseError_En(document.GetParseError()) +
-                                             " (offset " +
-                                             std::to_string(document.GetErrorOffset()) + ")"};
-    }
-    return std::nullopt;
+    require(!document.HasParseError(), Ret::BodyNotJson,
+            std::string("the body is not JSON: ") +
+                rapidjson::GetParseError_En(document.GetParseError()) + " (offset " +
+                std::to_string(document.GetErrorOffset()) + ")");
 }
 
-std::string checkNonEmptyText(const rapidjson::Value& value, const std::string& where) {
-    if (!value.IsString()) {
-        return where + " is " + kindOf(value) + " where a string was expected";
-    }
-    return value.GetStringLength() == 0 ? where + " is empty" : std::string();
+bool isUpperHex(char c) {
+    return devkit::isDigit(c) || (c >= 'A' && c <= 'F');
 }
 
-std::string checkSteamInfo(const rapidjson::Value& info) {
-    if (std::string msg = checkMembers(info, "channel_info", {"steamid", "ticket"}); !msg.empty()) {
-        return msg;
+void checkValue(const Value& value, Kind kind, const std::string& where, Ret ret) {
+    if (kind == Kind::Any) {
+        return;
     }
-    if (std::string msg = checkNonEmptyText(info["steamid"], "channel_info.steamid");
-        !msg.empty()) {
-        return msg;
+    if (kind == Kind::Number) {
+        require(value.IsNumber(), ret,
+                where + " is " + kindOf(value) + " where a number was expected");
+        return;
     }
-    const std::string id = textOf(info["steamid"]);
-    if (!std::all_of(id.begin(), id.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-        return "channel_info.steamid is " + inQuotes(id) + ", which is not a decimal number";
-    }
-    if (!info["ticket"].IsString()) {
-        return "channel_info.ticket is " + kindOf(info["ticket"]) + " where a string was expected";
-    }
-    const std::string ticket = textOf(info["ticket"]);
-    const bool hex = std::all_of(ticket.begin(), ticket.end(), [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F');
-    });
-    if (!hex || ticket.size() % 2 != 0) {
-        return "channel_info.ticket is " + inQuotes(ticket) +
-               ", which is not whole bytes in upper-case hexadecimal digits";
-    }
-    return {};
+    require(value.IsString(), ret, where + " is " + kindOf(value) + " where a string was expected");
+    const std::string text = textOf(value);
+    require(!text.empty() || kind == Kind::Text || kind == Kind::HexBytes, ret,
+            where + " is empty");
+    require(kind != Kind::Decimal || std::all_of(text.begin(), text.end(), devkit::isDigit), ret,
+            where + " is " + inQuotes(text) + ", which is not a decimal number");
+    require(kind != Kind::HexBytes ||
+                (std::all_of(text.begin(), text.end(), isUpperHex) && text.size() % 2 == 0),
+            ret,
+            where + " is " + inQuotes(text) +
+                ", which is not whole bytes in upper-case hexadecimal digits");
 }
 
-std::string checkMessengerInfo(const rapidjson::Value& info, const char* tokenName) {
-    if (std::string msg = checkMembers(info, "channel_info", {"openid", tokenName}); !msg.empty()) {
-        return msg;
+/// Checks that the object has exactly these members, in this order and of these kinds.
+/// @param where how a message calls the object
+void checkMembers(const Value& object, const std::string& where, Ret ret,
+                  const std::vector<Member>& members) {
+    require(object.IsObject(), ret,
+            where + " is " + kindOf(object) + " where an object was expected");
+    size_t index = 0;
+    for (const auto& found : object.GetObject()) {
+        const std::string name = inQuotes(textOf(found.name));
+        require(index < members.size(), ret,
+                where + " has the member " + name + " after its last one");
+        const std::string wanted = inQuotes(members[index].name);
+        ++index;
+        require(name == wanted, ret,
+                "member " + std::to_string(index) + " of " + where + " is " + name + " where " +
+                    wanted + " was expected");
     }
-    if (std::string msg = checkNonEmptyText(info["openid"], "channel_info.openid"); !msg.empty()) {
-        return msg;
+    if (index < members.size()) {
+        throw Problem{ret, where + " ends after " + std::to_string(index) + " members where " +
+                               inQuotes(members[index].name) + " was expected"};
     }
-    return checkNonEmptyText(info[tokenName], std::string("channel_info.") + tokenName);
+    const std::string prefix = ret == Ret::BodyShape ? "" : where + ".";
+    for (const Member& member : members) {
+        checkValue(object[member.name], member.kind, prefix + member.name, ret);
+    }
 }
 
-std::string checkLoginInfo(const rapidjson::Value& info, const std::string& channelId) {
-    if (channelId == kSteamChannelId) {
-        return checkSteamInfo(info);
+void checkChannelInfo(const Value& info, Endpoint endpoint, const std::string& channelId) {
+    const auto check = [&info](const std::vector<Member>& members) {
+        checkMembers(info, "channel_info", Ret::ChannelInfo, members);
+    };
+    if (endpoint == Endpoint::PreCode && channelId == kFernoChannelId) {
+        require(info.IsString() && info.GetStringLength() == 0, Ret::ChannelInfo,
+                "channel_info of channel 1 is not the empty string");
+    } else if (endpoint == Endpoint::PreCode) {
+        check({{"devinfo", Kind::Text}});
+    } else if (channelId == kSteamChannelId) {
+        check({{"steamid", Kind::Decimal}, {"ticket", Kind::HexBytes}});
+    } else if (channelId == kKzChannelId) {
+        check({{"openid", Kind::FullText}, {"ctk", Kind::FullText}});
+    } else {
+        check({{"openid", Kind::FullText}, {"ctt", Kind::FullText}});
     }
-    return checkMessengerInfo(info, channelId == kKzChannelId ? "ctk" : "ctt");
 }
 
-std::string checkPreCodeInfo(const rapidjson::Value& info, const std::string& channelId) {
-    if (channelId == kFernoChannelId) {
-        const bool emptyText = info.IsString() && info.GetStringLength() == 0;
-        return emptyText ? "" : "channel_info of channel 1 is not the empty string";
-    }
-    if (std::string msg = checkMembers(info, "channel_info", {"devinfo"}); !msg.empty()) {
-        return msg;
-    }
-    return info["devinfo"].IsString() ? "" : "channel_info.devinfo is not a string";
-}
-
-std::string checkDeviceInfo(const rapidjson::Value& info) {
+void checkDeviceInfo(const Value& info) {
     if (info.IsObject() && info.ObjectEmpty()) {
-        return {};
+        return;
     }
-    std::string msg = checkMembers(info, "device_info",
-                                   {"uuid", "device_language", "app_version", "screen_dpi",
-                                    "resolution", "trade_mark", "manufacturer", "model", "apn",
-                                    "ram_info", "rom_info", "cpu_info"});
-    if (!msg.empty()) {
-        return msg;
-    }
-    for (const auto& member : info.GetObject()) {
-        const std::string name = textOf(member.name);
-        const bool number = name == "screen_dpi";
-        if (number ? !member.value.IsNumber() : !member.value.IsString()) {
-            return "device_info." + name + " is " + kindOf(member.value) + " where " +
-                   (number ? "a number" : "a string") + " was expected";
-        }
-    }
-    return {};
+    checkMembers(info, "device_info", Ret::DeviceInfo,
+                 {{"uuid", Kind::Text},
+                  {"device_language", Kind::Text},
+                  {"app_version", Kind::Text},
+                  {"screen_dpi", Kind::Number},
+                  {"resolution", Kind::Text},
+                  {"trade_mark", Kind::Text},
+                  {"manufacturer", Kind::Text},
+                  {"model", Kind::Text},
+                  {"apn", Kind::Text},
+                  {"ram_info", Kind::Text},
+                  {"rom_info", Kind::Text},
+                  {"cpu_info", Kind::Text}});
 }
 
-void readLogin(const rapidjson::Value& info, const std::string& channelId, BodyContent& content) {
+std::string jsonOf(const Value& value) {
     rapidjson::StringBuffer buffer;
     rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    info.Accept(writer);
-    content.channelInfo.assign(buffer.GetString(), buffer.GetSize());
-    content.channelUserId = textOf(info[channelId == kSteamChannelId ? "steamid" : "openid"]);
-}
-
-std::optional<Problem> checkCredentialBody(const rapidjson::Value& root, Endpoint endpoint,
-                                           const std::string& channelId, BodyContent& content) {
-    if (auto problem = problemUnlessEmpty(
-            Ret::BodyShape,
-            checkMembers(root, "the body", {"channel_info", "device_info", "channel_dis"}))) {
-        return problem;
-    }
-    const rapidjson::Value& info = root["channel_info"];
-    const bool login = endpoint == Endpoint::Login;
-    if (auto problem =
-            problemUnlessEmpty(Ret::ChannelInfo, login ? checkLoginInfo(info, channelId)
-                                                       : checkPreCodeInfo(info, channelId))) {
-        return problem;
-    }
-    if (auto problem = problemUnlessEmpty(Ret::DeviceInfo, checkDeviceInfo(root["device_info"]))) {
-        return problem;
-    }
-    if (!root["channel_dis"].IsString() || textOf(root["channel_dis"]) != "Windows") {
-        return Problem{Ret::BodyShape, "channel_dis is not 'Windows'"};
-    }
-    if (login) {
-        readLogin(info, channelId, content);
-    }
-    return std::nullopt;
-}
-
-std::optional<Problem> checkLogoutBody(const rapidjson::Value& root, BodyContent& content) {
-    std::string msg = checkMembers(root, "the body", {"token", "openid"});
-    if (msg.empty()) {
-        msg = checkNonEmptyText(root["token"], "token");
-    }
-    if (msg.empty()) {
-        msg = checkNonEmptyText(root["openid"], "openid");
-    }
-    if (!msg.empty()) {
-        return Problem{Ret::BodyShape, msg};
-    }
-    content.token = textOf(root["token"]);
-    content.openid = textOf(root["openid"]);
-    return std::nullopt;
+    value.Accept(writer);
+    return std::string(buffer.GetString(), buffer.GetSize());
 }
 
 } // namespace
 
-std::optional<Problem> checkBody(const std::string& body, Endpoint endpoint,
-                                 const std::string& channelId, BodyContent& content) {
-    rapidjson::Document document;
-    if (auto problem = parseBody(body, document)) {
-        return problem;
-    }
+BodyContent checkBody(const std::string& body, Endpoint endpoint, const std::string& channelId) {
+    rapidjson::Document root;
+    parseBody(body, root);
+    BodyContent content;
     if (endpoint == Endpoint::Logout) {
-        return checkLogoutBody(document, content);
+        checkMembers(root, "the body", Ret::BodyShape,
+                     {{"token", Kind::FullText}, {"openid", Kind::FullText}});
+        content.token = textOf(root["token"]);
+        content.openid = textOf(root["openid"]);
+        return content;
     }
-    return checkCredentialBody(document, endpoint, channelId, content);
+    checkMembers(
+        root, "the body", Ret::BodyShape,
+        {{"channel_info", Kind::Any}, {"device_info", Kind::Any}, {"channel_dis", Kind::Any}});
+    const Value& info = root["channel_info"];
+    checkChannelInfo(info, endpoint, channelId);
+    checkDeviceInfo(root["device_info"]);
+    require(root["channel_dis"] == "Windows", Ret::BodyShape, "channel_dis is not 'Windows'");
+    if (endpoint == Endpoint::Login) {
+        content.channelInfo = jsonOf(info);
+        content.channelUserId = textOf(info[channelId == kSteamChannelId ? "steamid" : "openid"]);
+    }
+    return content;
 }
 
 } // namespace vesk::backend

@@ -1,153 +1,75 @@
-#include "checks/query.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <vector>
 
-#include "server/digest.h"
+#include "checks/requestcheck.h"
+#include "common/text.h"
 #include "server/json.h"
+#include "server/system.h"
 
 namespace vesk::backend {
 
 namespace {
 
+constexpr size_t kSignatureLength = 32;
+
 struct Parameter {
-    std::string_view name;
-    std::string_view value;
-    bool hasValue;
+    std::string name;
+    std::optional<std::string> value;
 };
 
 struct Field {
-    const char* name;
+    std::string name;
     std::string Query::*value;
-    bool optional;
+    bool optional = false;
 };
 
-constexpr Field kFields[] = {
-    {"channelid", &Query::channelId, false},
-    {"gameid", &Query::gameId, false},
-    {"os", &Query::os, false},
+const Field kFields[] = {
+    {"channelid", &Query::channelId},
+    {"gameid", &Query::gameId},
+    {"os", &Query::os},
     {"seq", &Query::seq, true},
-    {"ts", &Query::ts, false},
-    {"version", &Query::version, false},
-    {"sig", &Query::sig, false},
+    {"ts", &Query::ts},
+    {"version", &Query::version},
+    {"sig", &Query::sig},
 };
 
-std::vector<Parameter> split(std::string_view text) {
+void requireShape(bool isGood, const std::string& msg) {
+    require(isGood, Ret::QueryShape, "query: " + msg);
+}
+
+std::vector<Parameter> splitQuery(const std::string& text) {
     std::vector<Parameter> parameters;
-    while (true) {
-        const size_t end = text.find('&');
-        const std::string_view pair = text.substr(0, end);
+    for (const std::string& pair : devkit::split(text, '&')) {
         const size_t equals = pair.find('=');
-        const bool hasValue = equals != std::string_view::npos;
-        parameters.push_back({pair.substr(0, equals),
-                              hasValue ? pair.substr(equals + 1) : std::string_view(), hasValue});
-        if (end == std::string_view::npos) {
-            return parameters;
+        Parameter parameter{pair.substr(0, equals), std::nullopt};
+        if (equals != std::string::npos) {
+            parameter.value = pair.substr(equals + 1);
         }
-        text.remove_prefix(end + 1);
-    }
-}
-
-std::string findRepeated(const std::vector<Parameter>& parameters) {
-    for (auto later = parameters.begin(); later != parameters.end(); ++later) {
-        const bool repeated = std::any_of(parameters.begin(), later, [&](const Parameter& earlier) {
-            return earlier.name == later->name;
-        });
-        if (repeated) {
-            return std::string(later->name);
+        for (const Parameter& earlier : parameters) {
+            requireShape(earlier.name != parameter.name,
+                         "parameter " + inQuotes(parameter.name) + " stands there more than once");
         }
+        parameters.push_back(parameter);
     }
-    return {};
+    return parameters;
 }
 
-Problem shapeProblem(const std::string& msg) {
-    return {Ret::QueryShape, "query: " + msg};
+[[noreturn]] void refuseOrder(const std::vector<Parameter>& parameters, size_t index,
+                              const Field& expected) {
+    const bool seqMayCome = index == 3 && expected.name == "ts";
+    const std::string wanted =
+        " where " + (seqMayCome ? "'seq' or 'ts'" : inQuotes(expected.name)) + " was expected";
+    requireShape(index < parameters.size(),
+                 "ends after parameter " + std::to_string(index) + wanted);
+    throw Problem{Ret::QueryShape, "query: parameter " + std::to_string(index + 1) + " is " +
+                                       inQuotes(parameters[index].name) + wanted};
 }
 
-Problem misplaced(const std::vector<Parameter>& parameters, size_t index, const Field& expected) {
-    std::string wanted = inQuotes(expected.name);
-    if (index == 3 && std::string_view(expected.name) == "ts") {
-        wanted = "'seq' or 'ts'";
-    }
-    if (index == parameters.size()) {
-        return shapeProblem("ends after parameter " + std::to_string(index) + " where " + wanted +
-                            " was expected");
-    }
-    return shapeProblem("parameter " + std::to_string(index + 1) + " is " +
-                        inQuotes(parameters[index].name) + " where " + wanted + " was expected");
-}
-
-constexpr size_t kSignatureLength = 32;
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool isNumber(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
-}
-
-bool matchesPattern(const std::string& text, const std::string& pattern) {
-    return text.size() == pattern.size() &&
-           std::equal(text.begin(), text.end(), pattern.begin(),
-                      [](char c, char p) { return p == 'd' ? isDigit(c) : c == p; });
-}
-
-std::optional<Problem> checkChannelId(const std::string& id, Endpoint endpoint) {
-    const bool messenger = id == kFernoChannelId || id == kKzChannelId;
-    switch (endpoint) {
-    case Endpoint::PreCode:
-        if (!messenger) {
-            return Problem{Ret::ChannelId,
-                           "channelid is " + inQuotes(id) + "; a pre-code is for 1 or 2 only"};
-        }
-        break;
-    case Endpoint::Login:
-        if (!messenger && id != kSteamChannelId) {
-            return Problem{Ret::ChannelId, "channelid is " + inQuotes(id) +
-                                               "; a login comes from channel 1, 2 or 21"};
-        }
-        break;
-    case Endpoint::Logout:
-        if (!isNumber(id)) {
-            return Problem{Ret::ChannelId,
-                           "channelid is " + inQuotes(id) + ", which is not a channel id"};
-        }
-        break;
-    }
-    return std::nullopt;
-}
-
-std::optional<Problem> checkTimestamp(const std::string& ts, long long maxSkew, long long now) {
-    const auto seconds = numberOf(ts, 0, std::numeric_limits<long long>::max());
-    if (!isNumber(ts) || !seconds) {
-        return Problem{Ret::TimestampShape,
-                       "ts is " + inQuotes(ts) + ", which is not a time in whole Unix seconds"};
-    }
-    const long long difference = *seconds - now;
-    if (std::llabs(difference) > maxSkew) {
-        return Problem{Ret::TimestampStale,
-                       "ts " + ts + " lies " + std::to_string(std::llabs(difference)) +
-                           " seconds " + (difference < 0 ? "before" : "after") +
-                           " the backend's clock, more than the " + std::to_string(maxSkew) +
-                           " that are allowed"};
-    }
-    return std::nullopt;
-}
-
-} // namespace
-
-std::optional<Problem> readQuery(std::string_view text, Query& query) {
-    if (text.empty()) {
-        return shapeProblem("the request has none");
-    }
-    const std::vector<Parameter> parameters = split(text);
-    const std::string repeated = findRepeated(parameters);
-    if (!repeated.empty()) {
-        return shapeProblem("parameter " + inQuotes(repeated) + " stands there more than once");
-    }
+void readQuery(const std::string& text, Query& query) {
+    requireShape(!text.empty(), "the request has none");
+    const std::vector<Parameter> parameters = splitQuery(text);
     size_t index = 0;
     for (const Field& field : kFields) {
         const bool here = index < parameters.size() && parameters[index].name == field.name;
@@ -155,60 +77,87 @@ std::optional<Problem> readQuery(std::string_view text, Query& query) {
             continue;
         }
         if (!here) {
-            return misplaced(parameters, index, field);
+            refuseOrder(parameters, index, field);
         }
-        if (!parameters[index].hasValue) {
-            return shapeProblem("parameter " + inQuotes(field.name) + " has no '='");
-        }
-        if (field.optional && parameters[index].value.empty()) {
-            return shapeProblem("parameter " + inQuotes(field.name) +
-                                " is empty; an empty one is left out");
-        }
-        query.*field.value = parameters[index].value;
+        const auto& value = parameters[index].value;
+        requireShape(value.has_value(), "parameter " + inQuotes(field.name) + " has no '='");
+        requireShape(!field.optional || !value->empty(),
+                     "parameter " + inQuotes(field.name) + " is empty; an empty one is left out");
+        query.*field.value = *value;
         ++index;
     }
     if (index < parameters.size()) {
-        return shapeProblem("parameter " + inQuotes(parameters[index].name) +
-                            " follows 'sig', which must be the last one");
+        requireShape(false, "parameter " + inQuotes(parameters[index].name) +
+                                " follows 'sig', which must be the last one");
     }
-    return std::nullopt;
 }
 
-std::optional<Problem> checkQueryValues(const Query& query, Endpoint endpoint,
-                                        const CheckSettings& settings, long long now) {
-    if (auto problem = checkChannelId(query.channelId, endpoint)) {
-        return problem;
-    }
-    if (query.gameId != settings.gameId) {
-        return Problem{Ret::GameId, "gameid is " + inQuotes(query.gameId) +
-                                        ", this backend serves game " + inQuotes(settings.gameId)};
-    }
-    if (query.os != "5") {
-        return Problem{Ret::Os, "os is " + inQuotes(query.os) + " where '5' was expected"};
-    }
-    if (!matchesPattern(query.version, "d.d.ddd.dddd")) {
-        return Problem{Ret::Version, "version is " + inQuotes(query.version) +
-                                         ", which has not the form d.d.ddd.dddd"};
-    }
-    return checkTimestamp(query.ts, settings.maxSkew, now);
+bool isNumber(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), devkit::isDigit);
 }
 
-std::optional<Problem> checkSignature(const ReceivedRequest& request, const Query& query,
-                                      const CheckSettings& settings) {
-    const bool wellFormed = query.sig.size() == kSignatureLength &&
-                            std::all_of(query.sig.begin(), query.sig.end(), [](char c) {
-                                return isDigit(c) || (c >= 'a' && c <= 'f');
-                            });
-    if (!wellFormed) {
-        return Problem{Ret::SignatureShape, "sig is " + inQuotes(query.sig) +
-                                                ", which is not 32 lower-case hexadecimal digits"};
+bool matchesPattern(const std::string& text, const std::string& pattern) {
+    return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
+                      [](char c, char p) { return p == 'd' ? devkit::isDigit(c) : c == p; });
+}
+
+void checkChannelId(const std::string& id, Endpoint endpoint) {
+    const bool messenger = id == kFernoChannelId || id == kKzChannelId;
+    const std::string found = "channelid is " + inQuotes(id);
+    switch (endpoint) {
+    case Endpoint::PreCode:
+        require(messenger, Ret::ChannelId, found + "; a pre-code is for 1 or 2 only");
+        break;
+    case Endpoint::Login:
+        require(messenger || id == kSteamChannelId, Ret::ChannelId,
+                found + "; a login comes from channel 1, 2 or 21");
+        break;
+    case Endpoint::Logout:
+        require(isNumber(id), Ret::ChannelId, found + ", which is not a channel id");
+        break;
     }
+}
+
+void checkTimestamp(const std::string& ts, long long maxSkew, long long now) {
+    const auto seconds = numberOf(ts, 0, std::numeric_limits<long long>::max());
+    require(isNumber(ts) && seconds, Ret::TimestampShape,
+            "ts is " + inQuotes(ts) + ", which is not a time in whole Unix seconds");
+    const long long difference = *seconds - now;
+    require(std::llabs(difference) <= maxSkew, Ret::TimestampStale,
+            "ts " + ts + " lies " + std::to_string(std::llabs(difference)) + " seconds " +
+                (difference < 0 ? "before" : "after") + " the backend's clock, more than the " +
+                std::to_string(maxSkew) + " that are allowed");
+}
+
+/// The message never tells the signature that would have been right.
+void checkSignature(const ReceivedRequest& request, const std::string& sig,
+                    const std::string& key) {
+    const bool wellFormed =
+        sig.size() == kSignatureLength && std::all_of(sig.begin(), sig.end(), [](char c) {
+            return devkit::isDigit(c) || (c >= 'a' && c <= 'f');
+        });
+    require(wellFormed, Ret::SignatureShape,
+            "sig is " + inQuotes(sig) + ", which is not 32 lower-case hexadecimal digits");
+    // Over the bytes as they came, without the last parameter.
     const std::string signedTarget = request.target.substr(0, request.target.rfind("&sig="));
-    if (md5Hex(signedTarget + request.body + settings.key) != query.sig) {
-        return Problem{Ret::SignatureWrong,
-                       "sig does not match: key, body or query differ from what was signed"};
-    }
-    return std::nullopt;
+    require(md5Hex(signedTarget + request.body + key) == sig, Ret::SignatureWrong,
+            "sig does not match: key, body or query differ from what was signed");
+}
+
+} // namespace
+
+void checkQuery(const ReceivedRequest& request, Endpoint endpoint, const CheckSettings& settings,
+                long long now, Query& query) {
+    readQuery(request.query(), query);
+    checkChannelId(query.channelId, endpoint);
+    require(query.gameId == settings.gameId, Ret::GameId,
+            "gameid is " + inQuotes(query.gameId) + ", this backend serves game " +
+                inQuotes(settings.gameId));
+    require(query.os == "5", Ret::Os, "os is " + inQuotes(query.os) + " where '5' was expected");
+    require(matchesPattern(query.version, "d.d.ddd.dddd"), Ret::Version,
+            "version is " + inQuotes(query.version) + ", which has not the form d.d.ddd.dddd");
+    checkTimestamp(query.ts, settings.maxSkew, now);
+    checkSignature(request, query.sig, settings.key);
 }
 
 } // namespace vesk::backend

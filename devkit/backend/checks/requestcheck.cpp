@@ -1,54 +1,40 @@
 #include "checks/requestcheck.h"
 
-#include "checks/query.h"
 #include "server/json.h"
 
 namespace vesk::backend {
 
 namespace {
 
-std::optional<Problem> checkServed(const ReceivedRequest& request, Endpoint endpoint,
-                                   const CheckSettings& settings, long long now,
-                                   CheckedRequest& checked) {
-    if (request.method != "POST") {
-        return Problem{Ret::WrongMethod,
-                       "method is " + inQuotes(request.method) + " where 'POST' was expected"};
-    }
-    if (auto problem = readQuery(request.query(), checked.query)) {
-        return problem;
-    }
-    if (auto problem = checkQueryValues(checked.query, endpoint, settings, now)) {
-        return problem;
-    }
-    if (auto problem = checkSignature(request, checked.query, settings)) {
-        return problem;
-    }
-    return checkBody(request.body, endpoint, checked.query.channelId, checked.body);
-}
-
-} // namespace
-
 std::optional<Endpoint> endpointOf(const std::string& path) {
-    if (path == "/v2/auth/pcprecode") {
-        return Endpoint::PreCode;
-    }
-    if (path == "/v2/auth/login") {
-        return Endpoint::Login;
-    }
-    if (path == "/v2/auth/logout") {
-        return Endpoint::Logout;
+    static const std::pair<const char*, Endpoint> kPaths[] = {
+        {"/v2/auth/pcprecode", Endpoint::PreCode},
+        {"/v2/auth/login", Endpoint::Login},
+        {"/v2/auth/logout", Endpoint::Logout},
+    };
+    for (const auto& [served, endpoint] : kPaths) {
+        if (path == served) {
+            return endpoint;
+        }
     }
     return std::nullopt;
 }
 
+} // namespace
+
 CheckedRequest checkRequest(const ReceivedRequest& request, const CheckSettings& settings,
                             long long now) {
     CheckedRequest checked;
-    const auto endpoint = endpointOf(request.path());
-    if (endpoint) {
-        checked.problem = checkServed(request, *endpoint, settings, now, checked);
-    } else {
-        checked.problem = Problem{Ret::UnknownPath, "there is no path " + inQuotes(request.path())};
+    checked.endpoint = endpointOf(request.path());
+    try {
+        require(checked.endpoint.has_value(), Ret::UnknownPath,
+                "there is no path " + inQuotes(request.path()));
+        require(request.method == "POST", Ret::WrongMethod,
+                "method is " + inQuotes(request.method) + " where 'POST' was expected");
+        checkQuery(request, *checked.endpoint, settings, now, checked.query);
+        checked.body = checkBody(request.body, *checked.endpoint, checked.query.channelId);
+    } catch (const Problem& problem) {
+        checked.problem = problem;
     }
     return checked;
 }

@@ -146,7 +146,7 @@ CertificateMaker::CertificateMaker() {
     mCaCertificate = makeAuthority(caKey.get());
     const CertificatePtr unknownCa = makeAuthority(unknownKey.get());
     mServerKey = makeKey();
-    for (size_t i = 0; i < mServerCertificates.size(); ++i) {
+    for (size_t i = 0; i < kCertificateNames.size(); ++i) {
         const auto kind = static_cast<CertificateKind>(i);
         X509* issuer = mCaCertificate.get();
         EVP_PKEY* issuerKey = caKey.get();
@@ -157,7 +157,7 @@ CertificateMaker::CertificateMaker() {
             issuer = unknownCa.get();
             issuerKey = unknownKey.get();
         }
-        mServerCertificates[i] = makeServer(kind, mServerKey.get(), issuer, issuerKey);
+        mServerCertificates.push_back(makeServer(kind, mServerKey.get(), issuer, issuerKey));
     }
 }
 

@@ -1,11 +1,11 @@
 #ifndef VESK_DEVKIT_BACKEND_FAULTS_CERTIFICATEMAKER_H
 #define VESK_DEVKIT_BACKEND_FAULTS_CERTIFICATEMAKER_H
 
-#include <array>
 #include <memory>
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 #include <string>
+#include <vector>
 
 #include "faults/tlsserver.h"
 
@@ -42,7 +42,7 @@ public:
 private:
     CertificatePtr mCaCertificate;
     KeyPtr mServerKey;
-    std::array<CertificatePtr, kCertificateNames.size()> mServerCertificates;
+    std::vector<CertificatePtr> mServerCertificates;
 };
 
 } // namespace vesk::backend

@@ -4,13 +4,10 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "faults/faultyline.h"
 #include "faults/tlsserver.h"
 #include "httplib.h"
-#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -18,28 +15,22 @@ namespace vesk::backend {
 class FaultApi {
 public:
     /// @param conduct null without TLS; outlives the server
-    explicit FaultApi(TlsConduct* conduct) : mConduct(conduct) {}
+    /// @param target the port that the line leads to
+    FaultApi(TlsConduct* conduct, int target) : mConduct(conduct), mTarget(target) {}
 
     /// Sets the routes of the server.
     void install(httplib::Server& server);
 
-    /// The port that the line leads to; before the server starts.
-    void setTarget(int port) { mTarget = port; }
-
 private:
-    /// Has the conduct take the named members, each if it is there.
-    using Take = bool (TlsConduct::*)(const std::string&);
-    void setConduct(const JsonMembers& members,
-                    const std::vector<std::pair<const char*, Take>>& takes,
-                    httplib::Response& response);
-    void answerCounts(httplib::Response& response);
-    void setLine(const LineFault& fault, httplib::Response& response);
-    /// Opens the line when it is asked for first. Throws when that fails.
+    /// A Refusal without TLS.
+    TlsConduct& conduct();
+    std::string describeTls() const;
+    /// Opens the line when it is asked for first.
     FaultyLine& line();
-    void answerLine(httplib::Response& response);
+    std::string describeLine();
 
     TlsConduct* mConduct;
-    int mTarget = 0;
+    const int mTarget;
     std::mutex mMutex; // guards the pointer
     std::unique_ptr<FaultyLine> mLine;
 };

@@ -2,26 +2,13 @@
 
 #include "faults/faultyline.h"
 #include "faults/tlsserver.h"
+#include "server/controlport.h"
 
 namespace vesk::backend {
 
-class FaultyLine::Impl {};
-
-FaultyLine::FaultyLine(int) {
-    throw std::runtime_error("a backend on Windows has no faulty line");
+std::unique_ptr<FaultyLine> openLine(int) {
+    throw Refusal(400, "a backend on Windows has no faulty line");
 }
-
-FaultyLine::~FaultyLine() = default;
-
-int FaultyLine::port() const {
-    return 0;
-}
-
-size_t FaultyLine::connections() const {
-    return 0;
-}
-
-void FaultyLine::set(const LineFault&) {}
 
 bool hasTls() {
     return false;

@@ -9,6 +9,7 @@ namespace vesk::backend {
 
 /// What a line does to each connection.
 struct LineFault {
+    /// In the order of the names.
     enum class Action {
         Pass,   ///< carries everything
         Refuse, ///< nobody listens
@@ -29,26 +30,23 @@ struct LineFault {
 /// A port that carries connections to another port of this machine, byte for byte, below TLS.
 class FaultyLine {
 public:
-    /// Opens the line. Throws std::runtime_error when there is no port, or lines cannot be had.
-    /// @param target the port that it leads to
-    explicit FaultyLine(int target);
-    ~FaultyLine();
-
+    FaultyLine() = default;
     FaultyLine(const FaultyLine&) = delete;
     FaultyLine& operator=(const FaultyLine&) = delete;
+    virtual ~FaultyLine() = default;
 
-    int port() const;
+    virtual int port() const = 0;
 
     /// The connections that have been made until now.
-    size_t connections() const;
+    virtual size_t connections() const = 0;
 
     /// Ends what is connected; from now on connections meet this fault.
-    void set(const LineFault& fault);
-
-private:
-    class Impl;
-    std::unique_ptr<Impl> mImpl;
+    virtual void set(const LineFault& fault) = 0;
 };
+
+/// Opens a line. Throws a Refusal when there is no port, or lines cannot be had.
+/// @param target the port that it leads to
+std::unique_ptr<FaultyLine> openLine(int target);
 
 } // namespace vesk::backend
 

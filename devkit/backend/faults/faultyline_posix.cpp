@@ -9,11 +9,12 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
-#include <stdexcept>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
+
+#include "server/controlport.h"
 
 namespace vesk::backend {
 
@@ -174,21 +175,19 @@ private:
     size_t mFromServer = 0;
 };
 
-} // namespace
-
-class FaultyLine::Impl {
+class Line : public FaultyLine {
 public:
-    explicit Impl(int target) : mTarget(target) { open(LineFault()); }
-    ~Impl() { close(); }
+    explicit Line(int target) : mTarget(target) { open(LineFault()); }
+    ~Line() override { close(); }
 
-    void set(const LineFault& fault) {
+    void set(const LineFault& fault) override {
         const std::lock_guard<std::mutex> lock(mMutex);
         close();
         open(fault);
     }
 
-    int port() const { return mPort; }
-    size_t connections() const { return mConnections; }
+    int port() const override { return mPort; }
+    size_t connections() const override { return mConnections; }
 
 private:
     void open(const LineFault& fault) {
@@ -205,7 +204,7 @@ private:
         if (::bind(mListener.fd(), generic, size) != 0 ||
             ::listen(mListener.fd(), deaf ? 0 : kBacklog) != 0 ||
             ::getsockname(mListener.fd(), generic, &size) != 0) {
-            throw std::runtime_error("the line has no port");
+            throw Refusal(400, "the line has no port");
         }
         mPort = ntohs(address.sin_port);
         if (deaf) {
@@ -257,20 +256,10 @@ private:
     std::list<std::thread> mCarriers; // the acceptor's while it runs
 };
 
-FaultyLine::FaultyLine(int target) : mImpl(std::make_unique<Impl>(target)) {}
+} // namespace
 
-FaultyLine::~FaultyLine() = default;
-
-int FaultyLine::port() const {
-    return mImpl->port();
-}
-
-size_t FaultyLine::connections() const {
-    return mImpl->connections();
-}
-
-void FaultyLine::set(const LineFault& fault) {
-    mImpl->set(fault);
+std::unique_ptr<FaultyLine> openLine(int target) {
+    return std::make_unique<Line>(target);
 }
 
 } // namespace vesk::backend

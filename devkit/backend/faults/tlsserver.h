@@ -1,13 +1,12 @@
 #ifndef VESK_DEVKIT_BACKEND_FAULTS_TLSSERVER_H
 #define VESK_DEVKIT_BACKEND_FAULTS_TLSSERVER_H
 
-#include <algorithm>
-#include <array>
 #include <atomic>
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "httplib.h"
 
@@ -23,7 +22,7 @@ enum class CertificateKind : size_t {
     UnknownCa
 };
 
-constexpr std::array<const char*, 6> kCertificateNames = {
+inline const std::vector<std::string> kCertificateNames = {
     "good", "expired", "not-yet-valid", "wrong-name", "self-signed", "unknown-ca"};
 
 /// What becomes of the sessions that clients offer to resume.
@@ -34,10 +33,10 @@ enum class SessionRule : size_t {
     Choke,  ///< ends the handshake of whoever offers one
 };
 
-constexpr std::array<const char*, 4> kSessionRuleNames = {"keep", "forget", "refuse", "choke"};
+inline const std::vector<std::string> kSessionRuleNames = {"keep", "forget", "refuse", "choke"};
 
 /// The protocol versions that are spoken.
-constexpr std::array<const char*, 3> kTlsVersionNames = {"any", "1.2", "1.3"};
+inline const std::vector<std::string> kTlsVersionNames = {"any", "1.2", "1.3"};
 
 struct TlsCounts {
     long handshakes = 0;
@@ -56,34 +55,22 @@ public:
     /// Sessions are resumed under the number alone under which they were made.
     unsigned sessionAge() { return sessionRule() == SessionRule::Refuse ? ++mAge : mAge.load(); }
 
-    /// Each takes a name of its list above. Another certificate makes sessions forgotten, as the
-    /// restart of a server does.
-    /// @return whether there is such a name.
-    bool showCertificate(const std::string& name) {
+    /// Each takes an index into its list above. Another certificate makes sessions forgotten, as
+    /// the restart of a server does.
+    void showCertificate(size_t index) {
         ++mAge;
-        return choose(mCertificate, kCertificateNames, name);
+        mCertificate = index;
     }
-    bool treatSessions(const std::string& name) {
+    void treatSessions(size_t index) {
         ++mAge;
-        return choose(mSessionRule, kSessionRuleNames, name);
+        mSessionRule = index;
     }
-    bool speakVersion(const std::string& name) { return choose(mVersion, kTlsVersionNames, name); }
+    void speakVersion(size_t index) { mVersion = index; }
 
     /// Of the server's handshakes until now; the server sets it.
     std::function<TlsCounts()> counts = [] { return TlsCounts(); };
 
 private:
-    template <size_t kSize>
-    static bool choose(std::atomic<size_t>& choice, const std::array<const char*, kSize>& names,
-                       const std::string& name) {
-        const auto found = std::find(names.begin(), names.end(), name);
-        if (found == names.end()) {
-            return false;
-        }
-        choice = static_cast<size_t>(found - names.begin());
-        return true;
-    }
-
     std::atomic<size_t> mCertificate{0};
     std::atomic<size_t> mSessionRule{0};
     std::atomic<size_t> mVersion{0};

@@ -2,9 +2,7 @@
 
 #include <memory>
 
-#include "checks/contract.h"
-#include "server/httpserver.h"
-#include "server/json.h"
+#include "server/controlport.h"
 
 namespace vesk::backend {
 
@@ -16,35 +14,6 @@ constexpr size_t kShownRequests = 50;
 constexpr size_t kShownBytes = 2000;
 // A session gets lost without a change being noted.
 constexpr auto kRound = std::chrono::seconds(1);
-constexpr int kQuietRoundsBeforeSign = 5;
-
-/// "ok", "bad", or empty when the checks had ended before. They go in the order of the codes.
-const char* findingOf(int ret, Ret first, Ret last) {
-    if (ret == 0 || ret > static_cast<int>(last)) {
-        return ret >= static_cast<int>(Ret::UnknownPath) ? "" : "ok";
-    }
-    return ret >= static_cast<int>(first) ? "bad" : "";
-}
-
-std::string jsonOf(const LoggedRequest& entry) {
-    const ReceivedRequest& request = entry.request;
-    const auto received =
-        std::chrono::duration_cast<std::chrono::milliseconds>(entry.received.time_since_epoch());
-    return JsonLine()
-        .add("number", entry.number)
-        .add("received_ms", received.count())
-        .add("method", request.method)
-        .add("path", request.path().substr(0, kShownBytes))
-        .add("query", request.query().substr(0, kShownBytes))
-        .add("body", request.body.substr(0, kShownBytes))
-        .add("verdict", entry.verdict.substr(0, kShownBytes))
-        .add("time", findingOf(entry.ret, Ret::TimestampShape, Ret::TimestampStale))
-        .add("signature", findingOf(entry.ret, Ret::SignatureShape, Ret::SignatureWrong))
-        .add("content", findingOf(entry.ret, Ret::BodyNotJson, Ret::LogoutChannel))
-        .add("scripted", entry.scripted)
-        .add("status", entry.status)
-        .text();
-}
 
 // The browser fetches nothing from elsewhere, runs no script but the page's own, and shows it in
 // nobody's frame, where a click could be stolen.
@@ -61,15 +30,18 @@ void offer(httplib::Server& server, const char* path, std::string_view content, 
     });
 }
 
-bool send(httplib::DataSink& sink, const char* event, const std::string& json) {
-    const std::string text = std::string("event: ") + event + "\ndata: " + json + "\n\n";
+/// Sends the state when it is news.
+bool sendNews(httplib::DataSink& sink, const std::string& event, std::string& told,
+              const std::string& json) {
+    if (json == told) {
+        return true;
+    }
+    told = json;
+    const std::string text = "event: " + event + "\ndata: " + json + "\n\n";
     return sink.write(text.data(), text.size());
 }
 
 } // namespace
-
-ScanPage::ScanPage(const ScanSessions& sessions, const RequestLog& log, WaitingRoom& waitingRoom)
-    : mSessions(sessions), mLog(log), mWaitingRoom(waitingRoom) {}
 
 void ScanPage::install(httplib::Server& server) {
     offer(server, "/", kScanPageHtml, "text/html; charset=utf-8");
@@ -83,8 +55,7 @@ void ScanPage::install(httplib::Server& server) {
 void ScanPage::open(httplib::Response& response) {
     if (++mViewers > kMaxViewers) {
         --mViewers;
-        answerError(response, 503, "the scan page is open too often");
-        return;
+        throw Refusal(503, "the scan page is open too often");
     }
     response.set_header("Cache-Control", "no-store");
     const auto viewer = std::make_shared<Viewer>();
@@ -95,39 +66,10 @@ void ScanPage::open(httplib::Response& response) {
 }
 
 bool ScanPage::serve(Viewer& viewer, httplib::DataSink& sink) {
-    if (!mWaitingRoom.waitForChange(viewer.seen, kRound)) {
-        return false;
-    }
-    ++viewer.quietRounds;
-    std::string sessions = mSessions.toJson();
-    if (sessions != viewer.sessions) {
-        viewer.sessions = std::move(sessions);
-        viewer.quietRounds = 0;
-        if (!send(sink, "sessions", viewer.sessions)) {
-            return false;
-        }
-    }
-    const uint64_t lastRequest = mLog.lastChange();
-    if (!viewer.hasRequests || lastRequest != viewer.lastRequest) {
-        viewer.hasRequests = true;
-        viewer.lastRequest = lastRequest;
-        viewer.quietRounds = 0;
-        return send(sink, "requests", requests());
-    }
-    if (viewer.quietRounds >= kQuietRoundsBeforeSign) {
-        // Otherwise a page that has been closed would not be noticed.
-        viewer.quietRounds = 0;
-        return sink.write(":\n\n", 3);
-    }
-    return true;
-}
-
-std::string ScanPage::requests() const {
-    std::string json = "[";
-    for (const LoggedRequest& entry : mLog.latest(kShownRequests)) {
-        appendElement(json, jsonOf(entry));
-    }
-    return json + "]";
+    // A page that has been closed would not be noticed without a sign now and then.
+    return mWaitingRoom.waitForChange(viewer.seen, kRound) && sink.write(":\n\n", 3) &&
+           sendNews(sink, "sessions", viewer.sessions, mSessions.toJson()) &&
+           sendNews(sink, "requests", viewer.requests, mLog.toJson(kShownRequests, kShownBytes));
 }
 
 } // namespace vesk::backend

@@ -24,7 +24,8 @@ extern const std::string_view kScanPageIcon;
 class ScanPage {
 public:
     /// All references must outlive the server.
-    ScanPage(const ScanSessions& sessions, const RequestLog& log, WaitingRoom& waitingRoom);
+    ScanPage(const ScanSessions& sessions, const RequestLog& log, WaitingRoom& waitingRoom)
+        : mSessions(sessions), mLog(log), mWaitingRoom(waitingRoom) {}
 
     /// Sets the routes of the server.
     void install(httplib::Server& server);
@@ -34,15 +35,12 @@ private:
     struct Viewer {
         uint64_t seen = 0;
         std::string sessions;
-        uint64_t lastRequest = 0;
-        bool hasRequests = false;
-        int quietRounds = 0;
+        std::string requests;
     };
 
     void open(httplib::Response& response);
     /// @return false when the browser or the program has gone.
     bool serve(Viewer& viewer, httplib::DataSink& sink);
-    std::string requests() const;
 
     const ScanSessions& mSessions;
     const RequestLog& mLog;

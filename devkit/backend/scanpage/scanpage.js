@@ -6,12 +6,6 @@ const byId = (id) => document.getElementById(id);
 const fromTemplate = (id) => byId(id).content.firstElementChild.cloneNode(true);
 const items = new Map(); // the items on the page, by "<list> <key>"
 
-function setText(element, text) {
-  if (element.textContent !== text) {
-    element.textContent = text;
-  }
-}
-
 // Brings a list up to date and leaves what has not changed alone: focus and half-typed numbers stay.
 function showList(list, entries, key, make, update) {
   const wanted = new Map(entries.map((entry) => [`${list.id} ${entry[key]}`, entry]));
@@ -44,7 +38,7 @@ function ageOf(createdMs) {
 
 function showMessage(text) {
   byId("message").hidden = text === "";
-  setText(byId("message"), text);
+  byId("message").textContent = text;
 }
 
 async function press(id, button, item) {
@@ -68,14 +62,14 @@ function makeSession(session) {
   const item = fromTemplate("session-template");
   const title = item.querySelector("h3");
   title.id = `session-${session.id}`;
-  setText(title, `${session.channel} ${session.id}`);
+  title.textContent = `${session.channel} ${session.id}`;
   item.setAttribute("aria-labelledby", title.id);
   const image = item.querySelector("img");
   image.src = `sessions/${encodeURIComponent(session.id)}/qr.svg`;
   image.alt = `QR code: ${session.qrcode}`;
   item.dataset.created = session.created_ms;
-  setText(item.querySelector(".seq"), session.seq || "not known");
-  setText(item.querySelector(".address"), session.qrcode);
+  item.querySelector(".seq").textContent = session.seq || "not known";
+  item.querySelector(".address").textContent = session.qrcode;
   for (const button of item.querySelectorAll("button")) {
     button.addEventListener("click", () => press(session.id, button.dataset.button, item));
   }
@@ -88,8 +82,8 @@ function makeSession(session) {
 }
 
 function updateSession(item, session) {
-  setText(item.querySelector(".state"), session.state);
-  setText(item.querySelector(".age"), ageOf(session.created_ms));
+  item.querySelector(".state").textContent = session.state;
+  item.querySelector(".age").textContent = ageOf(session.created_ms);
   for (const button of item.querySelectorAll("button")) {
     button.disabled = !session.buttons.includes(button.dataset.button);
   }
@@ -101,20 +95,22 @@ function showSessions(sessions) {
   const over = newestFirst.filter((session) => !session.live);
   showList(byId("sessions"), live, "id", makeSession, updateSession);
   showList(byId("over-sessions"), over, "id", () => document.createElement("li"),
-    (item, session) => setText(item, `${session.channel} ${session.id}: ${session.state}` +
-      (session.seq ? `, sequence id ${session.seq}` : "")));
+    (item, session) => {
+      const seq = session.seq ? `, sequence id ${session.seq}` : "";
+      item.textContent = `${session.channel} ${session.id}: ${session.state}${seq}`;
+    });
   byId("no-sessions").hidden = live.length > 0;
   byId("over").hidden = over.length === 0;
-  setText(byId("session-count"), String(live.length));
-  setText(byId("over-count"), String(over.length));
+  byId("session-count").textContent = live.length;
+  byId("over-count").textContent = over.length;
 }
 
 function makeRequest(request) {
   const item = fromTemplate("request-template");
   const time = item.querySelector("time");
   time.dateTime = new Date(request.received_ms).toISOString();
-  setText(time, new Date(request.received_ms).toLocaleTimeString());
-  setText(item.querySelector(".what"), `${request.method} ${request.path}`);
+  time.textContent = new Date(request.received_ms).toLocaleTimeString();
+  item.querySelector(".what").textContent = `${request.method} ${request.path}`;
   for (const name of ["signature", "time", "content"]) {
     const finding = document.createElement("span");
     finding.className = "finding";
@@ -123,13 +119,14 @@ function makeRequest(request) {
     finding.textContent = `${name === "content" ? "body" : name} ${word}`;
     item.querySelector(".findings").append(finding);
   }
-  setText(item.querySelector(".answer"), (request.status === 0 ? "no answer" : `HTTP ${request.status}`) +
-    (request.scripted ? ", scripted" : ""));
+  const answer = request.status === 0 ? "no answer" : `HTTP ${request.status}`;
+  item.querySelector(".answer").textContent =
+    request.answered === "scripted" ? `${answer}, scripted` : answer;
   const verdict = item.querySelector(".verdict");
   verdict.hidden = request.verdict === "ok";
-  setText(verdict, request.verdict);
-  setText(item.querySelector(".query"), request.query);
-  setText(item.querySelector(".body"), request.body);
+  verdict.textContent = request.verdict;
+  item.querySelector(".query").textContent = request.query;
+  item.querySelector(".body").textContent = request.body;
   return item;
 }
 
@@ -139,12 +136,12 @@ function showRequests(requests) {
   }
   showList(byId("requests"), requests.slice().reverse(), "key", makeRequest, () => {});
   byId("no-requests").hidden = requests.length > 0;
-  setText(byId("request-count"), String(requests.length));
+  byId("request-count").textContent = requests.length;
 }
 
 function showConnection(state, text) {
   byId("connection").dataset.state = state;
-  setText(byId("connection"), text);
+  byId("connection").textContent = text;
 }
 
 const events = new EventSource("events");
@@ -160,6 +157,6 @@ events.addEventListener("requests", (event) => showRequests(JSON.parse(event.dat
 
 setInterval(() => {
   for (const item of document.querySelectorAll(".session")) {
-    setText(item.querySelector(".age"), ageOf(Number(item.dataset.created)));
+    item.querySelector(".age").textContent = ageOf(Number(item.dataset.created));
   }
 }, 1000);

@@ -1,5 +1,7 @@
 #include "scanpage/scansession.h"
 
+#include <algorithm>
+
 #include "server/json.h"
 
 namespace vesk::backend {
@@ -9,43 +11,37 @@ namespace {
 // The simulated messengers ask four times a second when nothing happens.
 constexpr auto kLostAfter = std::chrono::seconds(6);
 
+constexpr const char* kStateNames[] = {"waiting", "scanned",    "confirmed", "denied",
+                                       "expired", "kicked out", "failed",    "ended"};
+
 } // namespace
 
-bool ScanSession::allows(ScanButton button) const {
-    if (!isLive() || (button == ScanButton::KickOut && channel != "Ferno")) {
+std::string ScanWord::toJson(bool over) const {
+    return JsonLine().add("button", button).add("code", code).add("over", over).text();
+}
+
+bool ScanSession::isLost() const {
+    return isLive() && mAsking == 0 && Clock::now() - mLastAsked > kLostAfter;
+}
+
+bool ScanSession::allows(State next) const {
+    if (!isLive() || (next == State::KickedOut && channel != "Ferno")) {
         return false; // the KZ component has no event for a kick-out
     }
     if (mState == State::Confirmed) {
-        return button == ScanButton::KickOut;
+        return next == State::KickedOut;
     }
-    return button != ScanButton::Scanned || mState == State::Waiting;
+    return next != State::Scanned || mState == State::Waiting;
 }
 
 bool ScanSession::press(const ScanWord& word) {
-    if (!allows(word.button)) {
+    const auto button = std::find(kScanButtons.begin(), kScanButtons.end(), word.button);
+    const auto next = static_cast<State>(button - kScanButtons.begin() + 1);
+    if (!allows(next)) {
         return false;
     }
     mWords.push_back(word);
-    switch (word.button) {
-    case ScanButton::Scanned:
-        mState = State::Scanned;
-        break;
-    case ScanButton::Confirm:
-        mState = State::Confirmed;
-        break;
-    case ScanButton::Deny:
-        mState = State::Denied;
-        break;
-    case ScanButton::Expire:
-        mState = State::Expired;
-        break;
-    case ScanButton::KickOut:
-        mState = State::KickedOut;
-        break;
-    case ScanButton::Fail:
-        mState = State::Failed;
-        break;
-    }
+    mState = next;
     return true;
 }
 
@@ -56,20 +52,18 @@ void ScanSession::end() {
     }
 }
 
-void ScanSession::ownerHasAsked() {
+std::string ScanSession::ownerHasAsked(size_t index) {
     --mAsking;
     mLastAsked = Clock::now();
-}
-
-bool ScanSession::isLost() const {
-    return isLive() && mAsking == 0 && Clock::now() - mLastAsked > kLostAfter;
+    const ScanWord word = mWords.size() > index ? mWords[index] : ScanWord();
+    return word.toJson(!isLive() && mWords.size() <= index + 1);
 }
 
 std::string ScanSession::toJson() const {
     std::string buttons = "[";
-    for (const NamedButton& named : kScanButtons) {
-        if (allows(named.button)) {
-            appendElement(buttons, '"' + std::string(named.name) + '"');
+    for (size_t i = 0; i < kScanButtons.size(); ++i) {
+        if (allows(static_cast<State>(i + 1))) {
+            appendElement(buttons, '"' + std::string(kScanButtons[i]) + '"');
         }
     }
     const auto created =
@@ -80,35 +74,10 @@ std::string ScanSession::toJson() const {
         .add("seq", seq)
         .add("qrcode", qrCode)
         .add("created_ms", created.count())
-        .add("state", stateName())
+        .add("state", isLost() ? "lost" : kStateNames[static_cast<size_t>(mState)])
         .add("live", isLive() && !isLost())
         .addRaw("buttons", buttons + "]")
         .text();
-}
-
-const char* ScanSession::stateName() const {
-    if (isLost()) {
-        return "lost";
-    }
-    switch (mState) {
-    case State::Waiting:
-        return "waiting";
-    case State::Scanned:
-        return "scanned";
-    case State::Confirmed:
-        return "confirmed";
-    case State::Denied:
-        return "denied";
-    case State::Expired:
-        return "expired";
-    case State::KickedOut:
-        return "kicked out";
-    case State::Failed:
-        return "failed";
-    case State::Ended:
-        break;
-    }
-    return "ended";
 }
 
 } // namespace vesk::backend

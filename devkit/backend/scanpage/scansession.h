@@ -8,29 +8,19 @@
 
 namespace vesk::backend {
 
-/// What the player with the telephone can do.
-enum class ScanButton { Scanned, Confirm, Deny, Expire, KickOut, Fail };
-
-/// A button, and how the control API calls it.
-struct NamedButton {
-    ScanButton button;
-    const char* name;
-};
-
-constexpr std::array<NamedButton, 6> kScanButtons = {{
-    {ScanButton::Scanned, "scanned"},
-    {ScanButton::Confirm, "confirm"},
-    {ScanButton::Deny, "deny"},
-    {ScanButton::Expire, "expire"},
-    {ScanButton::KickOut, "kickout"},
-    {ScanButton::Fail, "fail"},
-}};
+/// What the player with the telephone can do, by the names that the control API has for it.
+constexpr std::array<const char*, 6> kScanButtons = {"scanned", "confirm", "deny",
+                                                     "expire",  "kickout", "fail"};
 
 /// A button that was pressed.
 struct ScanWord {
-    ScanButton button = ScanButton::Scanned;
-    /// For Fail: what the messenger reports, never 0.
+    /// Empty: none was.
+    std::string button;
+    /// For "fail": what the messenger reports, never 0.
     int code = 0;
+
+    /// @param over nothing will come any more
+    std::string toJson(bool over) const;
 };
 
 /// A QR code that waits for its player, and what that player has done. Its owner, a simulated
@@ -48,7 +38,8 @@ public:
     /// Whether there is still something to come: a confirmed session can be kicked out.
     bool isLive() const { return mState < State::Denied; }
 
-    bool allows(ScanButton button) const;
+    /// Live, but its owner has not asked for a while.
+    bool isLost() const;
 
     /// @return false when the button makes no sense now.
     bool press(const ScanWord& word);
@@ -56,20 +47,20 @@ public:
     /// The owner has gone, a logout for example.
     void end();
 
-    const std::vector<ScanWord>& words() const { return mWords; }
-
-    /// The owner asks, and has got its answer. One that has not asked for a while is lost.
+    /// The owner asks for the word with that index, and has got its answer.
     void ownerAsks() { ++mAsking; }
-    void ownerHasAsked();
-    bool isLost() const;
+    bool hasAnswer(size_t index) const { return mWords.size() > index || !isLive(); }
+    /// @return the answer
+    std::string ownerHasAsked(size_t index);
 
     std::string toJson() const;
 
 private:
-    /// Those from Denied on are final.
+    /// After the first one in the order of the buttons that lead there. Those from Denied on are
+    /// final.
     enum class State { Waiting, Scanned, Confirmed, Denied, Expired, KickedOut, Failed, Ended };
 
-    const char* stateName() const;
+    bool allows(State next) const;
 
     State mState = State::Waiting;
     std::vector<ScanWord> mWords;

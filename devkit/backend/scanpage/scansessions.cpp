@@ -1,20 +1,26 @@
 #include "scanpage/scansessions.h"
 
 #include <algorithm>
+#include <climits>
 
-#include "server/digest.h"
+#include "scanpage/qrimage.h"
 #include "server/json.h"
 
 namespace vesk::backend {
 
 namespace {
 
+using std::chrono::milliseconds;
+
 constexpr size_t kMaxSessions = 200;
 constexpr size_t kMaxOver = 20;
 constexpr size_t kIdBytes = 6;
+constexpr size_t kMaxSeq = 200;
+constexpr long long kMaxWaitMs = 30000;
+constexpr long long kMaxIndex = 1000000;
 // Each one that waits holds a thread of the server, which has 32.
 constexpr int kMaxWaiting = 16;
-constexpr auto kBusyWait = std::chrono::milliseconds(100);
+constexpr auto kBusyWait = milliseconds(100);
 
 bool isOver(const ScanSession& session) {
     return !session.isLive() || session.isLost();
@@ -24,25 +30,42 @@ std::string inventedCode(const std::string& channel, const std::string& id) {
     return (channel == "KZ" ? "https://kz.example/qr/" : "https://ferno.example/qr/") + id;
 }
 
+/// A number in the query, 0 when it is missing.
+long long numberIn(const httplib::Request& request, const char* name, long long max) {
+    const std::string text = request.has_param(name) ? request.get_param_value(name) : "0";
+    const auto number = numberOf(text, 0, max);
+    if (!number) {
+        throw Refusal(400, std::string(name) + " is not a number from 0 to " + std::to_string(max));
+    }
+    return *number;
+}
+
 } // namespace
 
-ScanSession ScanSessions::begin(const std::string& channel, const std::string& seq,
-                                const std::string& qrCode) {
-    ScanSession session;
-    session.channel = channel;
-    session.seq = seq;
-    {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        forgetOldOnes();
-        if (mSessions.size() >= kMaxSessions) {
-            return session;
-        }
-        session.id = randomHex(kIdBytes);
-        session.qrCode = qrCode.empty() ? inventedCode(channel, session.id) : qrCode;
-        mSessions.push_back(session);
-    }
-    mWaitingRoom.noteChange();
-    return session;
+void ScanSessions::install(httplib::Server& server) {
+    using httplib::Request;
+    onGet(server, "/sessions", [this](const Request&) { return toJson(); });
+    onJson(server, "/sessions",
+           [this](const Request&, const PostedJson& body) { return begin(body); });
+    onJson(server, "/sessions/([0-9a-f]+)/press",
+           [this](const Request& request, const PostedJson& body) {
+               press(request.matches[1], body);
+               return "{}";
+           });
+    onJson(server, "/sessions/([0-9a-f]+)/end", [this](const Request& request, const PostedJson&) {
+        change(request.matches[1], [](ScanSession& session) { session.end(); });
+        return "{}";
+    });
+    onGet(server, "/sessions/([0-9a-f]+)/word", [this](const Request& request) {
+        const auto index = static_cast<size_t>(numberIn(request, "index", kMaxIndex));
+        const milliseconds time(numberIn(request, "wait_ms", kMaxWaitMs));
+        return waitForWord(request.matches[1], index, time);
+    });
+    server.Get("/sessions/([0-9a-f]+)/qr\\.svg", [this](const Request& request,
+                                                        httplib::Response& response) {
+        response.set_header("Content-Security-Policy", "default-src 'none'");
+        response.set_content(qrSvg(qrCodeOf(request.matches[1])).value_or(""), "image/svg+xml");
+    });
 }
 
 std::string ScanSessions::toJson() const {
@@ -54,101 +77,102 @@ std::string ScanSessions::toJson() const {
     return json + "]";
 }
 
-std::optional<std::string> ScanSessions::qrCodeOf(const std::string& id) const {
-    const std::lock_guard<std::mutex> lock(mMutex);
-    for (const ScanSession& session : mSessions) {
-        if (session.id == id) {
-            return session.qrCode;
-        }
+std::string ScanSessions::begin(const PostedJson& body) {
+    static const std::vector<std::string> kChannels = {"Ferno", "KZ"};
+    ScanSession session;
+    session.id = randomHex(kIdBytes);
+    session.channel = kChannels[body.choice("channel", kChannels, false)];
+    session.qrCode = body.text("qrcode");
+    session.seq = body.text("seq");
+    if (session.qrCode.empty()) {
+        session.qrCode = inventedCode(session.channel, session.id);
     }
-    return std::nullopt;
-}
-
-ScanSessions::Pressed ScanSessions::press(const std::string& id, const ScanWord& word) {
+    if (session.seq.size() > kMaxSeq || !qrSvg(session.qrCode)) {
+        throw Refusal(400, "the QR code's text or the sequence id is too long");
+    }
+    if (session.seq.empty()) {
+        session.seq = mIssued.seqOf(body.text("precode"));
+    }
     {
         const std::lock_guard<std::mutex> lock(mMutex);
-        ScanSession* session = find(id);
-        if (session == nullptr) {
-            return Pressed::Unknown;
+        forgetOldOnes();
+        if (mSessions.size() >= kMaxSessions) {
+            throw Refusal(503, "there are too many sessions");
         }
-        if (!session->press(word)) {
-            return Pressed::NotNow;
-        }
+        mSessions.push_back(session);
     }
-    mChanged.notify_all();
     mWaitingRoom.noteChange();
-    return Pressed::Done;
+    return JsonLine().add("id", session.id).add("qrcode", session.qrCode).text();
 }
 
-std::optional<ScanSessions::Word> ScanSessions::waitForWord(const std::string& id, size_t index,
-                                                            std::chrono::milliseconds time) {
-    std::unique_lock<std::mutex> lock(mMutex);
-    if (ScanSession* session = find(id)) {
-        session->ownerAsks();
-    } else {
-        return std::nullopt;
+void ScanSessions::press(const std::string& id, const PostedJson& body) {
+    ScanWord word;
+    word.button =
+        kScanButtons[body.choice("button", {kScanButtons.begin(), kScanButtons.end()}, false)];
+    word.code = body.number("code", INT_MIN, INT_MAX, 0);
+    if (word.button == "fail" && word.code == 0) {
+        throw Refusal(400, "the button 'fail' needs a code, a number other than 0");
     }
-    ++mWaiting;
-    const auto patience = mWaiting > kMaxWaiting ? std::min(time, kBusyWait) : time;
-    // Looked up anew each time: the session may be gone, or lie elsewhere, after a wait.
-    ScanSession* session = nullptr;
-    mChanged.wait_for(lock, patience, [&] {
-        session = find(id);
-        return mClosed || session == nullptr || session->words().size() > index ||
-               !session->isLive();
+    change(id, [&word](ScanSession& session) {
+        if (!session.press(word)) {
+            throw Refusal(409, "the session does not take that button now");
+        }
     });
+}
+
+std::string ScanSessions::waitForWord(const std::string& id, size_t index, milliseconds time) {
+    {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        find(id).ownerAsks();
+    }
+    const bool isBusy = ++mWaiting > kMaxWaiting;
+    mWaitingRoom.waitUntil(
+        [&] {
+            const std::lock_guard<std::mutex> lock(mMutex);
+            const ScanSession* session = lookUp(id);
+            return session == nullptr || session->hasAnswer(index);
+        },
+        isBusy ? std::min(time, kBusyWait) : time);
     --mWaiting;
-    Word answer;
-    if (session == nullptr) {
-        answer.over = true;
-        return answer;
-    }
-    session->ownerHasAsked();
-    if (session->words().size() > index) {
-        answer.word = session->words()[index];
-    }
-    answer.over = !session->isLive() && session->words().size() <= index + 1;
-    return answer;
+    // Looked up anew: the session may be gone, or lie elsewhere, after a wait.
+    const std::lock_guard<std::mutex> lock(mMutex);
+    ScanSession* session = lookUp(id);
+    return session == nullptr ? ScanWord().toJson(true) : session->ownerHasAsked(index);
 }
 
-bool ScanSessions::end(const std::string& id) {
+std::string ScanSessions::qrCodeOf(const std::string& id) {
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return find(id).qrCode;
+}
+
+void ScanSessions::change(const std::string& id, const std::function<void(ScanSession&)>& how) {
     {
         const std::lock_guard<std::mutex> lock(mMutex);
-        ScanSession* session = find(id);
-        if (session == nullptr) {
-            return false;
-        }
-        session->end();
+        how(find(id));
     }
-    mChanged.notify_all();
     mWaitingRoom.noteChange();
-    return true;
 }
 
-void ScanSessions::close() {
-    {
-        const std::lock_guard<std::mutex> lock(mMutex);
-        mClosed = true;
-    }
-    mChanged.notify_all();
-}
-
-ScanSession* ScanSessions::find(const std::string& id) {
+ScanSession* ScanSessions::lookUp(const std::string& id) {
     const auto found = std::find_if(mSessions.begin(), mSessions.end(),
                                     [&](const ScanSession& session) { return session.id == id; });
     return found == mSessions.end() ? nullptr : &*found;
 }
 
+ScanSession& ScanSessions::find(const std::string& id) {
+    ScanSession* const session = lookUp(id);
+    if (session == nullptr) {
+        throw Refusal(404, "there is no session " + inQuotes(id));
+    }
+    return *session;
+}
+
 void ScanSessions::forgetOldOnes() {
     auto over = static_cast<size_t>(std::count_if(mSessions.begin(), mSessions.end(), isOver));
-    for (auto session = mSessions.begin(); session != mSessions.end() && over > kMaxOver;) {
-        if (isOver(*session)) {
-            session = mSessions.erase(session);
-            --over;
-        } else {
-            ++session;
-        }
-    }
+    const auto forgotten = [&over](const ScanSession& session) {
+        return over > kMaxOver && isOver(session) && over-- > 0;
+    };
+    mSessions.erase(std::remove_if(mSessions.begin(), mSessions.end(), forgotten), mSessions.end());
 }
 
 } // namespace vesk::backend

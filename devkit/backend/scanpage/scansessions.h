@@ -1,14 +1,17 @@
 #ifndef VESK_DEVKIT_BACKEND_SCANPAGE_SCANSESSIONS_H
 #define VESK_DEVKIT_BACKEND_SCANPAGE_SCANSESSIONS_H
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
-#include <optional>
 #include <string>
 
+#include "answers/issued.h"
+#include "httplib.h"
 #include "scanpage/scansession.h"
+#include "server/controlport.h"
 #include "server/waitingroom.h"
 
 namespace vesk::backend {
@@ -17,52 +20,34 @@ namespace vesk::backend {
 /// to use from several threads.
 class ScanSessions {
 public:
-    enum class Pressed { Done, Unknown, NotNow };
+    /// @param waitingRoom hears of every change. Both references must outlive the server.
+    ScanSessions(const Issued& issued, WaitingRoom& waitingRoom)
+        : mIssued(issued), mWaitingRoom(waitingRoom) {}
 
-    /// The answer to an owner that waits.
-    struct Word {
-        /// There was none when it is not there.
-        std::optional<ScanWord> word;
-        /// Nothing will come any more.
-        bool over = false;
-    };
-
-    /// @param waitingRoom hears of every change
-    explicit ScanSessions(WaitingRoom& waitingRoom) : mWaitingRoom(waitingRoom) {}
-
-    /// Begins a session; no id in it when there are too many.
-    /// @param qrCode empty: the backend makes one up
-    ScanSession begin(const std::string& channel, const std::string& seq,
-                      const std::string& qrCode);
+    /// GET and POST /sessions, and under /sessions/<id>/ GET qr.svg and word, POST press and end.
+    void install(httplib::Server& server);
 
     /// All of them as a JSON array, oldest first. Sessions that are over stay for a while.
     std::string toJson() const;
 
-    std::optional<std::string> qrCodeOf(const std::string& id) const;
-
-    Pressed press(const std::string& id, const ScanWord& word);
-
-    /// Waits for the word with this index; nothing for a session that is not known.
-    std::optional<Word> waitForWord(const std::string& id, size_t index,
-                                    std::chrono::milliseconds time);
-
-    /// @return false when the session is not known.
-    bool end(const std::string& id);
-
-    /// The program ends: wakes everybody, and nobody waits any more.
-    void close();
-
 private:
-    // Called with the lock held; null when it is not known.
-    ScanSession* find(const std::string& id);
+    std::string begin(const PostedJson& body);
+    void press(const std::string& id, const PostedJson& body);
+    std::string waitForWord(const std::string& id, size_t index, std::chrono::milliseconds time);
+    std::string qrCodeOf(const std::string& id);
+    /// Changes a session; a Refusal when there is none.
+    void change(const std::string& id, const std::function<void(ScanSession&)>& how);
+
+    // Called with the lock held. Null, or a Refusal, when it is not known.
+    ScanSession* lookUp(const std::string& id);
+    ScanSession& find(const std::string& id);
     void forgetOldOnes();
 
+    const Issued& mIssued;
     WaitingRoom& mWaitingRoom;
     mutable std::mutex mMutex;
-    std::condition_variable mChanged;
     std::deque<ScanSession> mSessions;
-    int mWaiting = 0;
-    bool mClosed = false;
+    std::atomic<int> mWaiting{0};
 };
 
 } // namespace vesk::backend

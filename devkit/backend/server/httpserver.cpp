@@ -78,41 +78,20 @@ bool HttpServer::stop() {
     return mEnded;
 }
 
-bool readBody(const httplib::Request& request, const httplib::ContentReader& reader,
-              std::string& body) {
+std::optional<std::string> readBody(const httplib::Request& request,
+                                    const httplib::ContentReader& reader) {
+    std::string body;
     // Without either header a request has no body; the library would wait for one.
     if (!request.has_header("Content-Length") && !request.has_header("Transfer-Encoding")) {
-        return true;
+        return body;
     }
-    // The library hands such a body out in parts only, not as it came.
-    if (request.is_multipart_form_data()) {
-        return false;
-    }
-    return reader([&body](const char* data, size_t size) {
-        body.append(data, size);
-        return true;
-    });
-}
-
-void answerError(httplib::Response& response, int status, const std::string& error) {
-    response.status = status;
-    response.set_content(JsonLine().add("error", error).text(), kJsonType);
-}
-
-void onPost(httplib::Server& server, const char* path, const JsonHandler& handler) {
-    server.Post(path, [handler](const httplib::Request& request, httplib::Response& response,
-                                const httplib::ContentReader& reader) {
-        std::string body;
-        const bool isRead = readBody(request, reader, body);
-        const std::string type = request.get_header_value("Content-Type");
-        if (type.substr(0, type.find_first_of("; ")) != kJsonType) {
-            answerError(response, 415, "the content type must be application/json");
-        } else if (const auto members = isRead ? devkit::readJsonObject(body) : std::nullopt) {
-            handler(request, *members, response);
-        } else {
-            answerError(response, 400, "the body is not a JSON object");
-        }
-    });
+    // The library hands a multipart body out in parts only, not as it came.
+    const bool isRead =
+        !request.is_multipart_form_data() && reader([&body](const char* data, size_t size) {
+            body.append(data, size);
+            return true;
+        });
+    return isRead ? std::make_optional(body) : std::nullopt;
 }
 
 } // namespace vesk::backend

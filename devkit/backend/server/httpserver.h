@@ -2,13 +2,12 @@
 #define VESK_DEVKIT_BACKEND_SERVER_HTTPSERVER_H
 
 #include <atomic>
-#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 
 #include "httplib.h"
-#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -46,22 +45,11 @@ private:
     int mPort = 0;
 };
 
-/// Reads the body of a request, byte for byte.
-/// @return false when it cannot be read.
-bool readBody(const httplib::Request& request, const httplib::ContentReader& reader,
-              std::string& body);
+/// The body of a request, byte for byte; nothing when it cannot be read.
+std::optional<std::string> readBody(const httplib::Request& request,
+                                    const httplib::ContentReader& reader);
 
 constexpr const char* kJsonType = "application/json";
-
-/// Answers {"error":"<what is wrong>"}.
-void answerError(httplib::Response& response, int status, const std::string& error);
-
-using JsonHandler =
-    std::function<void(const httplib::Request&, const JsonMembers&, httplib::Response&)>;
-
-/// Sets the route of a POST whose body must be a JSON object and say so in its content type: a form
-/// on a page of another site cannot send that type.
-void onPost(httplib::Server& server, const char* path, const JsonHandler& handler);
 
 } // namespace vesk::backend
 

@@ -2,6 +2,8 @@
 #define VESK_DEVKIT_BACKEND_SERVER_SYSTEM_H
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 namespace vesk::backend {
 
@@ -25,6 +27,9 @@ bool hasArrived(std::intptr_t socket);
 /// Whether a connection can be reset. Windows resets when the last handle is closed only, and that
 /// one is the HTTP library's: there the peer sees an orderly end.
 bool canReset();
+
+/// MD5 as 32 lower-case hexadecimal digits. Throws std::runtime_error when that refuses.
+std::string md5Hex(std::string_view data);
 
 } // namespace vesk::backend
 

@@ -1,8 +1,12 @@
 #include "server/system.h"
 
+#include <openssl/evp.h>
 #include <poll.h>
 #include <signal.h>
+#include <stdexcept>
 #include <sys/socket.h>
+
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -44,6 +48,16 @@ bool hasArrived(std::intptr_t socket) {
 
 bool canReset() {
     return true;
+}
+
+std::string md5Hex(std::string_view data) {
+    std::string digest(EVP_MAX_MD_SIZE, '\0');
+    unsigned int size = 0;
+    if (EVP_Digest(data.data(), data.size(), reinterpret_cast<unsigned char*>(digest.data()), &size,
+                   EVP_md5(), nullptr) != 1) {
+        throw std::runtime_error("OpenSSL computed no digest");
+    }
+    return toHex(std::string_view(digest).substr(0, size));
 }
 
 } // namespace vesk::backend

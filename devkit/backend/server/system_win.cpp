@@ -1,6 +1,10 @@
 #include "server/system.h"
 
 #include <winsock2.h>
+#include <bcrypt.h>
+#include <stdexcept>
+
+#include "server/json.h"
 
 namespace vesk::backend {
 
@@ -19,6 +23,10 @@ BOOL WINAPI onControl(DWORD type) {
         Sleep(INFINITE);
     }
     return TRUE;
+}
+
+PUCHAR bytesOf(const char* data) {
+    return reinterpret_cast<PUCHAR>(const_cast<char*>(data));
 }
 
 } // namespace
@@ -48,6 +56,22 @@ bool hasArrived(std::intptr_t socket) {
 
 bool canReset() {
     return false;
+}
+
+std::string md5Hex(std::string_view data) {
+    BCRYPT_ALG_HANDLE algorithm = nullptr;
+    std::string digest(16, '\0');
+    bool done = BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_MD5_ALGORITHM, nullptr, 0) == 0;
+    if (done) {
+        done =
+            BCryptHash(algorithm, nullptr, 0, bytesOf(data.data()), static_cast<ULONG>(data.size()),
+                       bytesOf(digest.data()), static_cast<ULONG>(digest.size())) == 0;
+        BCryptCloseAlgorithmProvider(algorithm, 0);
+    }
+    if (!done) {
+        throw std::runtime_error("Windows computed no digest");
+    }
+    return toHex(digest);
 }
 
 } // namespace vesk::backend

@@ -15,6 +15,11 @@ void WaitingRoom::noteChange() {
     mNews.notify_all();
 }
 
+void WaitingRoom::waitUntil(const std::function<bool()>& isSo, std::chrono::milliseconds time) {
+    std::unique_lock<std::mutex> lock(mMutex);
+    mNews.wait_for(lock, time, [&] { return mClosed || isSo(); });
+}
+
 bool WaitingRoom::waitForChange(uint64_t& seen, std::chrono::milliseconds time) {
     std::unique_lock<std::mutex> lock(mMutex);
     mNews.wait_for(lock, time, [&] { return mClosed || mChanges != seen; });

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 
 namespace vesk::backend {
@@ -16,11 +17,14 @@ public:
     /// @return whether the program ends.
     bool waitFor(std::chrono::milliseconds time);
 
-    /// Something that is shown has changed.
+    /// Something that is shown has changed. The caller holds no lock that a condition takes.
     void noteChange();
 
-    /// Waits for a change after the count @p seen, which is then the newest one; for @p time at
-    /// most, and not at all once the program ends.
+    /// Waits until a change has brought @p isSo about; for @p time at most, and not at all once the
+    /// program ends.
+    void waitUntil(const std::function<bool()>& isSo, std::chrono::milliseconds time);
+
+    /// Waits in that way for a change after the count @p seen, which is then the newest one.
     /// @return whether the program goes on.
     bool waitForChange(uint64_t& seen, std::chrono::milliseconds time);
 
