@@ -16,22 +16,21 @@ void appendJsonText(std::string& out, std::string_view text) {
             text.remove_prefix(1);
             continue;
         }
-        const std::string_view character = firstCharacter(text);
-        const uint32_t code = codePoint(character);
-        if (utf8Length(text) == 0) {
+        const Character character = firstCharacter(text);
+        if (!character.isValid) {
             out.append("\\ufffd");
         } else if (c == '"' || c == '\\') {
-            out.append("\\").append(character);
+            out.append("\\").append(character.bytes);
         } else if (c == '\n') {
             out.append("\\n");
-        } else if (isControl(code)) {
+        } else if (isControl(character.code)) {
             char escape[8] = {};
-            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(code) & 0xFFFFU);
+            std::snprintf(escape, sizeof escape, "\\u%04x", character.code & 0xFFFFU);
             out.append(escape);
         } else {
-            out.append(character);
+            out.append(character.bytes);
         }
-        text.remove_prefix(character.size());
+        text.remove_prefix(character.bytes.size());
     }
     out.push_back('"');
 }

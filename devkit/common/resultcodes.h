@@ -18,9 +18,9 @@ constexpr int64_t kNobody = -1;
 /// A result's retCode.
 Explanation explainResult(int64_t retCode);
 
-/// A result's thirdCode. Who it is from, and so what it means, hangs on the retCode beside it; the
-/// meaning begins with that: "libcurl reports 77, cacert.pem cannot be read". Both are empty for
-/// kNobody, and for a success.
+/// A result's thirdCode. Who it is from, and so what it means, depends on the retCode beside it;
+/// the meaning begins with that: "libcurl reports 77, cacert.pem cannot be read". Both are empty
+/// for kNobody, and for a success.
 Explanation explainOutside(int64_t retCode, int64_t thirdCode);
 
 /// The more exact of the two remedies.

@@ -1,6 +1,8 @@
 #include "text.h"
 
 #include <algorithm>
+#include <rapidjson/encodings.h>
+#include <rapidjson/memorystream.h>
 
 namespace vesk::devkit {
 
@@ -20,42 +22,13 @@ std::vector<std::string> split(std::string_view text, char separator) {
     return parts;
 }
 
-size_t utf8Length(std::string_view text) {
-    const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned first = byte(0);
-    const size_t length = first < 0x80   ? 1
-                          : first < 0xC2 ? 0
-                          : first < 0xE0 ? 2
-                          : first < 0xF0 ? 3
-                                         : 4;
-    if (length == 0 || first > 0xF4 || length > text.size()) {
-        return 0;
+Character firstCharacter(std::string_view text) {
+    rapidjson::MemoryStream stream(text.data(), text.size());
+    unsigned code = 0;
+    if (rapidjson::UTF8<>::Decode(stream, &code)) {
+        return {text.substr(0, stream.Tell()), code, true};
     }
-    for (size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80) {
-            return 0;
-        }
-    }
-    // Overlong forms, surrogates, and what lies beyond the last character.
-    const bool wrong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xED && byte(1) > 0x9F) ||
-                       (first == 0xF0 && byte(1) < 0x90) || (first == 0xF4 && byte(1) > 0x8F);
-    return wrong ? 0 : length;
-}
-
-std::string_view firstCharacter(std::string_view text) {
-    return text.substr(0, text.empty() ? 0 : std::max<size_t>(utf8Length(text), 1));
-}
-
-uint32_t codePoint(std::string_view character) {
-    const auto byte = [&](size_t i) { return static_cast<unsigned char>(character[i]); };
-    uint32_t code = byte(0);
-    if (character.size() > 1) {
-        code &= 0x7FU >> character.size();
-    }
-    for (size_t i = 1; i < character.size(); ++i) {
-        code = code << 6 | (byte(i) & 0x3FU);
-    }
-    return code;
+    return {text.substr(0, 1), static_cast<unsigned char>(text.front()), false};
 }
 
 bool isControl(uint32_t code) {
@@ -67,9 +40,9 @@ bool isControl(uint32_t code) {
 std::string printable(std::string_view text) {
     std::string result;
     while (!text.empty()) {
-        const std::string_view character = firstCharacter(text);
-        result += utf8Length(text) == 0 || isControl(codePoint(character)) ? "?" : character;
-        text.remove_prefix(character.size());
+        const Character character = firstCharacter(text);
+        result += character.isValid && !isControl(character.code) ? character.bytes : "?";
+        text.remove_prefix(character.bytes.size());
     }
     return result;
 }

@@ -1,7 +1,6 @@
 #ifndef VESK_DEVKIT_COMMON_TEXT_H
 #define VESK_DEVKIT_COMMON_TEXT_H
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -20,14 +19,15 @@ std::string_view trimmed(std::string_view text);
 /// The parts between the separators, empty ones too; none of an empty text.
 std::vector<std::string> split(std::string_view text, char separator);
 
-/// How many bytes the character has that begins @p text, which is not empty; 0 when none does.
-size_t utf8Length(std::string_view text);
+/// A character in UTF-8, or a byte that belongs to none.
+struct Character {
+    std::string_view bytes;
+    uint32_t code = 0; ///< the code point; that byte's value when it belongs to none
+    bool isValid = false;
+};
 
-/// The character that begins @p text, or the byte that belongs to none; empty of an empty text.
-std::string_view firstCharacter(std::string_view text);
-
-/// The code point of a character in UTF-8, or of a byte that belongs to none.
-uint32_t codePoint(std::string_view character);
+/// The one that begins @p text, which is not empty.
+Character firstCharacter(std::string_view text);
 
 /// Whether it is a control character of any kind, line feed and tab included, or one that changes
 /// the order or the lines in which others appear.

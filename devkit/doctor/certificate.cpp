@@ -1,8 +1,19 @@
 #include "certificate.h"
 
+#include <ctime>
 #include <utility>
 
 namespace vesk::doctor {
+
+std::string dayText(int64_t seconds) {
+    const std::time_t time = static_cast<std::time_t>(seconds);
+    const std::tm* const utc = std::gmtime(&time);
+    char text[32] = {};
+    // Windows counts until the year 3000.
+    return utc != nullptr && std::strftime(text, sizeof text, "%Y-%m-%d", utc) != 0
+               ? text
+               : "a day far from now";
+}
 
 PemFile::PemFile(const std::string& text)
     : privateKey(text.find("PRIVATE KEY-----") != std::string::npos) {

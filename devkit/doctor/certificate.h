@@ -13,17 +13,15 @@ namespace vesk::doctor {
 struct Certificate {
     std::string subject; ///< the common name, or the organisation when there is none
     std::string issuer;
-    std::string encodedSubject; ///< the whole names, to be compared
-    std::string encodedIssuer;
     int64_t begin = 0; ///< Unix seconds
     int64_t end = 0;
-
-    /// Whether the other one bears the name of this one's issuer.
-    bool isFrom(const Certificate& other) const { return encodedIssuer == other.encodedSubject; }
 };
 
 /// The certificate of one PEM block, read by the system's library; nothing when it is none.
 std::optional<Certificate> readCertificate(const std::string& block);
+
+/// "2026-11-24", the day in UTC of a time in Unix seconds.
+std::string dayText(int64_t seconds);
 
 /// What stands in a PEM file.
 struct PemFile {

@@ -25,10 +25,6 @@ std::string textOf(const Context& certificate, DWORD issuer) {
     return "a certificate without a name";
 }
 
-std::string encoded(const CERT_NAME_BLOB& name) {
-    return {reinterpret_cast<const char*>(name.pbData), name.cbData};
-}
-
 int64_t secondsOf(const FILETIME& time) {
     constexpr int64_t kSecondsFrom1601To1970 = 11644473600;
     constexpr int64_t kTicksASecond = 10000000;
@@ -54,8 +50,7 @@ std::optional<Certificate> readCertificate(const std::string& block) {
         return {};
     }
     const CERT_INFO& info = *certificate->pCertInfo;
-    return Certificate{textOf(certificate, 0),    textOf(certificate, CERT_NAME_ISSUER_FLAG),
-                       encoded(info.Subject),     encoded(info.Issuer),
+    return Certificate{textOf(certificate, 0), textOf(certificate, CERT_NAME_ISSUER_FLAG),
                        secondsOf(info.NotBefore), secondsOf(info.NotAfter)};
 }
 

@@ -1,6 +1,8 @@
+#include <algorithm>
 
-#include "checks.h"
 #include "common/file.h"
+#include "doctor.h"
+#include "module.h"
 
 namespace fs = std::filesystem;
 
@@ -60,20 +62,27 @@ bool isSimulator(const std::string& bytes) {
     return bytes.find("_sim_calls.txt") != std::string::npos;
 }
 
-Findings checkEntryPoints(const Channel& channel, const BinaryFile& file) {
+std::vector<std::string> entryPointsOf(const Channel& channel) {
+    std::vector<std::string> names;
+    for (const EntryPoint& entry : kEntryPoints) {
+        if (entry.channel == channel.name) {
+            names.emplace_back(entry.name);
+        }
+    }
+    return names;
+}
+
+Findings describeMissing(const Channel& channel, const std::vector<std::string>& missing) {
     Findings findings;
     for (const EntryPoint& entry : kEntryPoints) {
-        if (entry.channel != channel.name || file.exports.count(entry.name) != 0) {
-            continue;
+        if (std::find(missing.begin(), missing.end(), entry.name) != missing.end()) {
+            const auto judge = entry.without == kNoLogin ? problem : warning;
+            findings.push_back(
+                judge(channel.name,
+                      channel.component + " does not export " + entry.name + ": " + entry.without,
+                      "Put the version there that the SDK was made for; it comes from " +
+                          channel.origin + "."));
         }
-        const bool fatal = entry.without == kNoLogin;
-        findings.push_back(
-            {fatal ? Verdict::Problem : Verdict::Warning,
-             channel.name,
-             channel.component + " does not export " + entry.name + ": " + entry.without,
-             "Put the version there that the SDK was made for; it comes from " + channel.origin +
-                 ".",
-             {}});
     }
     return findings;
 }
@@ -104,25 +113,26 @@ Finding checkMissing(const Channel& channel, const devkit::IniFile* config) {
     return ok(channel.name, "not used: " + channel.component + " is not there");
 }
 
-Findings checkChannel(const Channel& channel, const fs::path& folder, const devkit::IniFile* config,
-                      BinaryFile::Kind system) {
-    if (channel.name == "KZ" && system == BinaryFile::Kind::Linux64) {
+Findings checkChannel(const Channel& channel, const fs::path& folder,
+                      const devkit::IniFile* config) {
+    if (channel.name == "KZ" && kSystem == ModuleKind::Linux64) {
         return {ok(channel.name, "not on Linux: its component is made for Windows only")};
     }
-    std::error_code ignored;
-    if (!fs::exists(folder / channel.component, ignored)) {
+    const fs::path file = folder / channel.component;
+    if (!isThere(file)) {
         return {checkMissing(channel, config)};
     }
-    const std::string bytes = devkit::readFile(folder / channel.component);
-    const BinaryFile file = readBinaryFile(bytes);
-    if (file.kind != system || file.damaged) {
-        const std::string is =
-            file.damaged ? " is damaged or cut off" : " is " + kindText(file.kind);
+    const std::string bytes = devkit::readFile(file);
+    const ModuleKind kind = kindOf(bytes);
+    const auto missing =
+        kind == kSystem ? missingExports(file, entryPointsOf(channel)) : std::nullopt;
+    if (!missing) {
+        const std::string is = kind == kSystem ? " is damaged or cut off" : " is " + kindText(kind);
         return {problem(channel.name, channel.component + is,
-                        "Put " + kindText(system) + " of that name there; it comes from " +
+                        "Put " + kindText(kSystem) + " of that name there; it comes from " +
                             channel.origin + ".")};
     }
-    Findings findings = checkEntryPoints(channel, file);
+    Findings findings = describeMissing(channel, *missing);
     // The simulators take any setting, and none.
     if (config != nullptr && !isSimulator(bytes)) {
         append(findings, checkKeys(channel, *config));
@@ -136,14 +146,12 @@ Findings checkChannel(const Channel& channel, const fs::path& folder, const devk
 
 } // namespace
 
-Findings checkComponents(const fs::path& folder, const devkit::IniFile* config,
-                         BinaryFile::Kind system) {
+Findings checkComponents(const fs::path& folder, const devkit::IniFile* config) {
     Findings findings;
     bool used = false;
     for (const Channel& channel : channels()) {
-        append(findings, checkChannel(channel, folder, config, system));
-        std::error_code ignored;
-        used = used || fs::exists(folder / channel.component, ignored);
+        append(findings, checkChannel(channel, folder, config));
+        used = used || isThere(folder / channel.component);
     }
     if (!used) {
         findings.push_back(problem("channels", "no component of any channel is there",
@@ -153,11 +161,11 @@ Findings checkComponents(const fs::path& folder, const devkit::IniFile* config,
     return findings;
 }
 
-std::vector<std::string> simulatedComponents(const fs::path& folder) {
-    std::vector<std::string> found;
+std::string simulatedComponents(const fs::path& folder) {
+    std::string found;
     for (const Channel& channel : channels()) {
         if (isSimulator(devkit::readFile(folder / channel.component))) {
-            found.push_back(channel.component);
+            found += (found.empty() ? "" : ", ") + channel.component;
         }
     }
     return found;

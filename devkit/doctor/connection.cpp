@@ -1,5 +1,6 @@
 #include "connection.h"
 
+#include <cstdio>
 #include <ctime>
 #include <curl/curl.h>
 #include <memory>
@@ -14,22 +15,30 @@ using Step = Connection::Step;
 /// The SDK's own limit for a request.
 constexpr long kSeconds = 15;
 
+using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 using Handle = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
 
-size_t onBody(char* /*data*/, size_t size, size_t count, void* /*context*/) {
-    return size * count;
+std::string partOf(const Url& url, CURLUPart part, unsigned flags = 0) {
+    char* text = nullptr;
+    if (curl_url_get(url.get(), part, &text, flags) != CURLUE_OK) {
+        return {};
+    }
+    std::string result = text;
+    curl_free(text);
+    return result;
 }
 
 /// libcurl's trace has a line like "Uses proxy env variable https_proxy == 'http://...'".
 int onTrace(CURL* /*handle*/, curl_infotype type, char* data, size_t size, void* context) {
     Connection& connection = *static_cast<Connection*>(context);
     const std::string line(data, size);
-    const std::string begin = "Uses proxy env variable ";
-    const size_t middle = line.find(" == '");
-    if (type == CURLINFO_TEXT && line.compare(0, begin.size(), begin) == 0 &&
-        middle != std::string::npos) {
-        connection.proxyVariable = line.substr(begin.size(), middle - begin.size());
-        connection.proxy = line.substr(middle + 5, line.rfind('\'') - middle - 5);
+    char variable[64] = {};
+    char value[1024] = {};
+    if (type == CURLINFO_TEXT &&
+        std::sscanf(line.c_str(), "Uses proxy env variable %63s == '%1023[^']", variable, value) ==
+            2) {
+        connection.proxyVariable = variable;
+        connection.proxy = value;
     }
     // The exceptions are told before and in the same way.
     if (curl_strequal(connection.proxyVariable.c_str(), "no_proxy") != 0) {
@@ -123,6 +132,25 @@ void readAnswer(CURL* handle, Connection& connection) {
 
 } // namespace
 
+BackendAddress::BackendAddress(const std::string& text) {
+    const Url url(curl_url(), &curl_url_cleanup);
+    const bool parsed = curl_url_set(url.get(), CURLUPART_URL, text.c_str(), 0) == CURLUE_OK;
+    scheme = partOf(url, CURLUPART_SCHEME);
+    host = partOf(url, CURLUPART_HOST);
+    port = partOf(url, CURLUPART_PORT, CURLU_DEFAULT_PORT);
+    hasPath = text.find_first_of("/?", text.find("://") + 3) != std::string::npos;
+    isValid = parsed && (scheme == "https" || scheme == "http");
+    // What cannot be parsed may have a password all the same.
+    const size_t at = text.rfind('@');
+    const std::string user = partOf(url, CURLUPART_USER) + partOf(url, CURLUPART_PASSWORD);
+    const bool hides = at != std::string::npos && !(parsed && user.empty());
+    shown = '"' + (hides ? "***" + text.substr(at) : text) + '"';
+}
+
+bool BackendAddress::isLocal() const {
+    return host == "localhost" || host == "[::1]" || host.compare(0, 4, "127.") == 0;
+}
+
 Connection tryConnection(const std::string& url, const std::filesystem::path& certificates) {
     const bool secure = curl_strnequal(url.c_str(), "https:", 6) != 0;
     const Handle handle = makeHandle(url + "/");
@@ -136,22 +164,18 @@ Connection tryConnection(const std::string& url, const std::filesystem::path& ce
     curl_easy_setopt(handle.get(), CURLOPT_VERBOSE, 1L);
     curl_easy_setopt(handle.get(), CURLOPT_DEBUGFUNCTION, onTrace);
     curl_easy_setopt(handle.get(), CURLOPT_DEBUGDATA, &connection);
-    curl_easy_setopt(handle.get(), CURLOPT_WRITEFUNCTION, onBody);
 
     const CURLcode code = curl_easy_perform(handle.get());
     connection.ownTime = std::time(nullptr);
     connection.reached = failedStep(handle.get(), code, secure);
-    connection.proxyName = code == CURLE_COULDNT_RESOLVE_PROXY;
-    connection.untrusted = code == CURLE_PEER_FAILED_VERIFICATION;
-    connection.noTrust = code == CURLE_SSL_CACERT_BADFILE;
     connection.code = static_cast<int>(code);
     connection.error = *error != '\0' ? error : curl_easy_strerror(code);
     connection.milliseconds = static_cast<long>(timeOf(handle.get(), CURLINFO_TOTAL_TIME_T) / 1000);
     const char* address = nullptr;
     curl_easy_getinfo(handle.get(), CURLINFO_PRIMARY_IP, &address);
     connection.address = address == nullptr ? "" : address;
-    connection.certificates =
-        connection.untrusted ? refusedCertificates(url) : certificatesOf(handle.get());
+    connection.certificates = code == CURLE_PEER_FAILED_VERIFICATION ? refusedCertificates(url)
+                                                                     : certificatesOf(handle.get());
     if (code == CURLE_OK) {
         readAnswer(handle.get(), connection);
     }

@@ -11,6 +11,22 @@
 
 namespace vesk::doctor {
 
+/// The parts of an address like https://login.example.com:8443.
+struct BackendAddress {
+    explicit BackendAddress(const std::string& text);
+
+    std::string scheme; ///< in lower case, whatever the text has
+    std::string host;
+    std::string port;  ///< the scheme's own when the text has none
+    std::string shown; ///< the address in quotes, without a user and a password
+    bool hasPath = false;
+    bool isValid = false;
+
+    bool isSecure() const { return scheme == "https"; }
+    /// Whether it is this computer itself.
+    bool isLocal() const;
+};
+
 /// How far a request to the backend has come, and what was seen on the way.
 struct Connection {
     enum class Step { Name, Connect, Secure, Answer, Done };
@@ -18,9 +34,6 @@ struct Connection {
     Step reached = Step::Done; ///< Done, or the step that has failed
     std::string proxy;         ///< its address when the environment names one and libcurl takes it
     std::string proxyVariable; ///< the name of the variable that has set it
-    bool proxyName = false;    ///< it was the proxy's name that is unknown
-    bool untrusted = false;    ///< the backend's certificate was refused
-    bool noTrust = false;      ///< cacert.pem cannot be read
     int code = 0;              ///< libcurl's; the game sees it as thirdCode
     std::string error;         ///< libcurl's words
 

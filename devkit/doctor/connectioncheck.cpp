@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cstdlib>
+#include <curl/curl.h>
 
-#include "checks.h"
-#include "common/calendar.h"
+#include "doctor.h"
 
 namespace vesk::doctor {
 
@@ -26,20 +26,20 @@ Finding checkProxy(const BackendAddress& address, const Connection& connection) 
         return ok("proxy", "the environment names none for this address");
     }
     return warning("proxy",
-                   connection.proxyVariable + " is " + BackendAddress(connection.proxy).shown() +
+                   connection.proxyVariable + " is " + BackendAddress(connection.proxy).shown +
                        ": requests go through it",
-                   "If that is not wanted, remove the variable, or add " + address.host() +
+                   "If that is not wanted, remove the variable, or add " + address.host +
                        " to no_proxy.");
 }
 
 Finding checkName(const BackendAddress& address, const Connection& connection) {
     if (connection.reached > Step::Name) {
         return ok("name",
-                  address.host() + " is known" +
+                  address.host + " is known" +
                       (connection.address.empty() ? "" : ", " + connection.address),
-                  address.host() + " is known");
+                  address.host + " is known");
     }
-    if (connection.proxyName) {
+    if (connection.code == CURLE_COULDNT_RESOLVE_PROXY) {
         return problem("name", "the proxy's name is unknown: " + curlSays(connection),
                        "Correct the proxy that the environment names; see the check \"proxy\".");
     }
@@ -50,14 +50,14 @@ Finding checkName(const BackendAddress& address, const Connection& connection) {
 
 Finding checkReach(const BackendAddress& address, const Connection& connection) {
     if (connection.reached > Step::Connect) {
-        const std::string found = "port " + address.port() + " answers";
+        const std::string found = "port " + address.port + " answers";
         return ok("connection", found, found);
     }
     if (address.isLocal() && connection.proxy.empty()) {
         return problem("connection", curlSays(connection),
                        "Nothing listens there. Start the backend on this computer, vesk-devbackend "
                        "--port " +
-                           address.port() + ", or write another address for VESK_URL.");
+                           address.port + ", or write another address for VESK_URL.");
     }
     return problem("connection", curlSays(connection),
                    "The backend is down, VESK_URL names a wrong port, or a firewall or proxy is in "
@@ -68,17 +68,17 @@ bool isTrustedBy(const PemFile& trusted, const std::vector<Certificate>& chain) 
     return std::any_of(chain.begin(), chain.end(), [&](const Certificate& certificate) {
         return std::any_of(
             trusted.certificates.begin(), trusted.certificates.end(),
-            [&](const Certificate& authority) { return certificate.isFrom(authority); });
+            [&](const Certificate& authority) { return authority.subject == certificate.issuer; });
     });
 }
 
 Finding checkRefusal(const Connection& connection, const PemFile& trusted) {
     const std::string words = curlSays(connection);
-    if (connection.noTrust) {
+    if (connection.code == CURLE_SSL_CACERT_BADFILE) {
         return problem("certificate", words,
                        "cacert.pem is missing or damaged; see the check \"cacert.pem\".");
     }
-    if (!connection.untrusted || connection.certificates.empty()) {
+    if (connection.code != CURLE_PEER_FAILED_VERIFICATION || connection.certificates.empty()) {
         return problem("certificate", words,
                        "Something speaks other than TLS on that port, or breaks the connection. "
                        "Compare VESK_URL's scheme and port with the backend's, and look for a "
@@ -87,9 +87,8 @@ Finding checkRefusal(const Connection& connection, const PemFile& trusted) {
     const Certificate& own = connection.certificates.front();
     if (connection.ownTime > own.end || connection.ownTime < own.begin) {
         return problem("certificate",
-                       "the backend's is valid from " + devkit::dayText(own.begin) + " until " +
-                           devkit::dayText(own.end) + ", and here it is " +
-                           devkit::dayText(connection.ownTime),
+                       "the backend's is valid from " + dayText(own.begin) + " until " +
+                           dayText(own.end) + ", and here it is " + dayText(connection.ownTime),
                        "If this computer's date is right, the operator of the backend has to renew "
                        "the certificate.");
     }
@@ -119,7 +118,7 @@ Finding checkCertificate(const Connection& connection, const PemFile& trusted) {
         return ok("certificate", "trusted", "its certificate is trusted");
     }
     const int64_t end = connection.certificates.front().end;
-    const std::string found = "trusted, valid until " + devkit::dayText(end);
+    const std::string found = "trusted, valid until " + dayText(end);
     if (end - connection.ownTime < kSoon) {
         return warning("certificate", found,
                        "The operator of the backend has to renew it in time.");
@@ -159,11 +158,9 @@ Finding checkClock(const Connection& connection) {
     const std::string remedy =
         "Set this computer's clock, best by letting it ask a time server. If "
         "it is right, the backend's is not: tell its operator.";
-    if (std::abs(ahead) > kRefusedSkew) {
-        return problem("clock", found + "; a backend usually refuses requests beyond 300", remedy);
-    }
+    const auto judge = std::abs(ahead) > kRefusedSkew ? problem : warning;
     if (std::abs(ahead) > kNoticeableSkew) {
-        return warning("clock", found + "; a backend usually refuses requests beyond 300", remedy);
+        return judge("clock", found + "; a backend usually refuses requests beyond 300", remedy);
     }
     return ok("clock", found, "clock " + std::to_string(std::abs(ahead)) + " s off");
 }

@@ -2,11 +2,9 @@
 
 #include <ctime>
 
-#include "checks.h"
 #include "common/file.h"
 #include "common/ownmodule.h"
-#include "loadedsdk.h"
-#include "report.h"
+#include "module.h"
 
 namespace fs = std::filesystem;
 
@@ -23,16 +21,12 @@ fs::path folderOf(const DoctorOptions& options) {
 }
 
 /// One friendly line for what stands in for the real thing.
-Findings describeSimulated(const std::vector<std::string>& parts) {
+Findings describeSimulated(const std::string& parts) {
     if (parts.empty()) {
         return {};
     }
-    std::string names;
-    for (const std::string& part : parts) {
-        names += (names.empty() ? "" : ", ") + part;
-    }
-    const std::string found = names + ": from the dev kit, fine for trying things out; players "
-                                      "need the real ones";
+    const std::string found =
+        parts + ": from the dev kit, fine for trying things out; players need the real ones";
     return {ok("simulated", found, found)};
 }
 
@@ -44,25 +38,26 @@ int runDoctor(const DoctorOptions& options, std::FILE* output) {
     const std::string url = config.settings.value("VESK_URL");
     const BackendAddress address(url);
     const PemFile trusted(devkit::readFile(folder / kTrustFile));
-    std::vector<std::string> simulated = simulatedComponents(folder);
+    std::string simulated = simulatedComponents(folder);
 
     Report report(output, options.json);
     report.add("library", checkLibrary(folder));
-    Findings files = checkFolder(folder);
-    append(files, config.findings);
-    append(files, checkMessages(folder));
-    append(files, checkTrust(folder, trusted, std::time(nullptr), address.isSecure()));
-    report.add("files", files);
+    report.add("files", checkFolder(folder));
+    report.add("files", config.findings);
+    report.add("files", {checkMessages(folder)});
+    report.add("files", checkTrust(folder, trusted, std::time(nullptr), address.isSecure()));
     if (config.readable) {
         report.add("settings", checkSettings(config.settings));
     }
-    report.add("channels",
-               checkComponents(folder, config.readable ? &config.settings : nullptr, kSystem));
-    if (address.isValid() && !options.offline) {
+    report.add("channels", checkComponents(folder, config.readable ? &config.settings : nullptr));
+    if (address.isValid && !options.offline) {
+        if (!options.json) {
+            std::fputs("asking the backend, for 15 seconds at most ...\n", stderr);
+        }
         const Connection connection = tryConnection(url, folder / kTrustFile);
         report.add("backend", checkConnection(address, connection, trusted));
         if (connection.simulated) {
-            simulated.emplace_back("the backend");
+            simulated += simulated.empty() ? "the backend" : ", the backend";
         }
     }
     report.add("simulated", describeSimulated(simulated));

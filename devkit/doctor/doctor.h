@@ -1,8 +1,16 @@
 #ifndef VESK_DEVKIT_DOCTOR_DOCTOR_H
 #define VESK_DEVKIT_DOCTOR_DOCTOR_H
 
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <string>
+#include <vector>
+
+#include "certificate.h"
+#include "common/inifile.h"
+#include "connection.h"
+#include "report.h"
 
 namespace vesk::doctor {
 
@@ -17,6 +25,57 @@ struct DoctorOptions {
 /// a trial file is made and removed to see whether the folder can be written to.
 /// @return 0, or 1 when there is a problem.
 int runDoctor(const DoctorOptions& options, std::FILE* output);
+
+// Everything that is looked at, a function a topic.
+
+constexpr const char* kConfigFile = "VESKConfig.ini";
+constexpr const char* kTrustFile = "cacert.pem";
+
+/// Whether a file or folder is there; no when nobody may know.
+inline bool isThere(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored);
+}
+
+/// The SDK's library: whether it can be loaded, which version it is and, when this program uses it
+/// already, whether it is the one that lies beside the program.
+Findings checkLibrary(const std::filesystem::path& folder);
+
+/// What the SDK writes: whether it can, how large the log is, whether a login is remembered.
+Findings checkFolder(const std::filesystem::path& folder);
+
+/// The texts of the return codes.
+Finding checkMessages(const std::filesystem::path& folder);
+
+/// The certificates that the SDK trusts.
+/// @param now Unix seconds.
+/// @param needed whether the backend's address is one of https.
+Findings checkTrust(const std::filesystem::path& folder, const PemFile& trusted, int64_t now,
+                    bool needed);
+
+/// VESKConfig.ini as a whole: there at all, its encoding, its lines.
+struct ConfigText {
+    Findings findings;
+    bool readable = false; ///< to the SDK; otherwise nothing in it is worth a word
+    devkit::IniFile settings{{}};
+};
+ConfigText readConfig(const std::filesystem::path& folder);
+
+/// Each key of docs/configuration.md, and keys that are none. No secret gets into a finding.
+Findings checkSettings(const devkit::IniFile& config);
+
+/// The channels: whether each one's component lies in the folder, is one for this system, has the
+/// entry points that the SDK asks for, and has its settings.
+/// @param config null when it is not readable.
+Findings checkComponents(const std::filesystem::path& folder, const devkit::IniFile* config);
+
+/// The components in the folder that are the dev kit's simulators, "a.dll, b.dll".
+std::string simulatedComponents(const std::filesystem::path& folder);
+
+/// What a try at the backend tells: proxy, name, connection, certificate, answer, clock; up to the
+/// step that has failed.
+Findings checkConnection(const BackendAddress& address, const Connection& connection,
+                         const PemFile& trusted);
 
 } // namespace vesk::doctor
 

@@ -3,9 +3,8 @@
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
-#include "checks.h"
-#include "common/calendar.h"
 #include "common/file.h"
+#include "doctor.h"
 
 namespace fs = std::filesystem;
 
@@ -60,7 +59,7 @@ Finding checkWritable(const fs::path& folder) {
                        "logins cannot be kept and there is no log.");
     }
     for (const char* name : {kLog, kLogin}) {
-        if (fs::exists(folder / name, ignored) && !canWrite(folder / name)) {
+        if (isThere(folder / name) && !canWrite(folder / name)) {
             return problem("folder", std::string(name) + " cannot be written to",
                            "Remove the file's write protection, or the file.");
         }
@@ -91,8 +90,7 @@ Finding checkLog(const fs::path& folder) {
 Finding checkStoredLogin(const fs::path& folder) {
     constexpr size_t kShortest = 4;
     const std::string bytes = devkit::readFile(folder / kLogin);
-    std::error_code ignored;
-    if (!fs::exists(folder / kLogin, ignored)) {
+    if (!isThere(folder / kLogin)) {
         return ok(kLogin, "no login is remembered");
     }
     for (const char* channel : {"KZ", "Ferno", "Steam"}) {
@@ -110,8 +108,8 @@ Finding checkStoredLogin(const fs::path& folder) {
 Finding judgeTrusted(const Certificate& certificate, int64_t now, bool only) {
     const bool early = now < certificate.begin;
     const std::string found =
-        certificate.subject + (early ? " is valid only from " + devkit::dayText(certificate.begin)
-                                     : " has expired on " + devkit::dayText(certificate.end));
+        certificate.subject + (early ? " is valid only from " + dayText(certificate.begin)
+                                     : " has expired on " + dayText(certificate.end));
     const char* const remedy =
         early ? "Compare this computer's date with the day it is, or get the right certificate "
                 "from the backend's operator."
@@ -121,26 +119,23 @@ Finding judgeTrusted(const Certificate& certificate, int64_t now, bool only) {
 
 } // namespace
 
-Findings checkMessages(const fs::path& folder) {
-    const std::string first = devkit::readFile(folder / kFirstMessages);
-    if (!first.empty()) {
-        return {checkMessageFile(kFirstMessages, first)};
+Finding checkMessages(const fs::path& folder) {
+    for (const char* name : {kFirstMessages, kMessages}) {
+        const std::string bytes = devkit::readFile(folder / name);
+        if (!bytes.empty()) {
+            return checkMessageFile(name, bytes);
+        }
     }
-    const std::string bytes = devkit::readFile(folder / kMessages);
-    if (bytes.empty()) {
-        return {problem(kMessages, "is missing or empty",
-                        "Put the file that comes with the SDK beside the library: without it "
-                        "results have no text.")};
-    }
-    return {checkMessageFile(kMessages, bytes)};
+    return problem(kMessages, "is missing or empty",
+                   "Put the file that comes with the SDK beside the library: without it "
+                   "results have no text.");
 }
 
 Findings checkTrust(const fs::path& folder, const PemFile& trusted, int64_t now, bool needed) {
     const std::string remedy = "Put the certificate authority of the backend there, in PEM form; "
                                "its operator has it, and vesk-devbackend writes its own with "
                                "--ca-out.";
-    std::error_code ignored;
-    if (!fs::exists(folder / kTrustFile, ignored)) {
+    if (!isThere(folder / kTrustFile)) {
         return {needed ? problem(kTrustFile, "there is no such file: every request fails with 77",
                                  remedy)
                        : ok(kTrustFile, "there is none, and http:// needs none")};
@@ -174,7 +169,7 @@ Findings checkTrust(const fs::path& folder, const PemFile& trusted, int64_t now,
         const Certificate& first = trusted.certificates.front();
         findings.push_back(ok(kTrustFile,
                               "certificates: " + std::to_string(count) + ", the first is " +
-                                  first.subject + ", until " + devkit::dayText(first.end),
+                                  first.subject + ", until " + dayText(first.end),
                               kTrustFile));
     }
     return findings;

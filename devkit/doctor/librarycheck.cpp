@@ -1,9 +1,9 @@
 #include <algorithm>
 
-#include "checks.h"
 #include "common/file.h"
 #include "common/ownmodule.h"
-#include "loadedsdk.h"
+#include "doctor.h"
+#include "module.h"
 
 namespace fs = std::filesystem;
 
@@ -37,18 +37,17 @@ Finding checkLoaded(const LoadedSdk& sdk) {
 }
 
 Finding checkFile(const fs::path& file) {
-    std::error_code ignored;
     const std::string name = file.filename().u8string();
     const std::string remedy = "Copy " + name + " there from the SDK.";
-    if (!fs::exists(file, ignored)) {
+    if (!isThere(file)) {
         return problem(kCheck, "there is no " + name, remedy);
     }
-    const BinaryFile content = readBinaryFile(devkit::readFile(file));
-    if (content.kind != kSystem) {
-        return problem(kCheck, name + " is " + kindText(content.kind), remedy);
+    const ModuleKind kind = kindOf(devkit::readFile(file));
+    if (kind != kSystem) {
+        return problem(kCheck, name + " is " + kindText(kind), remedy);
     }
     // Loading it would end this program: what is missing is mapped all the same.
-    if (content.damaged) {
+    if (!missingExports(file, {})) {
         return problem(kCheck, name + " is damaged or cut off", remedy);
     }
     const LoadedSdk sdk = loadSdk(file);
@@ -69,7 +68,7 @@ Findings checkLibrary(const fs::path& folder) {
     const bool ascii = std::all_of(path.begin(), path.end(),
                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
     const bool tooLong = path.size() + sizeof "VESKRetMsg_.json" > kLongestWindowsPath;
-    if (kSystem == BinaryFile::Kind::Windows64 && (!ascii || tooLong)) {
+    if (kSystem == ModuleKind::Windows64 && (!ascii || tooLong)) {
         findings.push_back(problem(
             kCheck, path + (ascii ? " is too long a path" : " has characters other than ASCII"),
             "Install the game elsewhere: the SDK does not find its files."));

@@ -9,23 +9,18 @@ namespace {
 
 constexpr const char* kVerdicts[] = {"problem", "warning", "ok"};
 
-const char* nameOf(Verdict verdict) {
-    return kVerdicts[static_cast<size_t>(verdict)];
-}
-
-std::string asText(const Finding& finding) {
-    std::string name = nameOf(finding.verdict);
-    name.resize(9, ' ');
+std::string asText(const Finding& finding, std::string verdict) {
+    verdict.resize(9, ' ');
     const std::string remedy =
         finding.remedy.empty() ? "" : "\n         -> " + devkit::printable(finding.remedy);
-    return name + devkit::printable(finding.check + ": " + finding.found) + remedy;
+    return verdict + devkit::printable(finding.check + ": " + finding.found) + remedy;
 }
 
-std::string asJson(const Finding& finding) {
+std::string asJson(const Finding& finding, const char* verdict) {
     return devkit::JsonLine()
         .add("event", "check")
         .add("check", finding.check)
-        .add("verdict", nameOf(finding.verdict))
+        .add("verdict", verdict)
         .add("found", finding.found)
         .add("remedy", finding.remedy)
         .text();
@@ -33,39 +28,34 @@ std::string asJson(const Finding& finding) {
 
 } // namespace
 
-void Report::print(const Finding& finding) {
-    const std::string line = mJson ? asJson(finding) : asText(finding);
-    std::fprintf(mOutput, "%s\n", line.c_str());
-}
-
-void Report::printBriefly(const std::string& topic, const Findings& findings) {
-    std::string words;
+void Report::add(const std::string& topic, const Findings& findings) {
     for (const Finding& finding : findings) {
-        if (!finding.brief.empty()) {
-            words += (words.empty() ? "" : ", ") + finding.brief;
+        ++mCounts[static_cast<size_t>(finding.verdict)];
+        if (finding.verdict == Verdict::Problem) {
+            print(finding);
+        } else if (finding.verdict == Verdict::Warning) {
+            mWarnings.push_back(finding);
+        } else {
+            addRight(topic, finding);
         }
     }
-    if (!words.empty()) {
-        print(ok(topic, words));
+    std::fflush(mOutput); // the backend may be waited for
+}
+
+void Report::addRight(const std::string& topic, const Finding& finding) {
+    if (mJson) {
+        mRight.push_back(finding);
+    } else if (!finding.brief.empty() && !mRight.empty() && mRight.back().check == topic) {
+        mRight.back().found += ", " + finding.brief;
+    } else if (!finding.brief.empty()) {
+        mRight.push_back(ok(topic, finding.brief));
     }
 }
 
 int Report::finish() {
-    for (const Verdict verdict : {Verdict::Problem, Verdict::Warning, Verdict::Ok}) {
-        size_t& count = mCounts[static_cast<size_t>(verdict)];
-        for (const auto& [topic, findings] : mTopics) {
-            const bool briefly = verdict == Verdict::Ok && !mJson;
-            for (const Finding& finding : findings) {
-                if (finding.verdict == verdict) {
-                    ++count;
-                    if (!briefly) {
-                        print(finding);
-                    }
-                }
-            }
-            if (briefly) {
-                printBriefly(topic, findings);
-            }
+    for (const Findings& findings : {mWarnings, mRight}) {
+        for (const Finding& finding : findings) {
+            print(finding);
         }
     }
     const char* const format =
@@ -73,6 +63,12 @@ int Report::finish() {
               : "problems: %zu, warnings: %zu, ok: %zu\n";
     std::fprintf(mOutput, format, mCounts[0], mCounts[1], mCounts[2]);
     return mCounts[0] == 0 ? 0 : 1;
+}
+
+void Report::print(const Finding& finding) {
+    const char* const verdict = kVerdicts[static_cast<size_t>(finding.verdict)];
+    const std::string line = mJson ? asJson(finding, verdict) : asText(finding, verdict);
+    std::fprintf(mOutput, "%s\n", line.c_str());
 }
 
 } // namespace vesk::doctor

@@ -38,27 +38,26 @@ inline void append(Findings& findings, const Findings& more) {
     findings.insert(findings.end(), more.begin(), more.end());
 }
 
-/// Collects findings and prints them, the worst first: as text for a person, who gets one line a
-/// topic of what is right, or as JSON, one object a finding.
+/// Prints findings, the worst first: as text for a person, who gets one line a topic of what is
+/// right, or as JSON, one object a finding. Problems are printed at once.
 class Report {
 public:
     Report(std::FILE* output, bool json) : mOutput(output), mJson(json) {}
 
     /// @param topic what these findings have in common.
-    void add(const std::string& topic, Findings findings) {
-        mTopics.emplace_back(topic, std::move(findings));
-    }
+    void add(const std::string& topic, const Findings& findings);
 
-    /// Prints all, and the sum. @return the program's exit status: 1 when there was a problem.
+    /// Prints the rest, and the sum. @return the program's exit status: 1 when there was a problem.
     int finish();
 
 private:
+    void addRight(const std::string& topic, const Finding& finding);
     void print(const Finding& finding);
-    void printBriefly(const std::string& topic, const Findings& findings);
 
     std::FILE* mOutput;
     bool mJson;
-    std::vector<std::pair<std::string, Findings>> mTopics;
+    Findings mWarnings;
+    Findings mRight;
     std::array<size_t, 3> mCounts = {}; ///< one a verdict
 };
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 
-#include "common/calendar.h"
 #include "common/resultcodes.h"
 #include "recordprinter.h"
 
@@ -21,8 +21,14 @@ std::optional<int64_t> toMilliseconds(std::string_view time) {
                     &year, &month, &day, &hour, &minute, &second, &fraction) != 7) {
         return std::nullopt;
     }
-    const int64_t days = devkit::daysSince1970({year, month, day});
-    return (((days * 24 + hour) * 60 + minute) * 60 + second) * 1000 + fraction;
+    std::tm local = {};
+    local.tm_year = year - 1900;
+    local.tm_mon = month - 1;
+    local.tm_mday = day;
+    local.tm_hour = hour;
+    local.tm_min = minute;
+    local.tm_sec = second;
+    return int64_t{1000} * std::mktime(&local) + fraction;
 }
 
 void appendStep(std::string& out, int64_t sinceBegin, int64_t sinceLast, std::string_view words) {

@@ -18,10 +18,9 @@ bool isPlain(char c) {
 
 /// Appends the character that begins the text and takes it away.
 void appendCharacter(std::string& out, std::string_view& text) {
-    const std::string_view character = devkit::firstCharacter(text);
+    const auto [character, code, isValid] = devkit::firstCharacter(text);
     text.remove_prefix(character.size());
-    if (character == "\n" || character == "\t" ||
-        !devkit::isControl(devkit::codePoint(character))) {
+    if (character == "\n" || character == "\t" || !devkit::isControl(code)) {
         out.append(character);
     } else if (character != "\r" || text.substr(0, 1) != "\n") {
         for (const char byte : character) {

@@ -2,7 +2,6 @@
 #include <cstdlib>
 #include <gmock/gmock.h>
 
-#include "common/calendar.h"
 #include "common/file.h"
 #include "common/inifile.h"
 #include "common/jsonline.h"
@@ -14,19 +13,6 @@ namespace {
 using namespace devkit;
 using ::testing::ElementsAre;
 using ::testing::Pair;
-
-TEST(Common, DaysAreThoseOfTheGregorianCalendar) {
-    const struct {
-        int64_t days;
-        const char* text;
-    } rows[] = {{0, "1970-01-01"},     {-1, "1969-12-31"},      {59, "1970-03-01"},
-                {11016, "2000-02-29"}, {20782, "2026-11-25"},   {47540, "2100-02-28"},
-                {47541, "2100-03-01"}, {-719468, "0000-03-01"}, {2932896, "9999-12-31"}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(dayText(row.days * 86400 + 86399), row.text);
-        EXPECT_EQ(daysSince1970(dayOf(row.days)), row.days);
-    }
-}
 
 TEST(Common, SettingsMayHoldAHashWhereOnlyLinesAreComments) {
     const std::string text = "#a=0\r a = x#1 \na=2\r\nempty=\n";

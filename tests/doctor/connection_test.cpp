@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "checks.h"
+#include "doctor.h"
 #include "doctor/doctortest.h"
 #include "support/backendcontrol.h"
 
@@ -113,7 +113,7 @@ TEST_F(DoctorTest, JudgesTheBackendsCertificateByItsDays) {
                 HasSubstr("ok: trusted, valid until 2020-12-31"));
     connection.ownTime += 20 * 86400;
     connection.reached = doctor::Connection::Step::Secure;
-    connection.untrusted = true;
+    connection.code = 60;
     EXPECT_THAT(judged(connection, "certificate"),
                 HasSubstr("valid from 2020-01-01 until 2020-12-31, and here it is 2021-01-05"));
 }

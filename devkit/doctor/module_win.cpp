@@ -1,6 +1,8 @@
-#include "loadedsdk.h"
+#include "module.h"
 
 #include <windows.h>
+#include <algorithm>
+#include <iterator>
 
 #include "common/ownmodule.h"
 
@@ -9,7 +11,7 @@ namespace fs = std::filesystem;
 namespace vesk::doctor {
 
 const char* const kSdkLibrary = "VESKCore.dll";
-const BinaryFile::Kind kSystem = BinaryFile::Kind::Windows64;
+const ModuleKind kSystem = ModuleKind::Windows64;
 
 namespace {
 
@@ -26,6 +28,22 @@ LoadedSdk describe(HMODULE library) {
 
 } // namespace
 
+std::optional<std::vector<std::string>> missingExports(const fs::path& file,
+                                                       const std::vector<std::string>& names) {
+    // Only mapped: neither it nor what it needs is started.
+    HMODULE const library =
+        LoadLibraryExW(fs::absolute(file).c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
+    if (library == nullptr) {
+        return std::nullopt;
+    }
+    std::vector<std::string> missing;
+    std::copy_if(
+        names.begin(), names.end(), std::back_inserter(missing),
+        [&](const std::string& name) { return GetProcAddress(library, name.c_str()) == nullptr; });
+    FreeLibrary(library);
+    return missing;
+}
+
 LoadedSdk loadedSdk() {
     HMODULE const library = GetModuleHandleA(kSdkLibrary);
     return library == nullptr ? LoadedSdk() : describe(library);
@@ -38,9 +56,7 @@ LoadedSdk loadSdk(const fs::path& file) {
     const DWORD error = GetLastError();
     SetErrorMode(before);
     if (library == nullptr) {
-        LoadedSdk failed;
-        failed.error = "Windows says error " + std::to_string(error);
-        return failed;
+        return {{}, {}, "Windows says error " + std::to_string(error)};
     }
     return describe(library);
 }

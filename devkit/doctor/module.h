@@ -1,16 +1,29 @@
-#ifndef VESK_DEVKIT_DOCTOR_LOADEDSDK_H
-#define VESK_DEVKIT_DOCTOR_LOADEDSDK_H
+#ifndef VESK_DEVKIT_DOCTOR_MODULE_H
+#define VESK_DEVKIT_DOCTOR_MODULE_H
 
 #include <filesystem>
+#include <optional>
 #include <string>
-
-#include "binaryfile.h"
+#include <vector>
 
 namespace vesk::doctor {
 
+enum class ModuleKind { None, Windows64, Windows32, Linux64 };
+
 /// The file name of the SDK's library, and the kind of file that can be loaded here.
 extern const char* const kSdkLibrary;
-extern const BinaryFile::Kind kSystem;
+extern const ModuleKind kSystem;
+
+/// What a file is, by its head.
+ModuleKind kindOf(const std::string& bytes);
+
+/// "a library for 64-bit Windows" and so on.
+std::string kindText(ModuleKind kind);
+
+/// Which of the names a library of this system does not export; nothing when it is damaged or cut
+/// off. Nothing of it runs.
+std::optional<std::vector<std::string>> missingExports(const std::filesystem::path& file,
+                                                       const std::vector<std::string>& names);
 
 /// The SDK's library as it is loaded in this process.
 struct LoadedSdk {
