@@ -3,6 +3,7 @@
 #include <set>
 
 #include "common/vesk.h"
+#include "common/veskchannelfacts.h"
 #include "common/veskdefine.h"
 #include "common/veskinnerrecords.h"
 #include "login/veskloginresults.h"
@@ -51,6 +52,16 @@ TEST_F(Identity, EightThreadsNeverMakeTheSameId) {
 TEST_F(Identity, DeviceInformationCanBeSwitchedOff) {
     write("VESKConfig.ini", "VESK_DEVICE_INFO=0");
     EXPECT_EQ(VESK::GetDeviceInfo(), "{}");
+}
+
+TEST(ChannelFacts, AreThoseOfTheNameExactly) {
+    const VESKChannelFacts& kz = ChannelFacts("KZ");
+    EXPECT_EQ(kz.preCodeChannelID, 2);
+    EXPECT_TRUE(kz.allowsAutoLogin && kz.sendsSerialNumber);
+    EXPECT_FALSE(ChannelFacts("Ferno").allowsAutoLogin);
+    for (const char* odd : {"", "kz", "KZ ", "KZZ", "K", "steam", "guest", "FERNO"}) {
+        EXPECT_EQ(ChannelFacts(odd).kind, VESKChannelKind::kUnknown) << odd;
+    }
 }
 
 using ObserverHolder = UnitTest;

@@ -202,6 +202,8 @@ TEST_F(RefreshTokenTask, RefreshesWithinTheMarginOfTheChannel) {
         {"Steam", clock + 301, 0, "{}", Decision::NotYet},
         {"Steam", clock + 300, 0, "{}", Decision::Refresh},
         {"kz", clock + 301, 0, "{}", Decision::NotYet},
+        {"kz", clock + 300, 0, "{}", Decision::Refresh},
+        {"Guest", clock + 300, 0, "{}", Decision::Refresh},
         {"KZ", -1, 0, "x", Decision::Refresh},
         {"KZ", 0, 0, "{}", Decision::Refresh},
         {"KZ", 0, 0, "", Decision::Invalid},

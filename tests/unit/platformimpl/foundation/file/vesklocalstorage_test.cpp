@@ -46,6 +46,8 @@ TEST_F(LocalStorage, KeepsTheDeviceAndNamesTheLanguageOfTheMessages) {
 TEST_F(LocalStorage, KnowsTheDeviceAndItsCounterAgain) {
     kept = {{"upra_uuid", "U-1"}, {"upra_seq_id_primary_key", "7"}};
     EXPECT_THAT(VESK::CreateSequenceId(), AllOf(StartsWith("-U-1-"), EndsWith("-8")));
+    write("VESKConfig.ini", "VESK_GAME_ID=1106"); // looked for until there is one
+    EXPECT_THAT(VESK::CreateSequenceId(), StartsWith("1106-U-1-"));
 }
 
 TEST_F(LocalStorage, WhatTheGameSetComesBeforeTheServersAndThatBeforeTheFile) {

@@ -191,11 +191,11 @@ struct LoginKZ : UnitTest {
     LoginKZ() {
         VESKKZWrapper::GetInstance()->UseComponent(
             [this] { return std::make_unique<ScriptedKZ>(script); });
-        VESKInnerObserverHolder<InnerLoginPluginRet>::Register(109, &hear);
-        VESKInnerObserverHolder<InnerLoginPluginRet>::Register(111, &hear);
-        VESKInnerObserverHolder<InnerQrCodeRet>::Register(110, &hear);
-        VESKInnerObserverHolder<InnerLoginRet>::Register(101, &hear);
-        VESKInnerObserverHolder<InnerBaseRet>::Register(108, &hear);
+        VESKInnerObserverHolder<InnerLoginPluginRet>::Register(109, &hear<109>);
+        VESKInnerObserverHolder<InnerLoginPluginRet>::Register(111, &hear<111>);
+        VESKInnerObserverHolder<InnerQrCodeRet>::Register(110, &hear<110>);
+        VESKInnerObserverHolder<InnerLoginRet>::Register(101, &hear<101>);
+        VESKInnerObserverHolder<InnerBaseRet>::Register(108, &hear<108>);
     }
 
     static std::string rest(const InnerLoginPluginRet& ret) {
@@ -206,17 +206,13 @@ struct LoginKZ : UnitTest {
         return std::to_string(ret.retCode) + " " + std::to_string(ret.channelID) + " " +
                ret.channel.c_str() + " " + ret.qrCodeUrl.c_str();
     }
-    static std::string rest(const InnerLoginRet& ret) {
-        return "login " + std::to_string(ret.retCode);
-    }
-    static std::string rest(const InnerBaseRet& ret) {
-        return "base " + std::to_string(ret.retCode);
-    }
+    static std::string rest(const InnerLoginRet& ret) { return std::to_string(ret.retCode); }
+    static std::string rest(const InnerBaseRet& ret) { return std::to_string(ret.retCode); }
 
-    template <typename Record>
+    template <int observerID, typename Record>
     static void hear(const Record& ret, const char* seq) {
-        results.push_back(std::string(seq) + " " + std::to_string(ret.methodNameID) + " " +
-                          rest(ret));
+        results.push_back(std::to_string(observerID) + " " + seq + " " +
+                          std::to_string(ret.methodNameID) + " " + rest(ret));
     }
 
     inline static std::vector<std::string> results;
@@ -237,10 +233,11 @@ TEST_F(LoginKZ, EveryAnswerCarriesTheLastRequestsSequenceId) {
     script.send(10, nullptr);
     script.send(3, nullptr);
     channel.Logout("s2");
-    EXPECT_THAT(results, ElementsAre("s1 122 0 2 KZ u", R"(s1 112 2 KZ {"openid":"o","ctk":"c"} o)",
-                                     R"(s1 123 2 KZ {"openid":"o","ctk":"c"} o)",
-                                     R"(s1 123 2 KZ {"openid":"","ctk":""} )", "s1 112 login 9999",
-                                     "s2 117 base 0"));
+    EXPECT_THAT(results,
+                ElementsAre("110 s1 122 0 2 KZ u", R"(109 s1 112 2 KZ {"openid":"o","ctk":"c"} o)",
+                            R"(111 s1 123 2 KZ {"openid":"o","ctk":"c"} o)",
+                            R"(111 s1 123 2 KZ {"openid":"","ctk":""} )", "101 s1 112 9999",
+                            "108 s2 117 0"));
 }
 
 TEST_F(LoginKZ, WithoutAComponentOnlyALogoutSucceeds) {
@@ -248,12 +245,12 @@ TEST_F(LoginKZ, WithoutAComponentOnlyALogoutSucceeds) {
     EXPECT_EQ(logged("KZOpenSDK"), 0U) << "nobody was asked";
     script.creates = false;
     channel.AutoLogin("s1", "o", 1);
-    EXPECT_THAT(results, ElementsAre("s0 117 base 0", "s1 112 login 9999"));
+    EXPECT_THAT(results, ElementsAre("108 s0 117 0", "101 s1 112 9999"));
     script.creates = true;
     channel.AutoLogin("s2", "o", 2);
     const Bag list = localList(0, {});
     script.send(8, &list);
-    EXPECT_EQ(results.back(), R"(s2 123 2 KZ {"openid":"","ctk":""} )");
+    EXPECT_EQ(results.back(), R"(111 s2 123 2 KZ {"openid":"","ctk":""} )");
 }
 
 } // namespace
