@@ -99,6 +99,22 @@ TEST_F(ClockFaults, FourthTickLooksAtTheToken) {
     expectWhole();
 }
 
+TEST_F(ClockFaults, WhatIsKeptOfTlsLivesForAnHour) {
+    const struct {
+        int64_t ahead;
+        size_t resumed; ///< sessions; the third login of each memory is the first to have one
+    } rows[] = {{10, 0}, {10, 0}, {10, 1}, {3600, 1}, {3620, 0}, {3620, 0}, {3620, 1}, {10, 0}};
+    for (const auto& row : rows) {
+        SystemFaults::clockAhead = row.ahead;
+        backend.next(loginAnswer("A")); // whatever the time of the request
+        const size_t before = backend.resumedSessions();
+        faulty("a login under this clock");
+        EXPECT_EQ(backend.resumedSessions() - before, row.resumed) << row.ahead;
+    }
+    SystemFaults::clockAhead = 0;
+    expectWhole();
+}
+
 constexpr int kMoreThanThePool = 6; // so that a lost client is missed
 
 /// Lets this process have no more than @p free further descriptors, until it goes.

@@ -74,6 +74,16 @@ void BackendControl::showCertificate(const std::string& kind) {
     call("/certificate", &body);
 }
 
+void BackendControl::conduct(const std::string& json) {
+    if (!json.empty()) {
+        call("/tls", &json);
+    }
+}
+
+size_t BackendControl::resumedSessions() {
+    return numberAt("/tls", "resumed");
+}
+
 std::string BackendControl::lineUrl() {
     rapidjson::Document document;
     document.Parse(call("/line", nullptr).c_str());
@@ -81,9 +91,7 @@ std::string BackendControl::lineUrl() {
 }
 
 size_t BackendControl::lineConnections() {
-    rapidjson::Document document;
-    document.Parse(call("/line", nullptr).c_str());
-    return document["connections"].GetUint();
+    return numberAt("/line", "connections");
 }
 
 void BackendControl::breakLine(const std::string& action, size_t after, const std::string& from) {
@@ -136,6 +144,12 @@ Request BackendControl::waitForRequest(const std::string& path, size_t count) {
         return found.size() >= count;
     });
     return found.back();
+}
+
+size_t BackendControl::numberAt(const std::string& path, const char* name) {
+    rapidjson::Document document;
+    document.Parse(call(path, nullptr).c_str());
+    return document[name].GetUint();
 }
 
 std::string BackendControl::call(const std::string& path, const std::string* postBody) {

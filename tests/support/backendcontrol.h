@@ -55,6 +55,10 @@ public:
 
     /// The certificate of the handshakes from now on: "good", "expired" and so on.
     void showCertificate(const std::string& kind);
+    /// What else it does in handshakes, as JSON for its /tls; empty: as before.
+    void conduct(const std::string& json);
+    /// How many handshakes until now have resumed a session.
+    size_t resumedSessions();
 
     /// A way to the backend that breaks as breakLine() says.
     std::string lineUrl();
@@ -66,6 +70,7 @@ public:
     void floodLine(const std::string& head, const std::string& wave);
 
 private:
+    size_t numberAt(const std::string& path, const char* name);
     std::string call(const std::string& path, const std::string* postBody);
 
     std::string mUrl;
