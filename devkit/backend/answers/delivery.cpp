@@ -60,16 +60,12 @@ struct Body {
 
     /// @return whether the client has taken all of it.
     bool send(httplib::DataSink& sink) const {
-        for (int i = 0; i < copies; ++i) {
-            if (!sink.is_writable() || !(drip.count() > 0 ? sendSlowly(sink) : sendAtOnce(sink))) {
-                return false;
-            }
+        bool taken = true;
+        for (int i = 0; taken && i < copies; ++i) {
+            taken = sink.is_writable() &&
+                    (drip.count() > 0 ? sendSlowly(sink) : sink.write(bytes.data(), bytes.size()));
         }
-        return true;
-    }
-
-    bool sendAtOnce(httplib::DataSink& sink) const {
-        return sink.write(bytes.data(), bytes.size());
+        return taken;
     }
 
     bool sendSlowly(httplib::DataSink& sink) const {

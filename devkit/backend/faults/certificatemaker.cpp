@@ -16,19 +16,6 @@ constexpr long kValidDays = 30;
 constexpr int kSerialBits = 127;
 constexpr long kX509Version3 = 2;
 
-struct FreeBio {
-    void operator()(BIO* bio) const { BIO_free(bio); }
-};
-struct FreeNumber {
-    void operator()(BIGNUM* number) const { BN_free(number); }
-};
-struct FreeSignature {
-    void operator()(ECDSA_SIG* signature) const { ECDSA_SIG_free(signature); }
-};
-struct FreeExtension {
-    void operator()(X509_EXTENSION* extension) const { X509_EXTENSION_free(extension); }
-};
-
 void require(bool succeeded, const char* what) {
     if (!succeeded) {
         throw std::runtime_error(std::string("OpenSSL failed: ") + what);
@@ -43,20 +30,16 @@ KeyPtr makeKey() {
 
 void setSerial(X509* certificate) {
     // Random, because a client may have seen another certificate of the same issuer name.
-    const std::unique_ptr<BIGNUM, FreeNumber> number(BN_new());
+    const std::unique_ptr<BIGNUM, Free<BN_free>> number(BN_new());
     require(number && BN_rand(number.get(), kSerialBits, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ANY) &&
                 BN_to_ASN1_INTEGER(number.get(), X509_get_serialNumber(certificate)) != nullptr,
             "set the serial number");
 }
 
-void setSubject(X509* certificate, const char* commonName) {
-    X509_NAME* name = X509_get_subject_name(certificate);
-    require(X509_NAME_add_entry_by_txt(name, "O", MBSTRING_ASC,
-                                       reinterpret_cast<const unsigned char*>("VESK dev kit"), -1,
-                                       -1, 0) == 1 &&
-                X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC,
-                                           reinterpret_cast<const unsigned char*>(commonName), -1,
-                                           -1, 0) == 1,
+void addToSubject(X509* certificate, const char* field, const char* value) {
+    require(X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate), field, MBSTRING_ASC,
+                                       reinterpret_cast<const unsigned char*>(value), -1, -1,
+                                       0) == 1,
             "set the subject");
 }
 
@@ -64,7 +47,7 @@ void addExtension(X509* certificate, X509* issuer, int nid, const char* value) {
     X509V3_CTX context;
     X509V3_set_ctx_nodb(&context);
     X509V3_set_ctx(&context, issuer, certificate, nullptr, nullptr, 0);
-    const std::unique_ptr<X509_EXTENSION, FreeExtension> extension(
+    const std::unique_ptr<X509_EXTENSION, Free<X509_EXTENSION_free>> extension(
         X509V3_EXT_conf_nid(nullptr, &context, nid, value));
     require(extension && X509_add_ext(certificate, extension.get(), -1) == 1, "add an extension");
 }
@@ -76,7 +59,8 @@ CertificatePtr makeCertificate(EVP_PKEY* key, const char* commonName, long begin
     require(certificate != nullptr, "make a certificate");
     require(X509_set_version(certificate.get(), kX509Version3) == 1, "set the version");
     setSerial(certificate.get());
-    setSubject(certificate.get(), commonName);
+    addToSubject(certificate.get(), "O", "VESK dev kit");
+    addToSubject(certificate.get(), "CN", commonName);
     require(X509_gmtime_adj(X509_getm_notBefore(certificate.get()), beginDay * kDay) &&
                 X509_gmtime_adj(X509_getm_notAfter(certificate.get()), endDay * kDay),
             "set the validity");
@@ -90,7 +74,7 @@ bool hasFullLength(const X509* certificate) {
     const ASN1_BIT_STRING* signature = nullptr;
     X509_get0_signature(&signature, nullptr, certificate);
     const unsigned char* der = signature->data;
-    const std::unique_ptr<ECDSA_SIG, FreeSignature> numbers(
+    const std::unique_ptr<ECDSA_SIG, Free<ECDSA_SIG_free>> numbers(
         d2i_ECDSA_SIG(nullptr, &der, signature->length));
     require(numbers != nullptr, "read the signature");
     return BN_num_bits(ECDSA_SIG_get0_r(numbers.get())) > kShorterBits &&
@@ -162,7 +146,7 @@ CertificateMaker::CertificateMaker() {
 }
 
 std::string CertificateMaker::caPem() const {
-    const std::unique_ptr<BIO, FreeBio> bio(BIO_new(BIO_s_mem()));
+    const std::unique_ptr<BIO, Free<BIO_free>> bio(BIO_new(BIO_s_mem()));
     require(bio && PEM_write_bio_X509(bio.get(), mCaCertificate.get()) == 1, "write the PEM");
     char* text = nullptr;
     const long size = BIO_get_mem_data(bio.get(), &text);

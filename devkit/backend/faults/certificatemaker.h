@@ -11,15 +11,16 @@
 
 namespace vesk::backend {
 
-/// Certificates for a server on this machine.
-struct FreeCertificate {
-    void operator()(X509* certificate) const { X509_free(certificate); }
+/// Owns an object of OpenSSL's.
+template <auto kFree>
+struct Free {
+    template <typename Object>
+    void operator()(Object* object) const {
+        kFree(object);
+    }
 };
-struct FreeKey {
-    void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
-};
-using CertificatePtr = std::unique_ptr<X509, FreeCertificate>;
-using KeyPtr = std::unique_ptr<EVP_PKEY, FreeKey>;
+using CertificatePtr = std::unique_ptr<X509, Free<X509_free>>;
+using KeyPtr = std::unique_ptr<EVP_PKEY, Free<EVP_PKEY_free>>;
 
 /// A certificate authority of its own and the server's certificates, one of each kind. The good one
 /// is for `localhost` and 127.0.0.1, signed by the authority, good from a day ago for thirty days;

@@ -41,32 +41,13 @@ public:
         }
     }
 
-    static Socket make(int flags = 0) {
-        return Socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0));
-    }
+    static Socket make() { return Socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)); }
 
     int fd() const { return mFd; }
 
-    void set(int level, int option, int value) const {
+    template <typename Value>
+    void set(int level, int option, const Value& value) const {
         ::setsockopt(mFd, level, option, &value, sizeof(value));
-    }
-
-    /// What is closed next sends a reset.
-    void resetAtClose() const {
-        const linger now{1, 0};
-        ::setsockopt(mFd, SOL_SOCKET, SO_LINGER, &now, sizeof(now));
-    }
-
-    bool sendAll(const char* data, size_t size) const {
-        while (size > 0) {
-            const ssize_t sent = ::send(mFd, data, size, MSG_NOSIGNAL);
-            if (sent <= 0) {
-                return false;
-            }
-            data += sent;
-            size -= static_cast<size_t>(sent);
-        }
-        return true;
     }
 
 private:
@@ -133,7 +114,8 @@ private:
         }
         count += static_cast<size_t>(size);
         delay(1);
-        return to.sendAll(chunk, static_cast<size_t>(size));
+        // As it blocks, it sends all or fails.
+        return ::send(to.fd(), chunk, static_cast<size_t>(size), MSG_NOSIGNAL) == size;
     }
 
     void delay(int ways) const {
@@ -160,7 +142,7 @@ private:
 
     void strike(const std::atomic<bool>& ended) const {
         if (mFault.action == Action::Reset) {
-            mClient.resetAtClose();
+            mClient.set(SOL_SOCKET, SO_LINGER, linger{1, 0});
         }
         pollfd client = {mClient.fd(), POLLRDHUP, 0};
         while (mFault.action == Action::Stall && !ended && ::poll(&client, 1, kPollMs) == 0) {

@@ -13,22 +13,13 @@ struct FreeCode {
     void operator()(QRcode* code) const { QRcode_free(code); }
 };
 
-/// Every run of dark modules in a row as one rectangle of a path.
+/// Every dark module as a square of a path.
 std::string pathOf(const QRcode& code) {
     std::string path;
-    for (int y = 0; y < code.width; ++y) {
-        for (int x = 0; x < code.width;) {
-            const int begin = x;
-            while (x < code.width && (code.data[y * code.width + x] & 1) != 0) {
-                ++x;
-            }
-            if (x == begin) {
-                ++x;
-                continue;
-            }
-            const std::string length = std::to_string(x - begin);
-            path += "M" + std::to_string(begin + kMargin) + " " + std::to_string(y + kMargin) +
-                    "h" + length + "v1h-" + length + "z";
+    for (int i = 0; i < code.width * code.width; ++i) {
+        if ((code.data[i] & 1) != 0) {
+            path += "M" + std::to_string(i % code.width + kMargin) + " " +
+                    std::to_string(i / code.width + kMargin) + "h1v1h-1z";
         }
     }
     return path;

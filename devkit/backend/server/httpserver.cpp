@@ -56,26 +56,15 @@ bool HttpServer::bind(int port) {
 }
 
 void HttpServer::start() {
-    mThread = std::thread([this] {
-        mServer->listen_after_bind();
-        mEnded = true;
-    });
+    mEnd = std::async(std::launch::async, [this] { mServer->listen_after_bind(); });
     // A stop before the loop runs would be lost.
-    while (!mServer->is_running() && !mEnded) {
-        std::this_thread::sleep_for(kPollInterval);
+    while (!mServer->is_running() && mEnd.wait_for(kPollInterval) != std::future_status::ready) {
     }
 }
 
 bool HttpServer::stop() {
     mServer->stop();
-    const auto deadline = std::chrono::steady_clock::now() + kGraceTime;
-    while (!mEnded && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(kPollInterval);
-    }
-    if (mEnded) {
-        mThread.join();
-    }
-    return mEnded;
+    return mEnd.wait_for(kGraceTime) == std::future_status::ready;
 }
 
 std::optional<std::string> readBody(const httplib::Request& request,

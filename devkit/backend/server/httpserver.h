@@ -1,11 +1,10 @@
 #ifndef VESK_DEVKIT_BACKEND_SERVER_HTTPSERVER_H
 #define VESK_DEVKIT_BACKEND_SERVER_HTTPSERVER_H
 
-#include <atomic>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 
 #include "httplib.h"
 
@@ -39,8 +38,7 @@ public:
 
 private:
     std::unique_ptr<httplib::Server> mServer;
-    std::thread mThread;
-    std::atomic<bool> mEnded{false};
+    std::future<void> mEnd;
     socket_t mListener = INVALID_SOCKET;
     int mPort = 0;
 };
