@@ -23,6 +23,8 @@ struct Row {
     int64_t retCode = 0;
     /// What to do when the login ends with this step.
     std::string_view remedy = {};
+    /// A transport's detail stands in its place, unless that is 0.
+    int64_t thirdCode = devkit::kNobody;
 };
 
 constexpr std::string_view kMessengerFile =
@@ -42,7 +44,8 @@ constexpr Row kRows[] = {
     {"VESKLoginManager::GetLoginPreCode", "", Kind::middle, "pre-code asked for", "", 0, kNoAnswer},
     {"VESKLoginManager::OnPreCodeResp", "is not equal", Kind::drop, "superseded by a newer login"},
     {"VESKLoginManager::OnPreCodeResp", "OnPreCodeResp ret:", Kind::answer, "pre-code answer"},
-    {"VESKLoginManager::OnPreCodeResp", "No preCode!", Kind::failure, "no pre-code in it", "", 5},
+    {"VESKLoginManager::OnPreCodeResp", "No preCode!", Kind::failure, "no pre-code in it", "", 5,
+     "", 0},
     {"VESKLoginIMPL::LoginChannel", ", channel:", Kind::middle, "channel starts", "", 0, kSilent},
     {"VESKLoginIMPL::PluginAutoLogin", ", channel:", Kind::middle, "channel starts", "", 0,
      kSilent},
@@ -89,16 +92,18 @@ constexpr Row kRows[] = {
      "superseded by a newer login"},
     {"VESKLoginManager::PluginLoginObserver", " url: ", Kind::middle, "backend asked", "", 0,
      kNoAnswer},
-    {"VESKHTTPClient::SendPostRequest", "return retcode:", Kind::transport, "", "retcode:", 4},
-    {"VESKHTTPManager::OnHTTPClientCallBack", "responseCode: ", Kind::transport, "",
-     "responseCode: ", 4},
-    {"VESKHTTPManager::RunRequest", "req timeout!", Kind::transport, "", "", 4},
-    {"VESKHTTPManager::RunRequest", "http request fail", Kind::transport, "", "", 4},
+    {"VESKHTTPClient::SendPostRequest", "return retcode:", Kind::transport, "", "retcode:", 4, "",
+     0},
+    {"::OnHTTPClientCallBack", "responseCode: ", Kind::transport, "", "responseCode: ", 4, "", 833},
+    {"VESKHTTPManager::RunRequest", "req timeout!", Kind::transport, "", "", 4, "", 4},
+    {"VESKHTTPManager::RunRequest", "http request fail", Kind::transport, "", "", 4, "", 2},
     {"::ConvertLoginRet", ", respBody:", Kind::answer, "backend answer"},
-    {"VESKJsonReader::init", "Parse json string [", Kind::unusable, "", "", 5},
-    {"VESKJsonReader::init", "value = NULL", Kind::unusable, "", "", 5},
-    {"VESKLoginManager::OnPreCodeResp", "inside an answer", Kind::failure, "memory ran out", "", 4},
-    {"VESKLoginManager::OnLoginResp", "inside an answer", Kind::failure, "memory ran out", "", 4},
+    {"VESKJsonReader::init", "Parse json string [", Kind::unusable, "", "", 5, "", 0},
+    {"VESKJsonReader::init", "value = NULL", Kind::unusable, "", "", 5, "", 0},
+    {"VESKLoginManager::OnPreCodeResp", "inside an answer", Kind::failure, "memory ran out", "", 4,
+     "", 27},
+    {"VESKLoginManager::OnLoginResp", "inside an answer", Kind::failure, "memory ran out", "", 4,
+     "", 27},
     {"VESKLogin::LoginRetObserver", "will notify user", Kind::deliver, "result delivered"},
     {"VESKLogin::LoginRetObserver", "observer is null", Kind::drop,
      "not delivered: no observer, or not the current login"},
@@ -176,17 +181,6 @@ void readAnswer(const LogRecord& record, LoginStep& step) {
     }
 }
 
-/// Which of libcurl's codes, statuses and codes of the SDK's own the request has ended with.
-void readTransport(const Row& row, const LogRecord& record, LoginStep& step) {
-    constexpr int64_t kNoStart = 2, kExpired = 4, kNoStatus = 833;
-    int64_t code = row.part == "req timeout!" ? kExpired : kNoStart;
-    if (!row.detail.empty()) {
-        code = numberBehind(record.message, row.detail).value_or(0);
-        code = code == 0 && row.detail == "responseCode: " ? kNoStatus : code;
-    }
-    step.codes = {4, code};
-}
-
 LoginStep makeStep(const Row& row, const LogRecord& record) {
     LoginStep step;
     step.kind = row.kind;
@@ -194,16 +188,13 @@ LoginStep makeStep(const Row& row, const LogRecord& record) {
     step.remedy = row.remedy;
     step.sequenceId = sequenceId(record.message);
     if (row.retCode != 0) {
-        constexpr int64_t kOutOfMemory = 27;
-        const int64_t own = row.retCode == 4   ? kOutOfMemory
-                            : row.retCode == 5 ? 0
-                                               : devkit::kNobody;
-        step.codes = {row.retCode, own};
+        step.codes = {row.retCode, row.thirdCode};
     }
     if (row.kind == Kind::answer) {
         readAnswer(record, step);
     } else if (row.kind == Kind::transport) {
-        readTransport(row, record, step);
+        const auto said = row.detail.empty() ? 0 : numberBehind(record.message, row.detail);
+        step.codes->thirdCode = said.value_or(0) == 0 ? row.thirdCode : *said;
     } else if (!row.detail.empty()) {
         step.words.append(valueBehind(record.message, row.detail, " ,}\n"));
     }
