@@ -28,6 +28,17 @@ std::string inTextMode(const std::string& bytes) {
     return std::regex_replace(bytes, std::regex("\n"), "\r\n");
 }
 
+namespace {
+
+void feed(LogReader& reader, std::string_view bytes, size_t piece) {
+    for (size_t at = 0; at < bytes.size(); at += piece) {
+        reader.feed(bytes.substr(at, piece));
+    }
+    reader.flush();
+}
+
+} // namespace
+
 std::vector<std::string> readLog(const std::string& bytes, size_t piece, bool redact) {
     std::vector<std::string> lines;
     const auto take = [&lines](const LogRecord& record) {
@@ -36,20 +47,16 @@ std::vector<std::string> readLog(const std::string& bytes, size_t piece, bool re
         lines.push_back(text.substr(0, text.size() - 1));
     };
     LogReader reader(take, RecordFilter(), redact);
-    for (size_t at = 0; at < bytes.size(); at += piece) {
-        reader.feed(std::string_view(bytes).substr(at, piece));
-    }
-    reader.flush();
+    feed(reader, bytes, piece);
     return lines;
 }
 
 std::string printLog(const std::string& bytes, RecordFormat format, RecordFilter filter,
-                     bool redact) {
+                     bool redact, size_t piece) {
     std::string out;
     RecordPrinter printer(format, [&](std::string_view text) { out.append(text); });
     LogReader reader([&](const LogRecord& record) { printer.take(record); }, filter, redact);
-    reader.feed(bytes);
-    reader.flush();
+    feed(reader, bytes, piece);
     printer.flush();
     return out;
 }
@@ -57,8 +64,7 @@ std::string printLog(const std::string& bytes, RecordFormat format, RecordFilter
 std::string tellLogins(const std::string& bytes) {
     LoginStory story;
     LogReader reader([&](const LogRecord& record) { story.take(record); }, {}, true);
-    reader.feed(bytes);
-    reader.flush();
+    feed(reader, bytes, 4096);
     return std::regex_replace(story.text(), std::regex(" +\\d+ ms +[+-]\\d+ ms +"), "");
 }
 

@@ -25,7 +25,7 @@ std::vector<std::string> readLog(const std::string& bytes, size_t piece = 4096,
                                  bool redact = false);
 /// The log as one text, or one JSON object a line.
 std::string printLog(const std::string& bytes, logread::RecordFormat format,
-                     logread::RecordFilter filter = {}, bool redact = false);
+                     logread::RecordFilter filter = {}, bool redact = false, size_t piece = 4096);
 /// The stories of the logins, without the times.
 std::string tellLogins(const std::string& bytes);
 
