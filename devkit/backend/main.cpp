@@ -73,13 +73,12 @@ void serve(const Options& options) {
     ScanSessions sessions(issued, waitingRoom);
     Endpoints endpoints(options.settings, log, issued, waitingRoom);
     FaultApi faults(options.tls ? &conduct : nullptr, backendServer.port());
-    ScanPage scanPage(sessions, log, waitingRoom);
     endpoints.install(backendServer.routes());
     installControlPort(controlServer.routes());
     endpoints.installControl(controlServer.routes());
     faults.install(controlServer.routes());
     sessions.install(controlServer.routes());
-    scanPage.install(controlServer.routes());
+    installScanPage(controlServer.routes(), sessions, log, waitingRoom);
     backendServer.start();
     controlServer.start();
 

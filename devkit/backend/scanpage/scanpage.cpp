@@ -1,6 +1,8 @@
 #include "scanpage/scanpage.h"
 
+#include <atomic>
 #include <memory>
+#include <string>
 
 #include "server/controlport.h"
 
@@ -30,46 +32,57 @@ void offer(httplib::Server& server, const char* path, std::string_view content, 
     });
 }
 
-/// Sends the state when it is news.
-bool sendNews(httplib::DataSink& sink, const std::string& event, std::string& told,
-              const std::string& json) {
-    if (json == told) {
-        return true;
+/// What one browser is shown, and what it has been told.
+struct Viewer {
+    const ScanSessions& sessions;
+    const RequestLog& log;
+    WaitingRoom& waitingRoom;
+    uint64_t seen = 0;
+    std::string toldSessions;
+    std::string toldRequests;
+
+    /// @return false when the browser or the program has gone.
+    bool serve(httplib::DataSink& sink) {
+        // A page that has been closed would not be noticed without a sign now and then.
+        return waitingRoom.waitForChange(seen, kRound) && sink.write(":\n\n", 3) &&
+               sendNews(sink, "sessions", toldSessions, sessions.toJson()) &&
+               sendNews(sink, "requests", toldRequests, log.toJson(kShownRequests, kShownBytes));
     }
-    told = json;
-    const std::string text = "event: " + event + "\ndata: " + json + "\n\n";
-    return sink.write(text.data(), text.size());
-}
+
+    /// Sends the state when it is news.
+    static bool sendNews(httplib::DataSink& sink, const std::string& event, std::string& told,
+                         const std::string& json) {
+        if (json == told) {
+            return true;
+        }
+        told = json;
+        const std::string text = "event: " + event + "\ndata: " + json + "\n\n";
+        return sink.write(text.data(), text.size());
+    }
+};
 
 } // namespace
 
-void ScanPage::install(httplib::Server& server) {
+void installScanPage(httplib::Server& server, const ScanSessions& sessions, const RequestLog& log,
+                     WaitingRoom& waitingRoom) {
     offer(server, "/", kScanPageHtml, "text/html; charset=utf-8");
     offer(server, "/scanpage\\.css", kScanPageCss, "text/css; charset=utf-8");
     offer(server, "/scanpage\\.js", kScanPageJs, "text/javascript; charset=utf-8");
     offer(server, "/icon\\.svg", kScanPageIcon, "image/svg+xml");
-    server.Get("/events",
-               [this](const httplib::Request&, httplib::Response& response) { open(response); });
-}
-
-void ScanPage::open(httplib::Response& response) {
-    if (++mViewers > kMaxViewers) {
-        --mViewers;
-        throw Refusal(503, "the scan page is open too often");
-    }
-    response.set_header("Cache-Control", "no-store");
-    const auto viewer = std::make_shared<Viewer>();
-    response.set_chunked_content_provider(
-        "text/event-stream",
-        [this, viewer](size_t, httplib::DataSink& sink) { return serve(*viewer, sink); },
-        [this](bool) { --mViewers; });
-}
-
-bool ScanPage::serve(Viewer& viewer, httplib::DataSink& sink) {
-    // A page that has been closed would not be noticed without a sign now and then.
-    return mWaitingRoom.waitForChange(viewer.seen, kRound) && sink.write(":\n\n", 3) &&
-           sendNews(sink, "sessions", viewer.sessions, mSessions.toJson()) &&
-           sendNews(sink, "requests", viewer.requests, mLog.toJson(kShownRequests, kShownBytes));
+    const auto viewers = std::make_shared<std::atomic<int>>(0);
+    server.Get("/events", [&sessions, &log, &waitingRoom, viewers](const httplib::Request&,
+                                                                   httplib::Response& response) {
+        if (++*viewers > kMaxViewers) {
+            --*viewers;
+            throw Refusal(503, "the scan page is open too often");
+        }
+        response.set_header("Cache-Control", "no-store");
+        const auto viewer = std::make_shared<Viewer>(Viewer{sessions, log, waitingRoom, 0, {}, {}});
+        response.set_chunked_content_provider(
+            "text/event-stream",
+            [viewer](size_t, httplib::DataSink& sink) { return viewer->serve(sink); },
+            [viewers](bool) { --*viewers; });
+    });
 }
 
 } // namespace vesk::backend

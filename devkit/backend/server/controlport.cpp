@@ -99,8 +99,9 @@ size_t PostedJson::choice(const char* name, const std::vector<std::string>& name
 }
 
 void PostedJson::allowOnly(const std::vector<std::string>& names) const {
-    for (const auto& member : mDocument.GetObject()) {
-        const std::string name = textOf(member.name);
+    // Not by GetObject(): Windows has a macro of that name.
+    for (auto member = mDocument.MemberBegin(); member != mDocument.MemberEnd(); ++member) {
+        const std::string name = textOf(member->name);
         if (std::find(names.begin(), names.end(), name) == names.end()) {
             throw Refusal(400, "unknown member " + inQuotes(name));
         }
