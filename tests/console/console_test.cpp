@@ -18,7 +18,7 @@ using testing::Not;
 /// The console in a folder where logins succeed.
 class ConsoleProgramTest : public DoctorTest {
 protected:
-    ConsoleProgramTest() { setLine("VESK_SDK_KEY", "VESK_SDK_KEY = dev-key"); }
+    ConsoleProgramTest() { setLine("VESK_SDK_KEY = dev-key"); }
 
     ProgramRun console(const std::string& arguments) const {
         return runProgram(mFolder, "vesk-console", arguments);
@@ -95,7 +95,7 @@ TEST_F(ConsoleProgramTest, VisitForAPersonShowsNoToken) {
 }
 
 TEST_F(ConsoleProgramTest, FailureSaysWhatTheBackendHasSaid) {
-    setLine("VESK_SDK_KEY", "VESK_SDK_KEY = another");
+    setLine("VESK_SDK_KEY = another");
     const ProgramRun run = console("login --channel Steam");
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err,

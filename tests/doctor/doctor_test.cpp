@@ -11,26 +11,10 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-std::string number(size_t value, size_t size) {
-    std::string bytes;
-    for (size_t i = 0; i < size; ++i) {
-        bytes += static_cast<char>(value >> (8 * i) & 0xFF);
-    }
-    return bytes;
-}
-
-/// The beginning of a 64-bit library for Windows, with neither sections nor exports.
-std::string windowsLibrary() {
-    std::string bytes = "MZ" + std::string(0x3A, '\0') + number(0x40, 4);
-    bytes += std::string("PE\0\0", 4) + number(0x8664, 2) + std::string(18, '\0');
-    return bytes + number(0x20B, 2) + std::string(240, '\0');
-}
-
-/// That of one for Linux.
-std::string linuxLibrary() {
-    std::string bytes = "\x7F" + std::string("ELF\x02\x01\x01", 6) + std::string(11, '\0');
-    return bytes + number(62, 2) + std::string(44, '\0');
-}
+/// The heads of a library for 64-bit Windows, and of one for Linux.
+const std::string kWindowsHead =
+    "MZ" + std::string(58, '\0') + std::string("\x40\0\0\0PE\0\0\x64\x86", 10);
+const std::string kLinuxHead = "\x7F\x45LF\x02" + std::string(13, '\0') + std::string("\x3E\0", 2);
 
 TEST_F(DoctorTest, FolderWithoutAFaultPassesAndShowsNoSecret) {
     write("upra_login.txt", "KZuser-name-8901");
@@ -48,45 +32,43 @@ TEST_F(DoctorTest, FolderWithoutAFaultPassesAndShowsNoSecret) {
 }
 
 TEST_F(DoctorTest, NamesWhatIsWrongWithASetting) {
-    const auto line = [this](const char* key, const std::string& text) {
-        return [this, key, text] { setLine(key, text); };
+    const auto line = [this](const std::string& text, const char* key = "") {
+        return [this, key, text] { setLine(text, key); };
     };
     const char* const file = "VESKConfig.ini";
     expectEach({
-        {line("VESK_URL", ""), "problem", "VESK_URL", "is not set", "VESK_URL = ..."},
-        {line("VESK_URL", "VESK_URL = localhost"), "problem", "VESK_URL", "no address", "https://"},
-        {line("VESK_URL", "VESK_URL = " + mUrl + "/"), "problem", "VESK_URL", "slash", "Remove"},
-        {line("VESK_URL", "VESK_URL = HTTP://login.example.com"), "warning", "VESK_URL",
-         "not encrypted", "https://"},
-        {line("VESK_SDK_KEY", "VESK_SDK_KEY ="), "problem", "VESK_SDK_KEY", "is not set", "Add"},
-        {line("VESK_SDK_KEY", "VESK_SDK_KEX = dev-key-0123"), "problem", "VESKConfig.ini, line 4",
+        {line("", "VESK_URL"), "problem", "VESK_URL", "is not set", "VESK_URL = ..."},
+        {line("VESK_URL = localhost"), "problem", "VESK_URL", "no address", "https://"},
+        {line("VESK_URL = " + mUrl + "/"), "problem", "VESK_URL", "slash", "Remove"},
+        {line("VESK_URL = HTTP://login.example.com"), "warning", "VESK_URL", "not encrypted",
+         "https://"},
+        {line("VESK_SDK_KEY ="), "problem", "VESK_SDK_KEY", "is not set", "Add"},
+        {line("VESK_SDK_KEX = dev-key-0123", "VESK_SDK_KEY"), "problem", "VESKConfig.ini, line 4",
          "probably VESK_SDK_KEY is meant", "Write VESK_SDK_KEY"},
-        {line("VESK_SDK_KEY", "vesk_sdk_key = dev-key-0123"), "problem", "VESKConfig.ini, line 4",
+        {line("vesk_sdk_key = dev-key-0123", "VESK_SDK_KEY"), "problem", "VESKConfig.ini, line 4",
          "probably VESK_SDK_KEY", "exactly so"},
-        {line("VESK_GAME_ID", "GAME_ID = 1106"), "problem", "VESKConfig.ini, line 3",
+        {line("GAME_ID = 1106", "VESK_GAME_ID"), "problem", "VESKConfig.ini, line 3",
          "probably VESK_GAME_ID", "Write VESK_GAME_ID"},
-        {line("NEW_THING", "NEW_THING = 1"), "warning", "VESKConfig.ini, line 10",
-         "NEW_THING is no setting", "docs/configuration.md"},
-        {line("x", "dev-key-0123 = VESK_SDK_KEY"), "warning", "VESKConfig.ini, line 10",
+        {line("NEW_THING = 1"), "warning", "VESKConfig.ini, line 10", "NEW_THING is no setting",
+         "docs/configuration.md"},
+        {line("dev-key-0123 = VESK_SDK_KEY", "x"), "warning", "VESKConfig.ini, line 10",
          "a key is no setting", "Remove"},
-        {line("x", "VESK_GAME_ID = 7"), "warning", "VESKConfig.ini, line 10", "only line 3 counts",
+        {line("VESK_GAME_ID = 7", "x"), "warning", "VESKConfig.ini, line 10", "only line 3 counts",
          "Remove one"},
-        {line("x", "VESK_SDK_KEY dev-key-0123"), "warning", file, "line 10 is passed over",
+        {line("VESK_SDK_KEY dev-key-0123", "x"), "warning", file, "line 10 is passed over",
          "KEY ="},
-        {line("FERNO_APP_ID", "FERNO_APP_ID = a#b"), "warning", "VESKConfig.ini, line 6", "\"#\"",
+        {line("FERNO_APP_ID = a#b"), "warning", "VESKConfig.ini, line 6", "\"#\"",
          "begins a comment"},
-        {line("FERNO_APP_ID", "FERNO_APP_ID = \"a\""), "warning", "VESKConfig.ini, line 6",
-         "quotes", "Remove the quotes"},
-        {line("VESK_HTTP_TIMEOUT", "VESK_HTTP_TIMEOUT ="), "problem", "VESK_HTTP_TIMEOUT",
-         "counts as 0", "number of seconds"},
-        {line("VESK_HTTP_TIMEOUT", "VESK_HTTP_TIMEOUT = 15s"), "warning", "VESK_HTTP_TIMEOUT",
-         "counts as 15", "nothing but"},
-        {line("VESK_DEVICE_INFO", "VESK_DEVICE_INFO = true"), "warning", "VESK_DEVICE_INFO",
-         "counts as off", "1 for on"},
-        {line("VESK_JSON_LOG_ENABLE", "VESK_JSON_LOG_ENABLE = 01"), "warning",
-         "VESK_JSON_LOG_ENABLE", "on", "Write 0"},
-        {line("STEAM_APP_ID", "STEAM_APP_ID = spacewar"), "problem", "STEAM_APP_ID", "no number",
-         "digits"},
+        {line("FERNO_APP_ID = \"a\""), "warning", "VESKConfig.ini, line 6", "quotes",
+         "Remove the quotes"},
+        {line("VESK_HTTP_TIMEOUT ="), "problem", "VESK_HTTP_TIMEOUT", "counts as 0",
+         "number of seconds"},
+        {line("VESK_HTTP_TIMEOUT = 15s"), "warning", "VESK_HTTP_TIMEOUT", "counts as 15",
+         "nothing but"},
+        {line("VESK_DEVICE_INFO = true"), "warning", "VESK_DEVICE_INFO", "counts as off",
+         "1 for on"},
+        {line("VESK_JSON_LOG_ENABLE = 01"), "warning", "VESK_JSON_LOG_ENABLE", "on", "Write 0"},
+        {line("STEAM_APP_ID = spacewar"), "problem", "STEAM_APP_ID", "no number", "digits"},
     });
 }
 
@@ -144,7 +126,7 @@ TEST_F(DoctorTest, GivesOneFindingForAnEncodingThatTheSdkCannotRead) {
 
 TEST_F(DoctorTest, TakesASimulatedSetUpAsItIs) {
     for (const char* key : {"FERNO_APP_ID", "KZ_APP_ID", "KZ_APP_KEY"}) {
-        setLine(key, "");
+        setLine("", key);
     }
     std::string parts = "frlogin.dll, steam_api64.dll, the backend: from the dev kit";
     if (fs::exists(mFolder / "kz_full")) {
@@ -153,13 +135,13 @@ TEST_F(DoctorTest, TakesASimulatedSetUpAsItIs) {
     const Diagnosis diagnosis = diagnose(false);
     EXPECT_THAT(diagnosis.text, HasSubstr("simulated\",\"verdict\":\"ok\",\"found\":\"" + parts));
     EXPECT_THAT(diagnosis.text, HasSubstr("\"problems\":0,\"warnings\":0"));
-    setLine("VESK_URL", "VESK_URL = http://localhost:8080");
+    setLine("VESK_URL = http://localhost:8080");
     fs::remove(mFolder / "steam_api64.dll"); // the sample's number 480 stays
     EXPECT_THAT(diagnose().text, HasSubstr("\"problems\":0,\"warnings\":0"));
 }
 
 TEST_F(DoctorTest, TellsWhatIsWrongFirstAndWhatIsRightInALineATopic) {
-    setLine("VESK_JSON_LOG_ENABLE", "VESK_JSON_LOG_ENABLE = 1");
+    setLine("VESK_JSON_LOG_ENABLE = 1");
     fs::remove(mFolder / "cacert.pem");
     const ProgramRun run = runProgram(mFolder, "vesk-doctor", "--offline");
     EXPECT_EQ(run.status, 1);
@@ -182,7 +164,7 @@ TEST_F(DoctorTest, NamesWhatIsWrongWithAComponent) {
         return [this, file, name] { copy(file, name); };
     };
     const bool windows = fs::exists(mFolder / "kz_full");
-    const std::string foreign = windows ? linuxLibrary() : windowsLibrary();
+    const std::string foreign = windows ? kLinuxHead : kWindowsHead;
     const char* const whose = windows ? "is a library for 64-bit Linux" : "for 64-bit Windows";
     const std::string whole = readFile(mFolder / "frlogin.dll");
     // That of the messenger's maker does not write down its calls.
@@ -190,7 +172,7 @@ TEST_F(DoctorTest, NamesWhatIsWrongWithAComponent) {
     real.replace(real.find("_sim_calls.txt"), 14, "_something.els");
     const auto realWithoutKey = [&] {
         write("frlogin.dll", real);
-        setLine("FERNO_APP_ID", "");
+        setLine("", "FERNO_APP_ID");
     };
     expectEach({
         {realWithoutKey, "problem", "Ferno", "FERNO_APP_ID is not set", "Add FERNO_APP_ID"},
@@ -207,10 +189,10 @@ TEST_F(DoctorTest, NamesWhatIsWrongWithAComponent) {
         {[&] { write("frlogin.dll", whole.substr(0, 200)); }, "problem", "Ferno", "cut off",
          "Put a library"},
     });
-    setLine("STEAM_APP_ID", "");
-    setLine("FERNO_APP_ID", "");
-    setLine("KZ_APP_ID", "");
-    setLine("KZ_APP_KEY", "");
+    setLine("", "STEAM_APP_ID");
+    setLine("", "FERNO_APP_ID");
+    setLine("", "KZ_APP_ID");
+    setLine("", "KZ_APP_KEY");
     for (const char* name : {"frlogin.dll", "steam_api64.dll", "KZOpenSDK.dll"}) {
         fs::remove(mFolder / name);
     }

@@ -46,7 +46,8 @@ void DoctorTest::heal() const {
     }
 }
 
-void DoctorTest::setLine(const std::string& key, const std::string& line) const {
+void DoctorTest::setLine(const std::string& line, std::string key) const {
+    key = key.empty() ? line.substr(0, line.find(' ')) : key;
     std::istringstream before(readFile(mFolder / "VESKConfig.ini"));
     std::string after;
     bool found = false;

@@ -46,8 +46,9 @@ protected:
 
     /// Puts back everything that a test may have spoiled.
     void heal() const;
-    /// Replaces the key's line in VESKConfig.ini; an empty line removes it.
-    void setLine(const std::string& key, const std::string& line) const;
+    /// Puts a line into VESKConfig.ini in the place of the one for the key, which is the line's own
+    /// unless told; an empty line removes that one.
+    void setLine(const std::string& line, std::string key = {}) const;
     void write(const char* name, const std::string& bytes) const;
     void copy(const char* from, const char* to) const;
 
