@@ -34,7 +34,7 @@ void tell(Report& report, const Result& result) {
 template <typename Ret>
 bool waitForSuccess(ResultQueue& results, const Options& options, Report& report,
                     const std::string& word) {
-    const auto deadline = std::chrono::steady_clock::now() + options.timeout;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(options.timeout);
     while (const auto result = results.waitFor(deadline)) {
         tell(report, *result);
         if (const auto* ret = std::get_if<Ret>(&*result)) {
@@ -59,7 +59,7 @@ bool watchToken(const Options& options, Report& report) {
     VESKLoginRet ret;
     bool held = VESKLogin::GetLoginRet(ret);
     const std::string token = ret.token;
-    const auto deadline = std::chrono::steady_clock::now() + options.timeout;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(options.timeout);
     while (held && ret.token == token && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
         held = VESKLogin::GetLoginRet(ret);
@@ -85,7 +85,7 @@ bool runWord(const std::string& word, const Options& options, Report& report,
         VESKLogin::Logout(options.channel.c_str(), "", options.channelOnly);
         const bool succeeded = waitForSuccess<VESKBaseRet>(results, options, report, word);
         // The backend is told in the background, and the end of the process would cut that off.
-        std::this_thread::sleep_for(options.linger);
+        std::this_thread::sleep_for(std::chrono::seconds(options.linger));
         return succeeded;
     }
     if (word == "login") {
@@ -115,21 +115,8 @@ std::unique_ptr<Report> makeReport(const Options& options, const Terminal& termi
     if (options.json) {
         return makeJsonReport();
     }
-    const bool draw = options.qr == QrChoice::Always ||
-                      (options.qr == QrChoice::OnTerminals && terminal.isTerminal());
+    const bool draw = options.drawCodes.value_or(terminal.isTerminal());
     return makeTextReport(draw, terminal.hasColours());
-}
-
-int runDoctorWord(const Options& options) {
-    vesk::doctor::DoctorOptions wanted;
-    wanted.json = options.json;
-    wanted.offline = options.offline;
-    try {
-        return vesk::doctor::runDoctor(wanted, stderr);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "vesk-console: %s\n", error.what());
-        return 1;
-    }
 }
 
 } // namespace
@@ -151,7 +138,15 @@ int main(int argc, char** argv) {
     }
     const Terminal terminal;
     if (options.words.front() == "doctor") {
-        return runDoctorWord(options);
+        vesk::doctor::DoctorOptions wanted;
+        wanted.json = options.json;
+        wanted.offline = options.offline;
+        try {
+            return vesk::doctor::runDoctor(wanted, stderr);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "vesk-console: %s\n", error.what());
+            return 1;
+        }
     }
     return runWords(options, *makeReport(options, terminal)) ? 0 : 1;
 }

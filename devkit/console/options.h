@@ -1,11 +1,9 @@
 #ifndef VESK_DEVKIT_CONSOLE_OPTIONS_H
 #define VESK_DEVKIT_CONSOLE_OPTIONS_H
 
-#include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
-
-enum class QrChoice { OnTerminals, Always, Never };
 
 /// What the command line asks for.
 struct Options {
@@ -17,11 +15,11 @@ struct Options {
     std::string channel;
     std::string extraJson;
     bool channelOnly = false;
-    std::chrono::seconds timeout{60}; ///< how long to wait for each result
-    std::chrono::seconds linger{1};   ///< how long to stay after a logout
+    int timeout = 60; ///< seconds to wait for each result
+    int linger = 1;   ///< seconds to stay after a logout
     bool json = false;
-    QrChoice qr = QrChoice::OnTerminals;
-    bool offline = false; ///< the doctor leaves the backend alone
+    std::optional<bool> drawCodes; ///< QR codes; on terminals unless told
+    bool offline = false;          ///< the doctor leaves the backend alone
 };
 
 Options parseOptions(int argc, char** argv);

@@ -6,6 +6,7 @@
 #include <deque>
 #include <mutex>
 #include <optional>
+#include <utility>
 #include <variant>
 
 #include "vesk/vesklogin.h"
@@ -18,15 +19,28 @@ using Result = std::variant<Braxel::VESK::VESKLoginRet, Braxel::VESK::VESKBaseRe
 /// thread has produced the result, only copies the record into a queue.
 class ResultQueue final : public Braxel::VESK::VESKLoginObserver {
 public:
-    void OnLoginRetNotify(const Braxel::VESK::VESKLoginRet& ret) override;
-    void OnBaseRetNotify(const Braxel::VESK::VESKBaseRet& ret) override;
-    void OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet& ret) override;
+    // The record is the SDK's own and lives for the call only: push() gets a copy.
+    void OnLoginRetNotify(const Braxel::VESK::VESKLoginRet& ret) override { push(ret); }
+    void OnBaseRetNotify(const Braxel::VESK::VESKBaseRet& ret) override { push(ret); }
+    void OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet& ret) override { push(ret); }
 
     /// The oldest result that has not been taken out; nothing when none has come by @p deadline.
-    std::optional<Result> waitFor(std::chrono::steady_clock::time_point deadline);
+    std::optional<Result> waitFor(std::chrono::steady_clock::time_point deadline) {
+        std::unique_lock<std::mutex> lock(mMutex);
+        if (!mArrived.wait_until(lock, deadline, [this] { return !mResults.empty(); })) {
+            return std::nullopt;
+        }
+        Result oldest = std::move(mResults.front());
+        mResults.pop_front();
+        return oldest;
+    }
 
 private:
-    void push(Result result);
+    void push(Result result) {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        mResults.push_back(std::move(result));
+        mArrived.notify_one();
+    }
 
     std::mutex mMutex;
     std::condition_variable mArrived;
