@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <gmock/gmock.h>
 #include <regex>
 
 #include "logread/logbytes.h"
@@ -6,6 +7,8 @@
 
 namespace vesk::test {
 namespace {
+
+using ::testing::HasSubstr;
 
 /// A product that logs all it can.
 struct ProductLog : MessengerTest {
@@ -69,14 +72,12 @@ TEST_F(ProductLog, TellsTheLoginsOfEachChannel) {
     const std::string story = tellLogins(log());
     const std::string steps = "plugin answer\nbackend asked\nbackend answer: ret 0\n"
                               "result delivered: retCode 0\n  result   retCode 0, it worked\n";
-    EXPECT_NE(story.find(", Steam, "), std::string::npos) << story;
-    EXPECT_NE(story.find("\nrequest\nchannel starts\n" + steps + "\n"), std::string::npos) << story;
-    EXPECT_NE(story.find(", Ferno, "), std::string::npos) << story;
-    EXPECT_NE(story.find("\nrequest\npre-code asked for\npre-code answer: ret 0\nchannel starts\n"
-                         "QR code shown\nQR code scanned\n" +
-                         steps),
-              std::string::npos)
-        << story;
+    EXPECT_THAT(story, HasSubstr(", Steam, "));
+    EXPECT_THAT(story, HasSubstr("\nrequest\nchannel starts\n" + steps + "\n"));
+    EXPECT_THAT(story, HasSubstr(", Ferno, "));
+    EXPECT_THAT(story, HasSubstr("\nrequest\npre-code asked for\npre-code answer: ret 0\n"
+                                 "channel starts\nQR code shown\nQR code scanned\n" +
+                                 steps));
     EXPECT_EQ(story.find(", KZ, ") != std::string::npos, kz) << story;
     EXPECT_EQ(story.find("QR code is: Success\n" + steps) != std::string::npos, kz) << story;
 }
@@ -104,9 +105,8 @@ TEST_F(ProductLog, TellsWhyLoginsHaveFailed) {
     login();
     backend.showCertificate("expired");
     login();
-    const std::string story = tellLogins(log());
     for (const std::string& failure : failures) {
-        EXPECT_NE(story.find(failure), std::string::npos) << failure << story;
+        EXPECT_THAT(tellLogins(log()), HasSubstr(failure));
     }
 }
 
@@ -123,12 +123,12 @@ TEST_F(ProductLog, ProgramPrintsWhatItsOptionsAskFor) {
         return (status == 0 ? "" : "failed\n") + readFile(out);
     };
     const std::string file = name("veskrecord.log");
-    EXPECT_NE(run(file).find("convert InnerLoginRet to VESKLoginRet finish"), std::string::npos);
-    EXPECT_NE(run("--login " + file).find("retCode 0, "), std::string::npos);
+    EXPECT_THAT(run(file), HasSubstr("convert InnerLoginRet to VESKLoginRet finish"));
+    EXPECT_THAT(run("--login " + file), HasSubstr("retCode 0, "));
     EXPECT_EQ(run("--json --level E " + file).find("{\"time\":\"20"), 0u);
     EXPECT_EQ(run("--since \"2199-01-01 00:00\" " + file), "");
     EXPECT_EQ(run("--since 00:00 " + file), run(file));
-    EXPECT_NE(run("--redact " + file).find("VESK_SDK_KEY = ***"), std::string::npos);
+    EXPECT_THAT(run("--redact " + file), HasSubstr("VESK_SDK_KEY = ***"));
     for (const std::string& wrong :
          {"--since noon " + file, "--level X " + file, "--login --json " + file, "nowhere " + file,
           std::string("nowhere"), std::string("/dev/zero"),
