@@ -58,7 +58,7 @@ scanclient::PlayerScript player() {
 
 std::shared_ptr<Component> Component::start(const CallbackTable& host) {
     const bool keepsPointer = Settings().number("keep_pointer", 0) == 1;
-    const auto component = std::make_shared<Component>(host, keepsPointer);
+    auto component = std::make_shared<Component>(host, keepsPointer);
     component->mThread = std::thread([component] { component->run(); });
     return component;
 }
