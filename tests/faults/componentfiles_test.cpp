@@ -19,30 +19,23 @@ void hide(const fs::path& component, const std::string& entryPoint) {
 }
 
 struct ComponentFiles : FaultTest {
-    ComponentFiles() { game.configure("FERNO_APP_ID=f-7"); }
-
     /// A login, a logout and the end, in a process of its own.
     int visit(const std::string& channel, const std::string& silence) {
         backend.next(loginAnswer("A")); // whatever the channel has to say
-        start();
-        VESKLogin::Login(channel.c_str(), "", "", "");
-        bool answered = false;
-        waitUntil("an answer, or what the log says instead", [&] {
-            answered = observer.loginCount() != 0;
-            return answered || game.logLines(silence) != 0;
-        });
+        startLogin(channel);
+        waitUntil("an answer, or what the log says instead",
+                  [&] { return observer.loginCount() != 0 || game.logLines(silence) != 0; });
         Outcome outcome = kSilent;
-        if (answered) {
+        if (observer.loginCount() != 0) {
             const int32_t code = observer.nextLogin().ret.retCode;
             outcome = code == VESKError::SUCCESS               ? kAnswered
                       : code == VESKError::CHANNEL_INIT_FAILED ? kNotStarted
                                                                : kOther;
         }
         // The other channel and the logout work.
-        const std::string other = channel == "Steam" ? "Ferno" : "Steam";
-        VESKLogin::Login(other.c_str(), "", "", "");
-        const bool whole = observer.nextLogin().ret.retCode == VESKError::SUCCESS &&
-                           logout().retCode == VESKError::SUCCESS;
+        const bool whole =
+            login(channel == "Steam" ? "Ferno" : "Steam").retCode == VESKError::SUCCESS &&
+            logout().retCode == VESKError::SUCCESS;
         VESKLogin::UnInstall();
         return whole ? outcome : kOther;
     }

@@ -9,11 +9,7 @@ struct ComponentFaults : FaultTest {
     /// A login through Ferno whose callbacks come as @p script says.
     VESKLoginRet scan(const std::string& script) {
         ferno.script(script);
-        start();
-        VESKLogin::Login("Ferno", "", "", "");
-        const VESKLoginRet ret = observer.nextLogin().ret;
-        countRow(script.substr(0, 80));
-        return ret;
+        return faulty(script.substr(0, 80), "Ferno");
     }
 
     const Messenger ferno{game, "ferno", "frlogin.dll"};
@@ -35,11 +31,11 @@ TEST_F(ComponentFaults, AnyCallbacksGiveALoginOneAnswer) {
     for (const std::string& row : rows) {
         SCOPED_TRACE(row.substr(0, 80));
         const VESKLoginRet ret = scan(row);
-        VESKLoginRet held;
-        const bool found = VESKLogin::GetLoginRet(held);
+        VESKLoginRet stored;
+        const bool found = VESKLogin::GetLoginRet(stored);
         if (row.find(":token") == std::string::npos) { // which comes when it likes
             EXPECT_EQ(found, ret.retCode == VESKError::SUCCESS);
-            EXPECT_EQ(held.token, ret.token) << "of two good answers the other one is held";
+            EXPECT_EQ(stored.token, ret.token) << "of two good answers the other one is held";
         }
         EXPECT_EQ(faulty("the next one").retCode, VESKError::SUCCESS);
     }
@@ -56,8 +52,7 @@ TEST_F(ComponentFaults, CallbacksAfterTheEndReachNobody) {
         SCOPED_TRACE(row);
         expectGame(kNothing, [&] {
             ferno.script("threads=4\non_qrcode=5:qr:u\non_late=" + row);
-            start();
-            VESKLogin::Login("Ferno", "", "", "");
+            startLogin("Ferno");
             observer.nextQrCode();
             VESKLogin::UnInstall();
             const size_t steps = 1 + static_cast<size_t>(std::count(row.begin(), row.end(), ','));

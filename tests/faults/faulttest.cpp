@@ -23,11 +23,9 @@ void FaultTest::settle() {
 }
 
 VESKLoginRet FaultTest::faulty(const std::string& row, const char* channel) {
-    start();
     VESKLoginRet ret;
     try {
-        VESKLogin::Login(channel, "", "", "");
-        ret = observer.nextLogin().ret;
+        ret = login(channel);
     } catch (const std::exception& error) {
         ADD_FAILURE() << row << ": " << error.what();
     }
@@ -72,6 +70,11 @@ void FaultTest::expectWhole() {
     ++mResults;
     expectQuiet();
     EXPECT_EQ(observer.loginCount(), mResults) << "a result too many, or one too few";
+}
+
+void FaultTest::expectBoundedMemory() const {
+    const size_t grown = countProcess().peakResidentBytes - settled.peakResidentBytes;
+    EXPECT_LT(grown >> 20, VESK_FAULT_MEGABYTES);
 }
 
 void FaultTest::TearDown() {

@@ -30,6 +30,10 @@ protected:
     /// The next login works, nothing was heard too often, and all is quiet.
     void expectWhole();
 
+    /// The process has not grown by more, at any time since settle(), than the largest answer and
+    /// the copies take that its handling and its log lines make.
+    void expectBoundedMemory() const;
+
     /// Prints the number of rows, for scripts/faults.
     void TearDown() override;
 

@@ -18,17 +18,14 @@ enum Outcome { kHeld = 10, kNotHeld, kNoAddress, kNoTrust, kOther };
 
 struct FileFaults : FaultTest {
     /// A login in a process that the permissions of files bind, as they do not bind root.
-    template <typename Meanwhile>
-    int visit(const Meanwhile& meanwhile) {
+    int visit(const std::function<void()>& meanwhile = [] {}) {
         __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
         const __user_cap_data_struct none[2] = {};
         syscall(SYS_capset, &header, none);
-        start();
-        VESKLogin::Login("Steam", "", "", "");
+        startLogin();
         meanwhile();
         const VESKLoginRet ret = observer.nextLogin().ret;
-        VESKLoginRet held;
-        const bool found = VESKLogin::GetLoginRet(held);
+        const bool found = isHeld();
         const rlimit roomAgain = {RLIM_INFINITY, RLIM_INFINITY}; // for what a sanitizer may do
         setrlimit(RLIMIT_FSIZE, &roomAgain);
         if (ret.retCode == VESKError::SUCCESS) {
@@ -37,21 +34,11 @@ struct FileFaults : FaultTest {
         return ret.thirdCode == 3 ? kNoAddress : ret.thirdCode == 77 ? kNoTrust : kOther;
     }
 
-    template <typename Meanwhile>
-    void expectVisit(const std::string& row, Outcome outcome, const Meanwhile& meanwhile) {
+    void expectVisit(
+        const std::string& row, Outcome outcome, const std::function<void()>& meanwhile = [] {}) {
         SCOPED_TRACE(row);
         expectGame(outcome, [&] { return visit(meanwhile); });
         countRow(row, 0);
-    }
-    void expectVisit(const std::string& row, Outcome outcome) {
-        expectVisit(row, outcome, [] {});
-    }
-
-    /// The code that an automatic login ends with tells what was read of the device file.
-    int32_t autoLogin() {
-        start();
-        VESKLogin::AutoLogin();
-        return observer.nextLogin().ret.retCode;
     }
 };
 
@@ -80,13 +67,13 @@ TEST_F(FileFaults, NoFileIsNeededButTheConfiguration) {
 
 TEST_F(FileFaults, LoginThatCannotBeWrittenDownIsDeliveredButNotHeld) {
     for (const std::string& state : kFileStates) {
-        backend.next({"auth/login", loginAnswer("A").body, 200, 200});
+        backend.next(loginAnswer("A", "", 200));
         const bool isPlain = state == "missing" || state == "empty" || state == "unreadable";
         expectVisit(state, isPlain ? kHeld : kNotHeld, [&] { putFile(game.loginCache(), state); });
         fs::remove_all(game.loginCache());
     }
     for (const std::string state : {"missing", "empty"}) {
-        backend.next({"auth/login", loginAnswer("A").body, 200, 200});
+        backend.next(loginAnswer("A", "", 200));
         expectVisit("read-only folder, " + state, state == "empty" ? kHeld : kNotHeld, [&] {
             putFile(game.loginCache(), state);
             fs::permissions(game.path(), fs::perms(0555));
@@ -95,7 +82,7 @@ TEST_F(FileFaults, LoginThatCannotBeWrittenDownIsDeliveredButNotHeld) {
     }
     fs::remove(game.loginCache());
     for (const rlim_t room : {0, 3, 5}) {
-        backend.next({"auth/login", loginAnswer("A").body, 200, 200});
+        backend.next(loginAnswer("A", "", 200));
         expectVisit("a disk that is full after " + std::to_string(room), kNotHeld, [&] {
             const rlimit limit = {room, RLIM_INFINITY};
             std::signal(SIGXFSZ, SIG_IGN);
@@ -142,7 +129,8 @@ TEST_F(FileFaults, DeviceFileOfAnyLengthIsRead) {
         const int32_t wanted = isNothing    ? VESKError::NO_STORED_LOGIN
                                : length < 4 ? -1
                                             : VESKError::CHANNEL_LOGIN_FAILED; // no KZ here
-        EXPECT_EQ(autoLogin(), wanted) << length;
+        // The code tells what was read of the device file.
+        EXPECT_EQ(autoLogin().retCode, wanted) << length;
         countRow("a device file of " + std::to_string(length));
     }
 }
@@ -150,7 +138,7 @@ TEST_F(FileFaults, DeviceFileOfAnyLengthIsRead) {
 TEST_F(FileFaults, NewFilesAreTheirOwnersOnly) {
     expectGame(kHeld, [&] {
         umask(0);
-        return visit([] {});
+        return visit();
     });
     for (const char* file : {"upra_login.txt", "veskrecord.log"}) {
         EXPECT_EQ(fs::status(game.path() / file).permissions(), fs::perms(0600)) << file;
@@ -187,7 +175,7 @@ TEST_F(FileFaults, KilledAtAnyChangeOfTheDeviceFileItCanBeRead) {
             EXPECT_TRUE(status == 0 || killed) << status;
             kills += killed ? 1 : 0;
             const std::string left = readFile(file);
-            const int32_t read = autoLogin();
+            const int32_t read = autoLogin().retCode;
             countRow(call);
             if (left == "KZ1234") {
                 EXPECT_EQ(read, VESKError::CHANNEL_LOGIN_FAILED); // the old player; no KZ here

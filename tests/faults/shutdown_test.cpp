@@ -6,24 +6,19 @@ namespace {
 constexpr int kLeft = 10; // the code that the game ends with
 
 struct ShutdownFaults : FaultTest {
-    void start(const char* channel, size_t logins = 1) {
-        FaultTest::start();
-        for (size_t i = 0; i < logins; ++i) {
-            VESKLogin::Login(channel, "", "", "");
-        }
-    }
-    void waitForFour() { backend.waitForRequest("auth/login", mBefore + 4); }
-    void scriptLogins(size_t count, int delayMs) {
-        mBefore = backend.requests("auth/login").size();
+    /// Starts that many logins and waits for four requests.
+    void startLogins(size_t count, int delayMs) {
+        const size_t before = backend.requests("auth/login").size(); // of other processes
         for (size_t i = 0; i < count; ++i) {
-            backend.next({"auth/login", loginAnswer("A").body, 200, delayMs});
+            backend.next(loginAnswer("A", "", delayMs));
         }
+        for (size_t i = 0; i < count; ++i) {
+            startLogin();
+        }
+        backend.waitForRequest("auth/login", before + 4);
     }
 
     const Messenger ferno{game, "ferno", "frlogin.dll"};
-
-private:
-    size_t mBefore = 0; // requests of other processes
 };
 
 TEST_F(ShutdownFaults, ProcessEndsWhateverIsUnderWay) {
@@ -32,17 +27,10 @@ TEST_F(ShutdownFaults, ProcessEndsWhateverIsUnderWay) {
         int rounds;
         std::function<void()> begin;
     } rows[] = {
-        {"requests in flight and queued", 2,
-         [this] {
-             scriptLogins(6, 1000);
-             start("Steam", 6);
-             waitForFour();
-         }},
+        {"requests in flight and queued", 2, [this] { startLogins(6, 1000); }},
         {"an answer that comes just now", 15,
          [this] {
-             scriptLogins(4, 20);
-             start("Steam", 4);
-             waitForFour();
+             startLogins(4, 20);
              std::this_thread::sleep_for(std::chrono::milliseconds(std::rand() % 30));
          }},
         {"a timer asleep", 2, [this] { login(); }},
@@ -53,7 +41,7 @@ TEST_F(ShutdownFaults, ProcessEndsWhateverIsUnderWay) {
                  steps += ",0:qr:u,0:scanned";
              }
              ferno.script("threads=4\n" + steps);
-             start("Ferno");
+             startLogin("Ferno");
              observer.nextQrCode();
          }},
     };

@@ -33,7 +33,6 @@ private:
 
 /// The library's calls of these functions go through this program: the linker finds its ones first.
 struct SystemFaults {
-    /// Finds out where the SDK's code lies.
     SystemFaults();
     ~SystemFaults();
 

@@ -5,7 +5,6 @@
 #include <ctime>
 #include <dlfcn.h>
 #include <execinfo.h>
-#include <link.h>
 #include <pthread.h>
 
 #include "support/waituntil.h"
@@ -14,36 +13,15 @@ namespace vesk::test {
 
 namespace {
 
-struct Code {
-    uintptr_t begin = 0;
-    uintptr_t end = 0;
-    bool holds(const void* address) const {
-        const auto at = reinterpret_cast<uintptr_t>(address);
-        return at >= begin && at < end;
-    }
-};
-Code gSdk;
-Code gRuntime; // libstdc++, which allocates on behalf of its callers
-Code gProgram;
-
-int findCode(dl_phdr_info* info, size_t /*size*/, void* /*context*/) {
-    Code* const code = *info->dlpi_name == '\0'                                 ? &gProgram
-                       : std::strstr(info->dlpi_name, "libVESKCore") != nullptr ? &gSdk
-                       : std::strstr(info->dlpi_name, "libstdc++") != nullptr   ? &gRuntime
-                                                                                : nullptr;
-    for (int i = 0; code != nullptr && i < info->dlpi_phnum; ++i) {
-        const auto& part = info->dlpi_phdr[i];
-        if (part.p_type == PT_LOAD && (part.p_flags & PF_X) != 0) {
-            *code = {info->dlpi_addr + part.p_vaddr, info->dlpi_addr + part.p_vaddr + part.p_memsz};
-        }
-    }
-    return 0;
-}
-
 /// The function that this program's one stands in for.
 template <typename Function>
 Function* real(Function* /*standIn*/, const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+bool isOf(const char* file, const void* address) {
+    Dl_info code = {};
+    return dladdr(address, &code) != 0 && std::strstr(code.dli_fname, file) != nullptr;
 }
 
 /// Whether it is the SDK that calls, by itself or for its strings.
@@ -56,14 +34,14 @@ bool isTheSdk() {
     void* frames[12];
     const int count = backtrace(frames, 12);
     int at = 0;
-    while (at < count && gProgram.holds(frames[at])) {
-        ++at; // this function and the stand-in
-    }
-    while (at < count && gRuntime.holds(frames[at])) {
-        ++at;
+    // This function and the stand-in, then what allocates on behalf of its callers.
+    for (const char* file : {"vesk_system_fault_tests", "libstdc++"}) {
+        while (at < count && isOf(file, frames[at])) {
+            ++at;
+        }
     }
     asking = false;
-    return at < count && gSdk.holds(frames[at]);
+    return at < count && isOf("libVESKCore", frames[at]);
 }
 
 struct ThreadStart {
@@ -117,7 +95,6 @@ bool Refusal::take() {
 }
 
 SystemFaults::SystemFaults() {
-    dl_iterate_phdr(&findCode, nullptr);
     void* frame = nullptr;
     backtrace(&frame, 1);
 }

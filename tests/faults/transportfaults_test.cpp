@@ -125,6 +125,7 @@ TEST_F(TransportFaults, NameNotFound) {
     for (int i = 0; i < 10; ++i) {
         fails("name not found", 6);
     }
+    EXPECT_EQ(game.logLines("host error, result:6, errorReshostCount:9, reqSeq:"), 1u);
 }
 
 } // namespace

@@ -17,6 +17,24 @@ size_t append(char* data, size_t size, size_t count, void* text) {
     return size * count;
 }
 
+std::string jsonOf(const rapidjson::Value& value) {
+    rapidjson::StringBuffer json;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(json);
+    value.Accept(writer);
+    return json.GetString();
+}
+
+std::string quoted(const std::string& text) {
+    return jsonOf(rapidjson::Value(
+        rapidjson::StringRef(text.data(), static_cast<rapidjson::SizeType>(text.size()))));
+}
+
+rapidjson::Document parsed(const std::string& text) {
+    rapidjson::Document document;
+    document.Parse(text.c_str());
+    return document;
+}
+
 } // namespace
 
 ControlAnswer callControlPort(const std::string& url, const std::string* body,
@@ -46,89 +64,56 @@ ControlAnswer callControlPort(const std::string& url, const std::string* body,
 }
 
 void BackendControl::next(const Answer& answer) {
-    rapidjson::StringBuffer json;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(json);
-    writer.StartObject();
-    writer.Key("path");
-    writer.String(answer.path.c_str());
-    writer.Key("body");
-    writer.String(answer.body.data(), static_cast<rapidjson::SizeType>(answer.body.size()));
-    writer.Key("status");
-    writer.Int(answer.status);
-    writer.Key("delay_ms");
-    writer.Int(answer.delayMs);
-    writer.Key("action");
-    writer.String(answer.action.c_str());
-    if (!answer.location.empty()) {
-        writer.Key("location");
-        writer.String(answer.location.c_str());
-    }
-    writer.EndObject();
-    std::string body = json.GetString();
-    body.insert(body.size() - 1, answer.more);
-    call("/next", &body);
+    const std::string location =
+        answer.location.empty() ? "" : R"(,"location":)" + quoted(answer.location);
+    call("/next", R"({"path":)" + quoted(answer.path) + R"(,"body":)" + quoted(answer.body) +
+                      R"(,"status":)" + std::to_string(answer.status) + R"(,"delay_ms":)" +
+                      std::to_string(answer.delayMs) + R"(,"action":)" + quoted(answer.action) +
+                      location + answer.more + "}");
 }
 
 void BackendControl::showCertificate(const std::string& kind) {
-    const std::string body = R"({"kind":")" + kind + "\"}";
-    call("/certificate", &body);
+    call("/certificate", R"({"kind":)" + quoted(kind) + "}");
 }
 
 void BackendControl::conduct(const std::string& json) {
     if (!json.empty()) {
-        call("/tls", &json);
+        call("/tls", json);
     }
 }
 
 size_t BackendControl::resumedSessions() {
-    return numberAt("/tls", "resumed");
+    return parsed(call("/tls"))["resumed"].GetUint();
 }
 
 std::string BackendControl::lineUrl() {
-    rapidjson::Document document;
-    document.Parse(call("/line", nullptr).c_str());
-    return document["url"].GetString();
+    return parsed(call("/line"))["url"].GetString();
 }
 
 size_t BackendControl::lineConnections() {
-    return numberAt("/line", "connections");
+    return parsed(call("/line"))["connections"].GetUint();
 }
 
 void BackendControl::breakLine(const std::string& action, size_t after, const std::string& from) {
-    const std::string body = R"({"action":")" + action + R"(","from":")" + from + R"(","after":)" +
-                             std::to_string(after) + "}";
-    call("/line", &body);
+    call("/line", R"({"action":)" + quoted(action) + R"(,"from":)" + quoted(from) + R"(,"after":)" +
+                      std::to_string(after) + "}");
 }
 
 void BackendControl::floodLine(const std::string& head, const std::string& wave) {
-    rapidjson::StringBuffer json;
-    rapidjson::Writer<rapidjson::StringBuffer> writer(json);
-    writer.StartObject();
-    for (const auto& [name, text] : {std::pair{"action", std::string("flood")},
-                                     std::pair{"head", head}, std::pair{"wave", wave}}) {
-        writer.Key(name);
-        writer.String(text.c_str());
-    }
-    writer.EndObject();
-    const std::string body = json.GetString();
-    call("/line", &body);
+    call("/line",
+         R"({"action":"flood","head":)" + quoted(head) + R"(,"wave":)" + quoted(wave) + "}");
 }
 
 void BackendControl::clear() {
-    const std::string none;
-    call("/clear", &none);
+    call("/clear", "");
 }
 
 std::vector<Request> BackendControl::requests(const std::string& path) {
-    rapidjson::Document document;
-    document.Parse(call("/requests", nullptr).c_str());
+    const rapidjson::Document document = parsed(call("/requests"));
     std::vector<Request> found;
     for (const auto& item : document.GetArray()) {
-        rapidjson::StringBuffer headers;
-        rapidjson::Writer<rapidjson::StringBuffer> writer(headers);
-        item["headers"].Accept(writer);
         const Request request{item["path"].GetString(), item["query"].GetString(),
-                              item["body"].GetString(), headers.GetString(),
+                              item["body"].GetString(), jsonOf(item["headers"]),
                               item["verdict"].GetString()};
         if (request.path.find(path) != std::string::npos) {
             found.push_back(request);
@@ -146,15 +131,9 @@ Request BackendControl::waitForRequest(const std::string& path, size_t count) {
     return found.back();
 }
 
-size_t BackendControl::numberAt(const std::string& path, const char* name) {
-    rapidjson::Document document;
-    document.Parse(call(path, nullptr).c_str());
-    return document[name].GetUint();
-}
-
-std::string BackendControl::call(const std::string& path, const std::string* postBody) {
+std::string BackendControl::call(const std::string& path, const std::optional<std::string>& body) {
     const ControlAnswer answer =
-        callControlPort(mUrl + path, postBody, {"Content-Type: application/json"});
+        callControlPort(mUrl + path, body ? &*body : nullptr, {"Content-Type: application/json"});
     if (answer.status >= 400) {
         throw std::runtime_error("the dev backend's control port refuses: " + answer.body);
     }

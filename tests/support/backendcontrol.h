@@ -1,6 +1,7 @@
 #ifndef VESK_TESTS_SUPPORT_BACKENDCONTROL_H
 #define VESK_TESTS_SUPPORT_BACKENDCONTROL_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -70,8 +71,7 @@ public:
     void floodLine(const std::string& head, const std::string& wave);
 
 private:
-    size_t numberAt(const std::string& path, const char* name);
-    std::string call(const std::string& path, const std::string* postBody);
+    std::string call(const std::string& path, const std::optional<std::string>& body = {});
 
     std::string mUrl;
 };
