@@ -1,21 +1,19 @@
 #include "game.h"
 
 #include <chrono>
-#include <cstdio>
 #include <stdexcept>
 #include <thread>
-#include <unistd.h>
 #include <utility>
 
 #include "figures.h"
 #include "foundation/tools/vesknetworkutils.h"
 #include "login/veskloginbodies.h"
+#include "module/veskmodule.h"
 #include "support/backendcontrol.h"
 #include "support/files.h"
+#include "support/system.h"
 
 using namespace Braxel::VESK;
-
-namespace fs = std::filesystem;
 
 namespace vesk::bench {
 
@@ -24,14 +22,10 @@ namespace {
 constexpr auto kPatience = std::chrono::seconds(20);
 constexpr auto kPoll = std::chrono::microseconds(100);
 
-size_t entries(const char* folder) {
-    return static_cast<size_t>(
-        std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-}
-
 } // namespace
 
 Game::Game() : mFolder(test::environment("VESK_TEST_FOLDER")) {
+    VESKModule::UsePath((mFolder / test::kSdkLibrary).make_preferred().string());
     VESKLogin::SetLoginObserver(this);
 }
 
@@ -97,34 +91,12 @@ void Game::OnQrCodeRetNotify(const VESKQrCodeRet& /*ret*/) {}
 
 void waitForThreads(size_t count) {
     const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (threadCount() > count) {
+    while (test::countProcess().threads > count + test::kSystemThreads) {
         if (std::chrono::steady_clock::now() > end) {
             throw std::runtime_error("a thread does not end");
         }
         std::this_thread::sleep_for(kPoll);
     }
-}
-
-size_t threadCount() {
-    return entries("/proc/self/task");
-}
-
-size_t descriptorCount() {
-    return entries("/proc/self/fd");
-}
-
-double residentBytes() {
-    long pages = 0;
-    long resident = 0;
-    std::FILE* file = std::fopen("/proc/self/statm", "r");
-    const bool good = file != nullptr && std::fscanf(file, "%ld %ld", &pages, &resident) == 2;
-    if (file != nullptr) {
-        std::fclose(file);
-    }
-    if (!good) {
-        throw std::runtime_error("the resident memory is not known");
-    }
-    return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
 double timePlainly(const std::vector<PlainRequest>& requests) {

@@ -57,11 +57,6 @@ private:
 /// Waits until no more than @p count threads are left in this process; throws after a while.
 void waitForThreads(size_t count);
 
-/// Threads, open descriptors and resident memory of this process.
-size_t threadCount();
-size_t descriptorCount();
-double residentBytes();
-
 /// What @p requests take one after the other, each on a thread of its own that the one before has
 /// started, in nanoseconds.
 double timePlainly(const std::vector<PlainRequest>& requests);

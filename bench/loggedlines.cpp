@@ -59,7 +59,7 @@ void LoggedLines::appendPlainly(const std::string& path) const {
 }
 
 void appendPlainly(const std::string& path, const std::string& line) {
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
     static_cast<void>(!write(file, line.data(), line.size()));
     close(file);
 }

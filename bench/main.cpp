@@ -3,20 +3,13 @@
 // folder and a process of its own.
 #include <cstdio>
 #include <exception>
-#include <functional>
-#include <map>
-#include <string>
 
 #include "groups.h"
 
 int main(int argc, char** argv) {
     using namespace vesk::bench;
-    const std::map<std::string, std::function<void(Figures&)>> groups = {
-        {"logging", &measureLogging}, {"json", &measureJson}, {"queue", &measureQueue},
-        {"logins", &measureLogins},   {"rest", &measureRest}, {"many", &measureManyLogins},
-    };
-    const auto group = groups.find(argc == 3 ? argv[1] : "");
-    if (group == groups.end()) {
+    const auto group = Group::all().find(argc == 3 ? argv[1] : "");
+    if (group == Group::all().end()) {
         std::fputs("usage: vesk-bench GROUP FILE\n", stderr);
         return 2;
     }

@@ -3,6 +3,7 @@
 
 #include "game.h"
 #include "groups.h"
+#include "support/system.h"
 
 namespace vesk::bench {
 
@@ -14,9 +15,7 @@ constexpr int kClearEvery = 250;
 
 struct State {
     Pair times; ///< the window's logins, and as many plain requests in between
-    double resident;
-    double descriptors;
-    double threads;
+    test::ProcessCounts held;
 };
 
 /// Logs in again and again, as a game does whose players change, and never out.
@@ -41,13 +40,9 @@ State measureWindow(Game& game, const std::vector<PlainRequest>& requests) {
         },
         [&] { return game.login("Steam").total; });
     waitForThreads(2);
-    state.resident = residentBytes();
-    state.descriptors = static_cast<double>(descriptorCount());
-    state.threads = static_cast<double>(threadCount());
+    state.held = test::countProcess();
     return state;
 }
-
-} // namespace
 
 void measureManyLogins(Figures& figures) {
     Game game;
@@ -60,13 +55,18 @@ void measureManyLogins(Figures& figures) {
         "the 10,000th login: time", "the 100th, both beside plain libcurl", "",
         {early.times.measured / early.times.baseline, late.times.measured / late.times.baseline},
         atMost(1.05));
-    const double mib = 1024.0 * 1024.0;
+    const auto more = [&](size_t test::ProcessCounts::*count) {
+        return static_cast<double>(late.held.*count) - static_cast<double>(early.held.*count);
+    };
     figures.value("the 10,000th login: memory more than after the 100th", "MiB",
-                  (late.resident - early.resident) / mib, atMost(1));
+                  more(&test::ProcessCounts::residentBytes) / (1024.0 * 1024.0), atMost(1));
     figures.value("the 10,000th login: descriptors more than after the 100th", "descriptors",
-                  late.descriptors - early.descriptors, atMost(0));
+                  more(&test::ProcessCounts::descriptors), atMost(0));
     figures.value("the 10,000th login: threads more than after the 100th", "threads",
-                  late.threads - early.threads, atMost(0));
+                  more(&test::ProcessCounts::threads), atMost(0));
 }
 
+const Group group("many", &measureManyLogins);
+
+} // namespace
 } // namespace vesk::bench

@@ -32,6 +32,7 @@ void PlainRequest::post() const {
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
     curl_easy_setopt(handle, CURLOPT_CAINFO, caFile.c_str());
+    curl_easy_setopt(handle, CURLOPT_SHARE, share);
     curl_easy_setopt(handle, CURLOPT_CAPATH, nullptr);
     curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT, kTimeoutSeconds);
     curl_easy_setopt(handle, CURLOPT_TIMEOUT, kTimeoutSeconds);
@@ -54,6 +55,15 @@ void PlainRequest::post() const {
                      status, answer.c_str());
         std::exit(1);
     }
+}
+
+std::vector<PlainRequest> sharing(std::vector<PlainRequest> requests) {
+    CURLSH* const share = curl_share_init();
+    curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+    for (PlainRequest& request : requests) {
+        request.share = share;
+    }
+    return requests;
 }
 
 bool isSecure(const std::string& url) {

@@ -4,6 +4,7 @@
 #include <arpa/inet.h>
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <list>
 #include <mutex>
 #include <netinet/in.h>
@@ -82,7 +83,7 @@ public:
         }
         mServer.set(IPPROTO_TCP, TCP_NODELAY, 1);
         // The system has connected the client at once.
-        delay(2);
+        std::this_thread::sleep_for(2 * mDelay);
         bool carries = connectTo(mServer, mTarget);
         while (carries && !ended) {
             if (faultIsDue()) {
@@ -90,19 +91,33 @@ public:
                 return;
             }
             pollfd sides[] = {{mClient.fd(), POLLIN, 0}, {mServer.fd(), POLLIN, 0}};
-            ::poll(sides, 2, kPollMs);
+            ::poll(sides, 2, mUnderWay.empty() ? kPollMs : 1);
+            deliver(Clock::now());
             carries = (sides[0].revents == 0 || carry(mClient, mServer, mFromClient, false)) &&
                       (sides[1].revents == 0 || carry(mServer, mClient, mFromServer, true));
+        }
+        for (const Late& late : mUnderWay) {
+            std::this_thread::sleep_until(late.due);
+            send(late.to, late.bytes.data(), late.bytes.size());
         }
     }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    /// Bytes that have been taken from one side and not yet given to the other.
+    struct Late {
+        Clock::time_point due;
+        const Socket& to;
+        std::string bytes;
+    };
+
     bool faultIsDue() const {
         return mFault.action != Action::Pass &&
                (mFault.fromServer ? mFromServer : mFromClient) >= mFault.after;
     }
 
-    bool carry(const Socket& from, const Socket& to, size_t& count, bool fromServer) const {
+    bool carry(const Socket& from, const Socket& to, size_t& count, bool fromServer) {
         size_t wanted = kChunk;
         if (mFault.action != Action::Pass && mFault.fromServer == fromServer) {
             wanted = std::min(wanted, mFault.after - count);
@@ -113,13 +128,24 @@ private:
             return false;
         }
         count += static_cast<size_t>(size);
-        delay(1);
-        // As it blocks, it sends all or fails.
-        return ::send(to.fd(), chunk, static_cast<size_t>(size), MSG_NOSIGNAL) == size;
+        if (mDelay.count() == 0) {
+            return send(to, chunk, static_cast<size_t>(size));
+        }
+        mUnderWay.push_back({Clock::now() + mDelay, to, {chunk, static_cast<size_t>(size)}});
+        return true;
     }
 
-    void delay(int ways) const {
-        std::this_thread::sleep_for(std::chrono::milliseconds(ways * mFault.delayMs));
+    /// As it blocks, it sends all or fails.
+    static bool send(const Socket& to, const char* data, size_t size) {
+        return ::send(to.fd(), data, size, MSG_NOSIGNAL) == static_cast<ssize_t>(size);
+    }
+
+    void deliver(Clock::time_point now) {
+        while (!mUnderWay.empty() && mUnderWay.front().due <= now) {
+            const Late& late = mUnderWay.front();
+            send(late.to, late.bytes.data(), late.bytes.size());
+            mUnderWay.pop_front();
+        }
     }
 
     void flood(const std::atomic<bool>& ended) const {
@@ -153,6 +179,8 @@ private:
     const Socket mServer;
     const LineFault mFault;
     const int mTarget;
+    const Clock::duration mDelay = std::chrono::milliseconds(mFault.delayMs);
+    std::deque<Late> mUnderWay;
     size_t mFromClient = 0;
     size_t mFromServer = 0;
 };
