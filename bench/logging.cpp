@@ -17,7 +17,7 @@ namespace {
 constexpr size_t kLineLength = 150; // with its line end
 constexpr int kThreads = 8;
 constexpr int kLinesEach = 250;
-constexpr int kTurns = 200;
+constexpr int kRounds = 200;
 
 void logLine(const std::string& padding) {
     VESK_LOG_DEBUG("VESKLoginManager::OnLoginResp", "[ %s ], reqSeq:%d %s",
@@ -28,6 +28,7 @@ void logLine(const std::string& padding) {
 double timeTogether(const std::function<void()>& write) {
     const double start = nowNs();
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&write] {
             for (int line = 0; line < kLinesEach; ++line) {
@@ -54,7 +55,7 @@ void measureLogging(Figures& figures) {
                   atMost(1.25));
     figures.ratio("8 threads logging, a line", "the same raw calls under one mutex", "ns",
                   takeTurns(
-                      kTurns,
+                      kRounds,
                       [&] {
                           return timeTogether([&] {
                               const std::lock_guard<std::mutex> lock(mutex);

@@ -26,11 +26,13 @@ TEST(Common, SettingsMayHoldAHashWhereOnlyLinesAreComments) {
 
 TEST(Common, JsonLineIsReadAsItWasWritten) {
     JsonLine line;
+    // NOLINTNEXTLINE(misc-misleading-bidirectional)
     line.add("text", "a\"\\\n\x1b\xC2\x85\xE2\x80\xAE\xC3\xA4").add("number", -7).add("flag", true);
     EXPECT_EQ(line.text(), R"({"text":"a\"\\\n\u001b\u0085\u202e)"
                            "\xC3\xA4\",\"number\":-7,\"flag\":true}");
     EXPECT_THAT(*readJsonObject(line.text()),
                 ElementsAre(Pair("flag", "true"), Pair("number", "-7"),
+                            // NOLINTNEXTLINE(misc-misleading-bidirectional)
                             Pair("text", "a\"\\\n\x1b\xC2\x85\xE2\x80\xAE\xC3\xA4")));
     EXPECT_EQ(JsonLine().add("bad", "\xFF").text(), R"({"bad":"\ufffd"})");
     EXPECT_FALSE(readJsonObject("[1]") || readJsonObject("{\"a\":") || readJsonObject(""));

@@ -7,7 +7,7 @@ namespace vesk::test {
 namespace {
 
 struct SessionApi : ::testing::Test {
-    const ScanPlayer player;
+    const ScanPlayer player{};
 };
 
 TEST_F(SessionApi, PageOfAnotherSiteCanDoNothing) {

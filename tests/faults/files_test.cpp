@@ -158,9 +158,9 @@ TEST_F(FileFaults, KilledAtAnyChangeOfTheDeviceFileItCanBeRead) {
     const std::string program = fs::read_symlink("/proc/self/exe");
     const std::string file = game.loginCache();
     size_t kills = 0;
-    for (const std::string call : {"unlink", "openat", "write", "close", "rename"}) {
+    for (const char* call : {"unlink", "openat", "write", "close", "rename"}) {
         for (int status = -1, when = 1; status != 0 && !HasFailure(); ++when) {
-            SCOPED_TRACE(call + " number " + std::to_string(when));
+            SCOPED_TRACE(std::string(call) + " number " + std::to_string(when));
             writeFile(file, "KZ1234");
             // Leaks cannot be looked for in a traced process. It has the shell's number, which is
             // in the name of what is written aside.

@@ -117,9 +117,11 @@ using vesk::test::SystemFaults;
 extern "C" {
 
 // glibc's own names of what the functions below stand in for.
+// NOLINTBEGIN(clang-diagnostic-reserved-identifier)
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
 void* __libc_realloc(void* memory, size_t size);
+// NOLINTEND(clang-diagnostic-reserved-identifier)
 
 void* malloc(size_t size) {
     return vesk::test::refusesMemory() ? nullptr : __libc_malloc(size);
@@ -143,6 +145,7 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
         return EAGAIN;
     }
     ++SystemFaults::busyThreads;
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new)
     auto* const start = new vesk::test::ThreadStart{routine, argument};
     return forward(thread, attributes, &vesk::test::runThread, start);
 }

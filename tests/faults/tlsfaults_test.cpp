@@ -160,6 +160,7 @@ TEST_F(TlsFaults, ManyThreadsShareWhatComesAndGoes) {
     remember();
     const std::string url = environment("VESK_TEST_BACKEND_URL");
     std::vector<std::thread> threads;
+    threads.reserve(64);
     for (int i = 0; i < 64; ++i) {
         threads.emplace_back([&] {
             for (int j = 0; j < 4; ++j) {

@@ -25,8 +25,8 @@ struct Answer {
     int status = 200;
     int delayMs = 0;
     std::string action = "answer"; ///< or "echo", "reset", "cut", "hang", "redirect"
-    std::string location = "";     ///< where a redirect leads to
-    std::string more = "";         ///< further members of the script: JSON with a leading comma
+    std::string location{};        ///< where a redirect leads to
+    std::string more{};            ///< further members of the script: JSON with a leading comma
 };
 
 /// A request as the dev backend received and judged it.

@@ -43,6 +43,7 @@ int64_t now() {
 void onEightThreads(const std::function<void(int)>& work) {
     std::atomic<int> missing{8};
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([&, i] {
             for (--missing; missing > 0;) {

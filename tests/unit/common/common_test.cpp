@@ -42,8 +42,9 @@ TEST_F(Identity, SequenceIdNamesGameDeviceTimeAndNumber) {
 TEST_F(Identity, EightThreadsNeverMakeTheSameId) {
     std::vector<std::string> made(400);
     onEightThreads([&](int thread) {
-        for (int i = 0; i < 50; ++i) {
-            made[static_cast<size_t>(50 * thread + i)] = VESK::CreateSequenceId();
+        const auto first = static_cast<size_t>(thread) * 50;
+        for (size_t i = 0; i < 50; ++i) {
+            made[first + i] = VESK::CreateSequenceId();
         }
     });
     EXPECT_EQ(std::set<std::string>(made.begin(), made.end()).size(), 400u);
