@@ -104,6 +104,7 @@ TEST_F(ClockFaults, WhatIsKeptOfTlsLivesForAnHour) {
         int64_t ahead;
         size_t resumed; ///< sessions; the third login of each memory is the first to have one
     } rows[] = {{10, 0}, {10, 0}, {10, 1}, {3600, 1}, {3620, 0}, {3620, 0}, {3620, 1}, {10, 0}};
+    forgetProxies();
     for (const auto& row : rows) {
         SystemFaults::clockAhead = row.ahead;
         backend.next(loginAnswer("A")); // whatever the time of the request

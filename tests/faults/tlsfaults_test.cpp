@@ -25,6 +25,7 @@ protected:
         writeFile(folder / "half", readFile(list).substr(0, 300));
         mkfifo((folder / "pipe").c_str(), 0600);
         use("ours");
+        forgetProxies();
         settle();
         // What has changed just now is read anew each time.
         for (int i = 0; i < 3; ++i) {
