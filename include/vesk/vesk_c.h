@@ -66,8 +66,7 @@ typedef struct vesk_qr_code_ret {
     int32_t method_name_id, ret_code, third_code;
     const char *ret_msg, *third_msg, *extra_json;
     /// @}
-    /// Ferno 1, KZ 2; reserved is 0. @{
-    int32_t channel_id, reserved; ///@}
+    int32_t channel_id, reserved; ///< Ferno 1, KZ 2; reserved is 0
     const char* channel;          ///< "Ferno" or "KZ"
     const char* qr_code_url;      ///< address of the QR code image
 } vesk_qr_code_ret;
@@ -146,4 +145,5 @@ VESK_API void vesk_reset_guest(void); ///@}
 #ifdef __cplusplus
 }
 #endif
+#include "vesk/vesk_mainloop.h"
 #endif

@@ -37,6 +37,18 @@ struct VESKError {
     static constexpr int32_t TOKEN_EXPIRED = 1002;
     /// The messenger reported a failed QR or automatic login.
     static constexpr int32_t CHANNEL_LOGIN_FAILED = 9999;
+
+    // From here on the codes are the SDK's own and no backend's. Only results that wait for a main
+    // loop have them (vesk_mainloop.h); no observer hears one.
+
+    /// The game has taken the login back.
+    static constexpr int32_t LOGIN_CANCELLED = 10001;
+    /// The login has not ended in its time.
+    static constexpr int32_t LOGIN_TIMED_OUT = 10002;
+    /// There is no channel of that name.
+    static constexpr int32_t UNKNOWN_CHANNEL = 10003;
+    /// A newer login has begun before this one had ended.
+    static constexpr int32_t LOGIN_OVERTAKEN = 10004;
 };
 
 } // namespace VESK

@@ -1,8 +1,10 @@
 #include <cstdint>
+#include <string>
 
 #include "cinterface/veskcobserver.h"
 #include "cinterface/veskcrecords.h"
 #include "login/veskguarded.h"
+#include "mainloop/veskmainloop.h"
 #include "module/veskmodule.h"
 #include "module/veskversion.h"
 #include "vesk/vesk_c.h"
@@ -14,6 +16,7 @@ using Braxel::VESK::VESKCObserver;
 using Braxel::VESK::VESKHeldLoginRet;
 using Braxel::VESK::VESKLogin;
 using Braxel::VESK::VESKLoginRet;
+using Braxel::VESK::VESKMainLoop;
 using Braxel::VESK::VESKModule;
 
 namespace {
@@ -33,6 +36,25 @@ constexpr uint32_t VersionNumber() {
     return number << 8 | part;
 }
 static_assert(VersionNumber() >= 0x05000005, "a part of the version is missing");
+
+using Kind = VESKMainLoop::Call::Kind;
+
+std::string Text(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+/// Hands an operation to the main loop's worker.
+/// @return false when the caller has to run it.
+bool TakenOver(Kind kind, const char* channel, const char* permissions, const char* subChannel,
+               const char* extraJson, bool channelOnly = false) noexcept {
+    VESKMainLoop* loop = VESKMainLoop::Existing();
+    try {
+        return loop != nullptr && loop->Take({kind, Text(channel), Text(permissions),
+                                              Text(subChannel), Text(extraJson), channelOnly, 0});
+    } catch (...) { // there is no memory for it: it may still run
+        return false;
+    }
+}
 
 } // namespace
 
@@ -59,11 +81,15 @@ int32_t vesk_set_login_observer(const vesk_login_observer* observer) {
 void vesk_login(const char* channel, const char* permissions, const char* sub_channel,
                 const char* extra_json) {
     const VESKModule::Use use; // the texts' copies are freed in here
-    VESKLogin::Login(channel, permissions, sub_channel, extra_json);
+    if (!TakenOver(Kind::kLogin, channel, permissions, sub_channel, extra_json)) {
+        VESKLogin::Login(channel, permissions, sub_channel, extra_json);
+    }
 }
 
 void vesk_auto_login(void) {
-    VESKLogin::AutoLogin();
+    if (!TakenOver(Kind::kAutoLogin, nullptr, nullptr, nullptr, nullptr)) {
+        VESKLogin::AutoLogin();
+    }
 }
 
 int32_t vesk_get_login_ret(vesk_login_ret** login_ret) {
@@ -88,7 +114,9 @@ void vesk_login_ret_free(vesk_login_ret* login_ret) {
 
 void vesk_logout(const char* channel, const char* sub_channel, int32_t channel_only) {
     const VESKModule::Use use; // the texts' copies are freed in here
-    VESKLogin::Logout(channel, sub_channel, channel_only != 0);
+    if (!TakenOver(Kind::kLogout, channel, nullptr, sub_channel, nullptr, channel_only != 0)) {
+        VESKLogin::Logout(channel, sub_channel, channel_only != 0);
+    }
 }
 
 void vesk_uninstall(void) {

@@ -1,6 +1,7 @@
 #include "cinterface/veskcrecords.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "vesk/veskerror.h"
 
@@ -29,7 +30,11 @@ static_assert(VESK_SUCCESS == VESKError::SUCCESS && VESK_NO_LOGIN == VESKError::
                   VESK_NETWORK_RESPONSE_ERROR == VESKError::NETWORK_RESPONSE_ERROR &&
                   VESK_NO_STORED_LOGIN == VESKError::NO_STORED_LOGIN &&
                   VESK_TOKEN_EXPIRED == VESKError::TOKEN_EXPIRED &&
-                  VESK_CHANNEL_LOGIN_FAILED == VESKError::CHANNEL_LOGIN_FAILED,
+                  VESK_CHANNEL_LOGIN_FAILED == VESKError::CHANNEL_LOGIN_FAILED &&
+                  VESK_LOGIN_CANCELLED == VESKError::LOGIN_CANCELLED &&
+                  VESK_LOGIN_TIMED_OUT == VESKError::LOGIN_TIMED_OUT &&
+                  VESK_UNKNOWN_CHANNEL == VESKError::UNKNOWN_CHANNEL &&
+                  VESK_LOGIN_OVERTAKEN == VESKError::LOGIN_OVERTAKEN,
               "the codes of vesk_c.h are those of veskerror.h");
 
 /// Fills what every record begins with.
@@ -50,6 +55,20 @@ Record Begin(const VESKBaseRet& ret) {
 
 VESKHeldLoginRet::VESKHeldLoginRet(const VESKLoginRet& ret) : vesk_login_ret(), mRet(ret) {
     static_cast<vesk_login_ret&>(*this) = ToC(mRet);
+}
+
+VESKHeldResult::VESKHeldResult(std::unique_ptr<VESKResult> result)
+    : vesk_result(), mResult(std::move(result)) {
+    struct_size = sizeof(vesk_result);
+    kind = mResult->kind;
+    request = mResult->request;
+    if (const auto* const loginRet = std::get_if<VESKLoginRet>(&mResult->ret)) {
+        login = &mRecord.emplace<vesk_login_ret>(ToC(*loginRet));
+    } else if (const auto* const baseRet = std::get_if<VESKBaseRet>(&mResult->ret)) {
+        base = &mRecord.emplace<vesk_base_ret>(ToC(*baseRet));
+    } else if (const auto* const qrCodeRet = std::get_if<VESKQrCodeRet>(&mResult->ret)) {
+        qr_code = &mRecord.emplace<vesk_qr_code_ret>(ToC(*qrCodeRet));
+    }
 }
 
 vesk_base_ret ToC(const VESKBaseRet& ret) {

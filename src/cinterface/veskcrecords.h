@@ -1,7 +1,12 @@
 #ifndef VESK_CINTERFACE_VESKCRECORDS_H
 #define VESK_CINTERFACE_VESKCRECORDS_H
 
+#include <memory>
+#include <variant>
+
+#include "mainloop/veskresultqueue.h"
 #include "vesk/vesk_c.h"
+#include "vesk/vesk_mainloop.h"
 #include "vesk/veskret.h"
 
 namespace Braxel {
@@ -16,6 +21,17 @@ struct VESKHeldLoginRet : vesk_login_ret {
 
 private:
     const VESKLoginRet mRet;
+};
+
+/// The same for a result that waited.
+struct VESKHeldResult : vesk_result {
+    explicit VESKHeldResult(std::unique_ptr<VESKResult> result);
+    VESKHeldResult(const VESKHeldResult&) = delete;
+    VESKHeldResult& operator=(const VESKHeldResult&) = delete;
+
+private:
+    const std::unique_ptr<VESKResult> mResult;
+    std::variant<vesk_login_ret, vesk_base_ret, vesk_qr_code_ret> mRecord;
 };
 
 /// The plain C form of a record. Its texts are those of @p ret.

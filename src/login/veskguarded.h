@@ -20,6 +20,9 @@ void Guarded(const char* method, const Body& body) noexcept {
     }
 }
 
+/// Whether UnInstall was called; without a word in the log.
+bool HasEnded();
+
 /// Whether UnInstall was called, after which no operation does anything. Then the log says so,
 /// under the name @p method.
 bool HasEnded(const char* method);

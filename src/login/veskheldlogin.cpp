@@ -8,6 +8,7 @@
 #include "foundation/log/vesklogger.h"
 #include "foundation/tools/veskutils.h"
 #include "login/veskloginbodies.h"
+#include "login/veskresultsink.h"
 #include "platformimpl/foundation/file/veskfileutils.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "vesk/veskerror.h"
@@ -261,7 +262,9 @@ void VESKHeldLogin::Refresh(const InnerLoginPluginRet& answer) {
     ret.tokenExpire = now + lifetime;
     ret.channelInfo =
         VESKLoginBodies::RefreshedChannelInfo(answer.channel, ret.openid.c_str(), token).c_str();
-    StoreChanged(ret, generation);
+    if (StoreChanged(ret, generation)) {
+        VESKResultSink::TokenWasRefreshed(ret);
+    }
 }
 
 } // namespace VESK

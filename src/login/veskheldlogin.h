@@ -18,6 +18,10 @@ class VESKHeldLogin {
 public:
     VESKHeldLogin();
 
+    /// What is held, as it is: never null, empty when nothing is. Neither waits nor writes to the
+    /// log.
+    std::shared_ptr<const InnerLoginRet> Record();
+
     /// Reads the login that is held, or what the device remembers of an earlier one.
     /// @return whether one is held. An expired one is, with retCode TOKEN_EXPIRED.
     bool Get(InnerLoginRet& out);
@@ -55,7 +59,6 @@ public:
     void Refresh(const InnerLoginPluginRet& answer);
 
 private:
-    std::shared_ptr<const InnerLoginRet> Record();
     bool IsEmpty();
     bool CheckExpiry(InnerLoginRet& out);
     bool ReadDeviceCache(InnerLoginRet& out);
@@ -70,8 +73,8 @@ private:
     VESKMutex mLoginRetMutex; // guards the pointer; a record is never changed once it is held
     std::shared_ptr<const InnerLoginRet> mLoginRet;
 
-    // One user of the device file at a time; taken before mLoginRetMutex and the login manager's
-    // mLoginMutex. It guards the four below.
+    // One user of the device file at a time; taken before mLoginRetMutex and VESKCurrentLogin's
+    // mMutex. It guards the four below.
     VESKMutex mStoreMutex;
     uint64_t mStoreGeneration = 0; // moves with each change of the held record
     uint64_t mStoredLogins = 0;    // moves with each login that succeeds

@@ -13,6 +13,8 @@
 #include "foundation/tools/md5.h"
 #include "login/veskguarded.h"
 #include "login/veskloginmanager.h"
+#include "login/veskoperations.h"
+#include "login/veskresultsink.h"
 #include "module/veskmodule.h"
 #include "module/vesksingleton.h"
 
@@ -43,7 +45,8 @@ void NotifyUser(const char* method, const Call& call) {
 void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
     const VESKCallGate::Pass pass(DeliveryGate());
     VESKLoginObserver* observer = pass ? gObserver.load() : nullptr;
-    if (observer != nullptr) {
+    VESKResultSink* sink = pass ? VESKResultSink::Get() : nullptr;
+    if (observer != nullptr || sink != nullptr) {
         VESK_LOG_DEBUG("VESKLogin::LoginRetObserver",
                        "[ %s ] convert InnerLoginRet to VESKLoginRet start", seqID);
         const VESKLoginRet ret = ToPublic(inner);
@@ -55,8 +58,11 @@ void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
         if (ret.methodNameID != kMethodNameLogin ||
             VESKLoginManager::GetInstance()->checkLoginNotify(seqID, inner.retCode ==
                                                                          VESKError::SUCCESS)) {
-            NotifyUser("Braxel::VESK::VESKLogin::LoginRetObserver",
-                       [&] { observer->OnLoginRetNotify(ret); });
+            NotifyUser("Braxel::VESK::VESKLogin::LoginRetObserver", [&] {
+                if ((sink == nullptr || !sink->OnLogin(ret, seqID)) && observer != nullptr) {
+                    observer->OnLoginRetNotify(ret);
+                }
+            });
             return;
         }
     }
@@ -67,7 +73,8 @@ void LoginRetObserver(const InnerLoginRet& inner, const char* seqID) {
 void BaseRetObserver(const InnerBaseRet& inner, const char* seqID) {
     const VESKCallGate::Pass pass(DeliveryGate());
     VESKLoginObserver* observer = pass ? gObserver.load() : nullptr;
-    if (observer == nullptr) {
+    VESKResultSink* sink = pass ? VESKResultSink::Get() : nullptr;
+    if (observer == nullptr && sink == nullptr) {
         VESK_LOG_ERROR("VESKLogin::BaseRetObserver", " [ %s ] login observer is null", seqID);
         return;
     }
@@ -77,13 +84,18 @@ void BaseRetObserver(const InnerBaseRet& inner, const char* seqID) {
     VESK_LOG_DEBUG("VESKLogin::BaseRetObserver",
                    "[ %s ] convert InnerBaseRet to VESKBaseRet finish then will notify user",
                    seqID);
-    NotifyUser("Braxel::VESK::VESKLogin::BaseRetObserver", [&] { observer->OnBaseRetNotify(ret); });
+    NotifyUser("Braxel::VESK::VESKLogin::BaseRetObserver", [&] {
+        if ((sink == nullptr || !sink->OnBase(ret, seqID)) && observer != nullptr) {
+            observer->OnBaseRetNotify(ret);
+        }
+    });
 }
 
 void QrCodeRetObserver(const InnerQrCodeRet& inner, const char* seqID) {
     const VESKCallGate::Pass pass(DeliveryGate());
     VESKLoginObserver* observer = pass ? gObserver.load() : nullptr;
-    if (observer == nullptr) {
+    VESKResultSink* sink = pass ? VESKResultSink::Get() : nullptr;
+    if (observer == nullptr && sink == nullptr) {
         VESK_LOG_ERROR("VESKLogin::QrCodeRetObserver", " [ %s ] login observer is null", seqID);
         return;
     }
@@ -93,22 +105,78 @@ void QrCodeRetObserver(const InnerQrCodeRet& inner, const char* seqID) {
     VESK_LOG_DEBUG("VESKLogin::QrCodeRetObserver",
                    "[ %s ] convert InnerQrCodeRet to VESKQrCodeRet finish then will notify user",
                    seqID);
-    NotifyUser("Braxel::VESK::VESKLogin::QrCodeRetObserver",
-               [&] { observer->OnQrCodeRetNotify(ret); });
+    NotifyUser("Braxel::VESK::VESKLogin::QrCodeRetObserver", [&] {
+        if ((sink == nullptr || !sink->OnQrCode(ret, seqID)) && observer != nullptr) {
+            observer->OnQrCodeRetNotify(ret);
+        }
+    });
 }
 
 /// Deliberate: a JSON object without a password still gets one, the digest of the empty text.
-std::string WithPasswordDigest(const String& extraJson) {
-    std::string first = extraJson.c_str();
+std::string WithPasswordDigest(const char* extraJson) {
+    std::string first = extraJson;
     const VESKJsonManager given(first);
     const std::string digest = MD5::Hex(given.GetString("password"));
-    std::string second = extraJson.c_str();
+    std::string second = extraJson;
     VESKJsonManager changed(second);
     changed.PutIfAbsent("password", digest.c_str());
     return changed;
 }
 
 } // namespace
+
+void ListenForResults() {
+    VESKInnerObserverHolder<InnerLoginRet>::Register(kObserverIDLoginRet, &LoginRetObserver);
+    VESKInnerObserverHolder<InnerBaseRet>::Register(kObserverIDBaseRet, &BaseRetObserver);
+    VESKInnerObserverHolder<InnerQrCodeRet>::Register(kObserverIDQrCodeRet, &QrCodeRetObserver);
+    VESKLoginManager::GetInstance();
+}
+
+void RunLogin(const char* channel, const char* permissions, const char* subChannel,
+              const char* extraJson, const Begins& begins) {
+    VESK_LOG_DEBUG("VESKLogin::Login", "channel:%s permissions:%s subChannel:%s extraJson:%s",
+                   channel, permissions, subChannel, extraJson);
+    LoginRequest request;
+    request.extraJson = WithPasswordDigest(extraJson);
+    request.methodNameID = kMethodNameLogin;
+    request.seqID = VESK::CreateSequenceId();
+    request.channel = channel;
+    request.subChannel = subChannel;
+    if (begins && !begins(request.seqID)) {
+        return;
+    }
+    VESKLoginManager* manager = VESKLoginManager::GetInstance();
+    manager->mNeedLoginObserve = true;
+    manager->Login(request, permissions);
+}
+
+void RunAutoLogin(const Begins& begins) {
+    ShortRequest request;
+    request.methodNameID = kMethodNameAutoLogin;
+    request.seqID = VESK::CreateSequenceId();
+    if (begins && !begins(request.seqID)) {
+        return;
+    }
+    VESKLoginManager* manager = VESKLoginManager::GetInstance();
+    manager->mNeedLoginObserve = true;
+    manager->AutoLogin(request);
+}
+
+void RunLogout(const char* channel, const char* subChannel, bool channelOnly,
+               const Begins& begins) {
+    ShortRequest request;
+    request.methodNameID = kMethodNameLogout;
+    request.seqID = VESK::CreateSequenceId();
+    request.channel = channel;
+    request.subChannel = subChannel;
+    if (!begins || begins(request.seqID)) {
+        VESKLoginManager::GetInstance()->Logout(request, channelOnly);
+    }
+}
+
+bool HasEnded() {
+    return gEnded;
+}
 
 bool HasEnded(const char* method) {
     const bool ended = gEnded;
@@ -123,39 +191,19 @@ void VESKLogin::SetLoginObserver(VESKLoginObserver* observer) {
         // Deliberate: the misplaced format letter, and so no address.
         VESK_LOG_DEBUG("VESKLogin::SetLoginObserver", "SetLoginObserver, observer address:p%%");
         gObserver = observer;
-        VESKInnerObserverHolder<InnerLoginRet>::Register(kObserverIDLoginRet, &LoginRetObserver);
-        VESKInnerObserverHolder<InnerBaseRet>::Register(kObserverIDBaseRet, &BaseRetObserver);
-        VESKInnerObserverHolder<InnerQrCodeRet>::Register(kObserverIDQrCodeRet, &QrCodeRetObserver);
-        VESKLoginManager::GetInstance();
+        ListenForResults();
     });
 }
 
 void VESKLogin::Login(const String& channel, const String& permissions, const String& subChannel,
                       const String& extraJson) {
     UnlessEnded("Braxel::VESK::VESKLogin::Login", [&] {
-        VESK_LOG_DEBUG("VESKLogin::Login", "channel:%s permissions:%s subChannel:%s extraJson:%s",
-                       channel.c_str(), permissions.c_str(), subChannel.c_str(), extraJson.c_str());
-        LoginRequest request;
-        request.extraJson = WithPasswordDigest(extraJson);
-        request.methodNameID = kMethodNameLogin;
-        request.seqID = VESK::CreateSequenceId();
-        request.channel = channel.c_str();
-        request.subChannel = subChannel.c_str();
-        VESKLoginManager* manager = VESKLoginManager::GetInstance();
-        manager->mNeedLoginObserve = true;
-        manager->Login(request, permissions.c_str());
+        RunLogin(channel.c_str(), permissions.c_str(), subChannel.c_str(), extraJson.c_str());
     });
 }
 
 void VESKLogin::AutoLogin() {
-    UnlessEnded("Braxel::VESK::VESKLogin::AutoLogin", [&] {
-        ShortRequest request;
-        request.methodNameID = kMethodNameAutoLogin;
-        request.seqID = VESK::CreateSequenceId();
-        VESKLoginManager* manager = VESKLoginManager::GetInstance();
-        manager->mNeedLoginObserve = true;
-        manager->AutoLogin(request);
-    });
+    UnlessEnded("Braxel::VESK::VESKLogin::AutoLogin", [] { RunAutoLogin(); });
 }
 
 bool VESKLogin::GetLoginRet(VESKLoginRet& loginRet) {
@@ -169,14 +217,8 @@ bool VESKLogin::GetLoginRet(VESKLoginRet& loginRet) {
 }
 
 void VESKLogin::Logout(const String& channel, const String& subChannel, bool channelOnly) {
-    UnlessEnded("Braxel::VESK::VESKLogin::Logout", [&] {
-        ShortRequest request;
-        request.methodNameID = kMethodNameLogout;
-        request.seqID = VESK::CreateSequenceId();
-        request.channel = channel.c_str();
-        request.subChannel = subChannel.c_str();
-        VESKLoginManager::GetInstance()->Logout(request, channelOnly);
-    });
+    UnlessEnded("Braxel::VESK::VESKLogin::Logout",
+                [&] { RunLogout(channel.c_str(), subChannel.c_str(), channelOnly); });
 }
 
 bool VESKLogin::SwitchUser(bool /*useLaunchUser*/) {
@@ -194,6 +236,7 @@ void VESKLogin::UnInstall() {
             return;
         }
         VESK_LOG_DEBUG("VESKLogin::UnInstall", "UnInstall platform sdk");
+        VESKResultSink::SdkEnds();
         DeliveryGate().Close();
         VESKHTTPManager::GetInstance()->Shutdown();
         VESKLoginManager::GetInstance()->UnInstallPlatformPlugins();

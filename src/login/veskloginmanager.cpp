@@ -10,7 +10,7 @@
 #include "foundation/tools/vesknetworkutils.h"
 #include "login/veskloginbodies.h"
 #include "login/veskloginresults.h"
-#include "module/veskmutex.h"
+#include "login/veskresultsink.h"
 #include "platformimpl/login/veskloginimpl.h"
 #include "vesk/veskerror.h"
 
@@ -19,7 +19,6 @@ namespace VESK {
 
 namespace {
 
-constexpr int32_t kStateNotified = 2;
 constexpr const char* kOnPreCodeResp = "Braxel::VESK::VESKLoginManager::OnPreCodeResp";
 constexpr const char* kOnLoginResp = "Braxel::VESK::VESKLoginManager::OnLoginResp";
 
@@ -39,7 +38,7 @@ void OrOutOfMemory(const char* method, int32_t methodNameID, const std::string& 
         handle();
     } catch (...) {
         VESK_LOG_AT(kLogError, method, "[ %s ] exception inside an answer", seqID.c_str());
-        VESKLoginManager::GetInstance()->ReopenLogin(seqID);
+        VESKLoginManager::GetInstance()->Current().Reopen(seqID);
         DeliverNetworkError(kOutOfMemory, methodNameID, seqID);
     }
 }
@@ -69,7 +68,11 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     }
     ExtendedLoginRequest extended;
     static_cast<LoginRequest&>(extended) = request;
-    mHeld.DropFor([&] { extended.order = BeginLogin(request.seqID); });
+    mHeld.DropFor([&] { extended.order = mCurrent.Begin(request.seqID); });
+    VESKResultSink::LoginHasBegun(request.seqID);
+    if (mCurrent.IsWithdrawn(request.seqID)) {
+        return;
+    }
     mNeedLoginObserve = true;
     extended.permissions = permissions;
     // Deliberate: any other channel is never answered.
@@ -81,23 +84,14 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     }
 }
 
-uint64_t VESKLoginManager::BeginLogin(const std::string& seqID) {
-    const std::lock_guard<VESKMutex> lock(mLoginMutex);
-    mCurrentLoginSeqID = seqID;
-    return ++mLoginCount;
-}
-
 bool VESKLoginManager::IsCurrent(const std::string& seqID, const char* method) {
     std::string current;
-    {
-        const std::lock_guard<VESKMutex> lock(mLoginMutex);
-        current = mCurrentLoginSeqID;
-    }
-    if (current != seqID) {
+    const bool isCurrent = mCurrent.Is(seqID, current);
+    if (!isCurrent) {
         VESK_LOG_AT(kLogDebug, method, "[ %s ], mCurrentLoginSeqID is not equal %s", seqID.c_str(),
                     current.c_str());
     }
-    return current == seqID;
+    return isCurrent;
 }
 
 void VESKLoginManager::GetLoginPreCode(const ExtendedLoginRequest& request) {
@@ -174,7 +168,9 @@ void VESKLoginManager::PluginLoginObserver(const InnerLoginPluginRet& answer, co
             return;
         }
     }
-    manager->PostLogin(answer, seqID);
+    if (!manager->mCurrent.IsWithdrawn(seqID)) {
+        manager->PostLogin(answer, seqID);
+    }
 }
 
 void VESKLoginManager::PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID) {
@@ -207,10 +203,7 @@ void VESKLoginManager::HandleLogin(const InnerLoginPluginRet& answer, int32_t re
     }
     if (ret.retCode == VESKError::NEED_REALNAME) {
         const auto pending = std::make_shared<InnerLoginRet>(ret);
-        const std::lock_guard<VESKMutex> lock(mLoginMutex);
-        if (seqID == mCurrentLoginSeqID) {
-            mPendingLoginRet = pending;
-        }
+        mCurrent.IfIs(seqID, [&] { mPendingLoginRet = pending; });
     } else if (ret.retCode == VESKError::SUCCESS && !HandleLoginSuccess(ret, seqID, body)) {
         return;
     }
@@ -234,11 +227,14 @@ bool VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string&
                        "methodNameID has been reset for kMethodNameBind");
         return true;
     }
+    VESKResultSink::BeforeLoginIsStored();
     if (!IsCurrent(seqID, kOnLoginResp)) {
+        EndWithdrawn(ret, seqID);
         return true; // nobody waits for it
     }
     // One that came too late must neither sign the old player in nor cost the newer one's record.
-    if (!mHeld.SaveLogin(ret, [&] { return CloseLogin(seqID); })) {
+    if (!mHeld.SaveLogin(ret, [&] { return mCurrent.Close(seqID); })) {
+        EndWithdrawn(ret, seqID);
         return !IsCurrent(seqID, kOnLoginResp); // overtaken just now: nobody waits for it either
     }
     TimerRefreshToken(seqID, ret.channel.c_str());
@@ -254,21 +250,12 @@ bool VESKLoginManager::HandleLoginSuccess(InnerLoginRet& ret, const std::string&
     return true;
 }
 
-/// A login has one success, which is stored before the game hears of it. Whatever else answers the
-/// login meanwhile must not be heard instead.
-bool VESKLoginManager::CloseLogin(const std::string& seqID) {
-    const std::lock_guard<VESKMutex> lock(mLoginMutex);
-    if (seqID != mCurrentLoginSeqID || seqID == mStoredSeqID) {
-        return false;
-    }
-    mStoredSeqID = seqID;
-    return true;
-}
-
-void VESKLoginManager::ReopenLogin(const std::string& seqID) {
-    const std::lock_guard<VESKMutex> lock(mLoginMutex);
-    if (seqID == mStoredSeqID) {
-        mStoredSeqID.clear();
+/// The backend has logged a player in whom nobody wants any more.
+void VESKLoginManager::EndWithdrawn(const InnerLoginRet& ret, const std::string& seqID) {
+    if (mCurrent.TakeLogOut(seqID)) {
+        VESK_LOG_INFO("VESKLoginManager::EndWithdrawn",
+                      "[ %s ], logged in after it was cancelled, logs out again", seqID.c_str());
+        VESKLogouts::LogOutAtBackend(ret, seqID);
     }
 }
 
@@ -278,13 +265,8 @@ bool VESKLoginManager::checkLoginNotify(const std::string& seqID, bool isSuccess
         return false;
     }
     VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "[ %s] check seqID", seqID.c_str());
-    {
-        const std::lock_guard<VESKMutex> lock(mLoginMutex);
-        if (seqID == mCurrentLoginSeqID && (isSuccess || seqID != mStoredSeqID)) {
-            mCurrentLoginSeqID.clear();
-            mLoginState = kStateNotified;
-            return true;
-        }
+    if (mCurrent.End(seqID, isSuccess)) {
+        return true;
     }
     VESK_LOG_DEBUG("VESKLoginManager::checkLoginNotify", "seqID is not equal currentSeqID");
     return false;
@@ -293,10 +275,6 @@ bool VESKLoginManager::checkLoginNotify(const std::string& seqID, bool isSuccess
 void VESKLoginManager::AutoLogin(const ShortRequest& request) {
     const std::string& seqID = request.seqID;
     VESK_LOG_DEBUG("VESKLoginManager::AutoLogin", "[ %s ], begin autologin", seqID.c_str());
-    {
-        const std::lock_guard<VESKMutex> lock(mLoginMutex);
-        mAutoLoginSeqID = seqID;
-    }
     const char* const onTestOnly = "Auto login only support on VESK test environment";
     const char* const onKZOnly = "Auto login only support on KZ channel";
     if (!VESKLoginBodies::AllowsAutoLogin(
@@ -324,7 +302,8 @@ void VESKLoginManager::AutoLogin(const ShortRequest& request) {
     AutoLoginRequest autoLogin;
     static_cast<ShortRequest&>(autoLogin) = request;
     // Only now: a refused automatic login does not end a login that is running.
-    autoLogin.order = BeginLogin(seqID);
+    autoLogin.order = mCurrent.Begin(seqID);
+    VESKResultSink::LoginHasBegun(seqID);
     autoLogin.channel = ret.channel.c_str();
     autoLogin.uid = ret.uid.c_str();
     VESKLoginIMPL::GetInstance()->PluginAutoLogin(autoLogin);

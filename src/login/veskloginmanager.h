@@ -9,9 +9,9 @@
 
 #include "common/veskinnerrecords.h"
 #include "common/veskrequests.h"
+#include "login/veskcurrentlogin.h"
 #include "login/veskheldlogin.h"
 #include "login/vesklogouts.h"
-#include "module/veskmutex.h"
 #include "module/vesksingleton.h"
 
 namespace Braxel {
@@ -20,7 +20,7 @@ namespace VESK {
 class VESKTask;
 
 /// Runs logins; the held login and the logouts under way are parts of it. Any thread may call it.
-/// No lock of the three is held across HTTP, channel or observer calls, and the held login's
+/// No lock of these is held across HTTP, channel or observer calls, and the held login's
 /// mStoreMutex alone has others inside it.
 class VESKLoginManager {
 public:
@@ -38,10 +38,11 @@ public:
     /// @param isSuccess a failure is not what it waits for once a success is stored.
     bool checkLoginNotify(const std::string& seqID, bool isSuccess = true);
 
-    /// The success that is stored for @p seqID got lost on its way to the game: a failure counts.
-    void ReopenLogin(const std::string& seqID);
+    /// The login that runs.
+    VESKCurrentLogin& Current() { return mCurrent; }
 
     // See VESKHeldLogin.
+    std::shared_ptr<const InnerLoginRet> HeldRecord() { return mHeld.Record(); }
     bool GetLoginRet(InnerLoginRet& out) { return mHeld.Get(out); }
     bool SaveLoginRet(const InnerLoginRet& ret) { return mHeld.Save(ret); }
     bool DeleteLoginRet() { return mHeld.Drop(); }
@@ -74,8 +75,7 @@ private:
     void HandleLogin(const InnerLoginPluginRet& answer, int32_t result, const std::string& body,
                      const std::string& seqID);
     bool HandleLoginSuccess(InnerLoginRet& ret, const std::string& seqID, const std::string& body);
-    uint64_t BeginLogin(const std::string& seqID);
-    bool CloseLogin(const std::string& seqID);
+    void EndWithdrawn(const InnerLoginRet& ret, const std::string& seqID);
     bool IsCurrent(const std::string& seqID, const char* method);
     void PostLogin(const InnerLoginPluginRet& answer, const std::string& seqID);
 
@@ -92,12 +92,7 @@ private:
     VESKHeldLogin mHeld;
     VESKLogouts mLogouts;
 
-    VESKMutex mLoginMutex; // guards the six below
-    std::string mCurrentLoginSeqID;
-    std::string mStoredSeqID; // the login whose success is stored
-    uint64_t mLoginCount = 0;
-    std::string mAutoLoginSeqID;
-    int32_t mLoginState = 0;
+    VESKCurrentLogin mCurrent;
     std::shared_ptr<const InnerLoginRet> mPendingLoginRet; // waits for real-name authentication
 
     std::vector<NotifyObserver> mLoginNotifyObservers;

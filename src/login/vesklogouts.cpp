@@ -61,14 +61,15 @@ void VESKLogouts::Logout(const ShortRequest& request, bool channelOnly) {
 /// Before the channel is asked: it may answer at once.
 void VESKLogouts::Keep(const std::string& seqID, bool channelOnly, uint64_t storedLogins) {
     if (!seqID.empty()) { // its answer asks for nothing
-        Pending logout{VESKLoginBodies::LogoutParams(channelOnly), storedLogins};
+        Pending logout{VESKLoginBodies::LogoutParams(channelOnly), storedLogins,
+                       std::make_unique<VESKActivity>()};
         const std::lock_guard<VESKMutex> lock(mMutex);
         std::swap(mPending[seqID], logout);
     }
 }
 
 VESKLogouts::Pending VESKLogouts::Take(const std::string& seqID) {
-    Pending logout{"", mHeld.StoredLogins()};
+    Pending logout{"", mHeld.StoredLogins(), nullptr};
     const std::lock_guard<VESKMutex> lock(mMutex);
     const auto found = mPending.find(seqID);
     if (found != mPending.end()) {
@@ -125,8 +126,12 @@ void VESKLogouts::SendRequest(const std::string& seqID, uint64_t storedLogins) {
                     "[ %s ], invalid loginret", seqID.c_str());
         return;
     }
-    const std::string body = VESKLoginBodies::Logout(stored.token.c_str(), stored.openid.c_str());
-    const std::string url = VESKNetworkUtils::GetURL("auth/logout", stored.channelID, body, seqID);
+    LogOutAtBackend(stored, seqID);
+}
+
+void VESKLogouts::LogOutAtBackend(const InnerLoginRet& login, const std::string& seqID) {
+    const std::string body = VESKLoginBodies::Logout(login.token.c_str(), login.openid.c_str());
+    const std::string url = VESKNetworkUtils::GetURL("auth/logout", login.channelID, body, seqID);
     Post(url, &OnResponse, body, std::make_unique<std::string>(seqID), seqID);
 }
 

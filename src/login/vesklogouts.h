@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "common/veskinnerrecords.h"
 #include "common/veskrequests.h"
+#include "foundation/lifecycle/veskactivity.h"
 #include "module/veskmutex.h"
 
 namespace Braxel {
@@ -23,6 +25,9 @@ public:
 
     void Logout(const ShortRequest& request, bool channelOnly);
 
+    /// Logs out at the backend a login that nobody holds.
+    static void LogOutAtBackend(const InnerLoginRet& login, const std::string& seqID);
+
     /// A channel has logged out.
     void OnChannelAnswer(const InnerBaseRet& answer, const char* seqID);
 
@@ -33,6 +38,7 @@ private:
     struct Pending {
         std::string params;
         uint64_t storedLogins = 0; ///< when it began
+        std::unique_ptr<VESKActivity> activity;
     };
 
     void Keep(const std::string& seqID, bool channelOnly, uint64_t storedLogins);

@@ -1,6 +1,7 @@
 #ifndef VESK_MODULE_VESKMUTEX_H
 #define VESK_MODULE_VESKMUTEX_H
 
+#include <condition_variable>
 #include <mutex>
 
 namespace Braxel {
@@ -18,10 +19,26 @@ public:
     void unlock() noexcept;
 
 private:
+    friend class VESKCondition;
+    void* mState = nullptr;
+};
+
+/// The same for what one waits for under such a lock.
+class VESKCondition {
+public:
+    VESKCondition() = default;
+    VESKCondition(const VESKCondition&) = delete;
+    VESKCondition& operator=(const VESKCondition&) = delete;
+
+    void wait(std::unique_lock<VESKMutex>& lock) noexcept;
+    void notify_all() noexcept;
+
+private:
     void* mState = nullptr;
 };
 #else
 using VESKMutex = std::mutex;
+using VESKCondition = std::condition_variable;
 #endif
 
 } // namespace VESK

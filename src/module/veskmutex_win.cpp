@@ -15,5 +15,16 @@ void VESKMutex::unlock() noexcept {
     ReleaseSRWLockExclusive(reinterpret_cast<SRWLOCK*>(&mState));
 }
 
+static_assert(sizeof(CONDITION_VARIABLE) == sizeof(void*), "as above");
+
+void VESKCondition::wait(std::unique_lock<VESKMutex>& lock) noexcept {
+    SleepConditionVariableSRW(reinterpret_cast<CONDITION_VARIABLE*>(&mState),
+                              reinterpret_cast<SRWLOCK*>(&lock.mutex()->mState), INFINITE, 0);
+}
+
+void VESKCondition::notify_all() noexcept {
+    WakeAllConditionVariable(reinterpret_cast<CONDITION_VARIABLE*>(&mState));
+}
+
 } // namespace VESK
 } // namespace Braxel

@@ -38,6 +38,10 @@ public:
         return instance;
     }
 
+    /// The instance, or null as long as nobody has asked for one: for those who must not be the
+    /// first.
+    static T* Existing() { return sInstance.load(std::memory_order_acquire); }
+
 private:
     static void Release() {
         // A T and nothing derived from it, whether its destructor is virtual or not.

@@ -4,6 +4,7 @@
 
 #include "config/veskconfigmanager.h"
 #include "foundation/http/vesktlsmemory.h"
+#include "foundation/lifecycle/veskactivity.h"
 #include "foundation/log/vesklogger.h"
 #include "module/veskmutex.h"
 #include "platformimpl/foundation/os/clock.h"
@@ -22,18 +23,19 @@ unsigned long Count(size_t size) {
     return static_cast<unsigned long>(size);
 }
 
-/// Calls the requester. What it throws ends here: the client and the queue must go on.
+/// Calls the requester, once for each request that was queued. What it throws ends here: the client
+/// and the queue must go on.
 void Answer(HttpRequesterCallback requester, int32_t reqSeq, int32_t result,
             const std::string& body, void* userData) {
-    if (requester == nullptr) {
-        return;
-    }
     try {
-        requester(reqSeq, result, body, userData);
+        if (requester != nullptr) {
+            requester(reqSeq, result, body, userData);
+        }
     } catch (...) {
         VESK_LOG_ERROR("VESKHTTPManager::OnHTTPClientCallBack",
                        "[VESK HTTP] exception out of the requester, reqSeq:%d", reqSeq);
     }
+    VESKActivity::End();
 }
 
 void Answer(const VESKHTTPParams& params, int32_t result) {
@@ -122,6 +124,7 @@ bool VESKHTTPManager::Request(const VESKHTTPParams* params) {
         }
         copy->requestTime = os::UnixSeconds();
         mRequestQueue.push_back(std::move(copy));
+        VESKActivity::Begin();
         const unsigned long size = Count(mRequestQueue.size());
         VESK_LOG_DEBUG("VESKHTTPManager::Request", "[VESK HTTP] request que size:%lu", size);
         if (size > kQueueWarningSize) {

@@ -1,0 +1,68 @@
+#ifndef VESK_LOGIN_VESKRESULTSINK_H
+#define VESK_LOGIN_VESKRESULTSINK_H
+
+#include <atomic>
+#include <string>
+
+#include "common/veskinnerrecords.h"
+#include "vesk/veskret.h"
+
+namespace Braxel {
+namespace VESK {
+
+/// Takes results before the game's observer does, and hears how logins go. Any thread calls it,
+/// with no lock held. There is one at most, for as long as the library is there.
+class VESKResultSink {
+public:
+    static VESKResultSink* Get() { return sSink; }
+    static void Set(VESKResultSink* sink) { sSink = sink; }
+
+    /// @return whether it was taken; else it is the observer's.
+    virtual bool OnLogin(const VESKLoginRet& ret, const std::string& seqID) = 0;
+    virtual bool OnBase(const VESKBaseRet& ret, const std::string& seqID) = 0;
+    virtual bool OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) = 0;
+
+    /// The login @p seqID is the current one; any other is superseded.
+    static void LoginHasBegun(const std::string& seqID) {
+        if (VESKResultSink* sink = Get()) {
+            sink->OnLoginBegun(seqID);
+        }
+    }
+
+    /// The backend has logged a player in. The last moment to withdraw the login.
+    static void BeforeLoginIsStored() {
+        if (VESKResultSink* sink = Get()) {
+            sink->OnLoginAnswer();
+        }
+    }
+
+    /// The held login has a fresh token.
+    static void TokenWasRefreshed(const InnerLoginRet& ret) {
+        if (VESKResultSink* sink = Get()) {
+            sink->OnRefreshed(ret);
+        }
+    }
+
+    /// UnInstall was called: nothing may be kept running or waiting.
+    static void SdkEnds() {
+        if (VESKResultSink* sink = Get()) {
+            sink->OnEnd();
+        }
+    }
+
+protected:
+    ~VESKResultSink() = default;
+
+private:
+    virtual void OnLoginBegun(const std::string& seqID) = 0;
+    virtual void OnLoginAnswer() = 0;
+    virtual void OnRefreshed(const InnerLoginRet& ret) = 0;
+    virtual void OnEnd() = 0;
+
+    inline static std::atomic<VESKResultSink*> sSink{nullptr};
+};
+
+} // namespace VESK
+} // namespace Braxel
+
+#endif

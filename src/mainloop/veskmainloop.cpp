@@ -1,0 +1,392 @@
+#include "mainloop/veskmainloop.h"
+
+#include <algorithm>
+#include <cstring>
+#include <mutex>
+#include <utility>
+
+#include "common/veskchannelfacts.h"
+#include "login/veskguarded.h"
+#include "login/veskloginmanager.h"
+#include "login/veskoperations.h"
+#include "platformimpl/foundation/os/clock.h"
+#include "platformimpl/foundation/os/thread.h"
+#include "vesk/veskerror.h"
+
+namespace Braxel {
+namespace VESK {
+
+namespace {
+
+constexpr const char* kOvertaken = "a newer login has begun";
+
+bool CanLogIn(const std::string& channel) {
+    const VESKChannelKind kind = ChannelFacts(channel).kind;
+    return kind == VESKChannelKind::kMessenger || kind == VESKChannelKind::kDirect;
+}
+
+bool IsHeld(const InnerLoginRet& record) {
+    return record.openid.length() != 0 && record.token.length() != 0;
+}
+
+bool IsExpired(const InnerLoginRet& record) {
+    return record.tokenExpire != 0 && record.tokenExpire < os::UnixSeconds();
+}
+
+/// What is held now. Never creates the manager, which writes to the log.
+std::shared_ptr<const InnerLoginRet> HeldRecord() {
+    VESKLoginManager* manager = VESKSingleton<VESKLoginManager>::Existing();
+    return manager == nullptr ? nullptr : manager->HeldRecord();
+}
+
+template <size_t N>
+void CopyText(char (&to)[N], const char* text) {
+    std::strncpy(to, text, N - 1);
+    to[N - 1] = '\0';
+}
+
+/// A result that nobody outside has given.
+template <typename Ret>
+Ret MakeRet(int32_t methodNameID, int32_t code, const char* message) {
+    Ret ret;
+    ret.methodNameID = methodNameID;
+    ret.retCode = code;
+    ret.retMsg = message;
+    return ret;
+}
+
+} // namespace
+
+// ---- The game's calls ----
+
+bool VESKMainLoop::Switch(bool on) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (mEnded) {
+        return false;
+    }
+    VESKResultSink::Set(this);
+    if (on && !mHasWorker) {
+        mHasWorker = os::StartDetachedThread(&Worker, this) == 0;
+    }
+    mOn = on && mHasWorker;
+    return mOn == on;
+}
+
+bool VESKMainLoop::Take(Call call) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (mEnded || (!mOn && mCalls.empty() && !mWorks)) {
+        return false;
+    }
+    if (mOn) {
+        call.request = ++mLastRequest;
+        Settle();
+        const bool isLogout = call.kind == Call::Kind::kLogout;
+        if (!isLogout) {
+            EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
+        }
+        const bool isKnown = isLogout
+                                 ? call.channel.empty() ||
+                                       ChannelFacts(call.channel).kind != VESKChannelKind::kUnknown
+                                 : call.kind == Call::Kind::kAutoLogin || CanLogIn(call.channel);
+        if (!isKnown) {
+            RefuseChannel(call);
+            return true;
+        }
+        if (!isLogout) {
+            mLogin.request = call.request;
+            mLogin.channel = call.channel;
+            mLogin.ends =
+                mTimeout.count() == 0 ? Clock::time_point::max() : Clock::now() + mTimeout;
+        }
+    } // else one that waits behind those of the mode that was switched off
+    mCalls.push_back(std::move(call));
+    mCalled.notify_all();
+    return true;
+}
+
+void VESKMainLoop::RefuseChannel(const Call& call) {
+    const char* message = "there is no channel of this name";
+    if (call.kind == Call::Kind::kLogout) {
+        mResults.PushBase(call.request, MakeRet<VESKBaseRet>(kMethodNameLogout,
+                                                             VESKError::UNKNOWN_CHANNEL, message));
+    } else {
+        auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::UNKNOWN_CHANNEL, message);
+        ret.channel = call.channel;
+        mResults.PushLogin(call.request, ret);
+    }
+}
+
+std::unique_ptr<VESKResult> VESKMainLoop::Next() {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
+    return mResults.Pop();
+}
+
+bool VESKMainLoop::CancelLogin() {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
+    return EndLogin(VESKError::LOGIN_CANCELLED, "the login was cancelled", true);
+}
+
+void VESKMainLoop::SetLoginTimeout(uint32_t milliseconds) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    mTimeout = std::chrono::milliseconds(milliseconds);
+}
+
+void VESKMainLoop::GetState(vesk_login_state& state) {
+    const std::shared_ptr<const InnerLoginRet> held = HeldRecord();
+    const bool isHeld = held != nullptr && IsHeld(*held);
+    state.state = !isHeld ? VESK_SIGNED_OUT : IsExpired(*held) ? VESK_EXPIRED : VESK_SIGNED_IN;
+    state.token_expire = isHeld ? held->tokenExpire : 0;
+    CopyText(state.channel, isHeld ? held->channel.c_str() : "");
+    CopyText(state.openid, isHeld ? held->openid.c_str() : "");
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
+    state.request = mLastRequest;
+    if (mLogin.request != 0) {
+        state.state = mLogin.waitsForScan ? VESK_WAITING_FOR_SCAN : VESK_LOGGING_IN;
+        CopyText(state.channel, mLogin.channel.c_str());
+    }
+}
+
+bool VESKMainLoop::IsBusy() {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
+    return !mCalls.empty() || mWorks || (mLogin.request != 0 && !mLogin.waitsForScan);
+}
+
+// ---- The end of a login ----
+
+/// Ends the login before its answer. What comes later for it reaches nobody.
+/// @return false when none runs or its success is on its way.
+bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut) {
+    if (mLogin.request == 0) {
+        return false;
+    }
+    if (mLogin.seqID.empty()) {
+        const uint64_t request = mLogin.request;
+        mCalls.erase(std::remove_if(mCalls.begin(), mCalls.end(),
+                                    [&](const Call& call) { return call.request == request; }),
+                     mCalls.end());
+    } else {
+        VESKLoginManager* manager = VESKSingleton<VESKLoginManager>::Existing();
+        const bool isWithdrawn = manager == nullptr || manager->Current().Withdraw(mLogin.seqID, logOut);
+        // The newer login drops what the older has brought, even if that is stored already.
+        if (!isWithdrawn && code != VESKError::LOGIN_OVERTAKEN) {
+            mLogin.ends = Clock::time_point::max();
+            return false;
+        }
+    }
+    auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, code, message);
+    ret.channel = mLogin.channel;
+    FinishLogin(ret);
+    return true;
+}
+
+void VESKMainLoop::FinishLogin(const VESKLoginRet& ret) {
+    constexpr size_t kMostRemembered = 256;
+    mResults.PushLogin(mLogin.request, ret);
+    if (!mLogin.seqID.empty()) {
+        mFinished.push_back(mLogin.seqID);
+        if (mFinished.size() > kMostRemembered) {
+            mFinished.pop_front();
+        }
+    }
+    mLogin = Login();
+}
+
+bool VESKMainLoop::HasFinished(const std::string& seqID) const {
+    return std::find(mFinished.begin(), mFinished.end(), seqID) != mFinished.end();
+}
+
+/// What time has brought: the game looks often enough, so nobody has to wake up for it.
+void VESKMainLoop::Settle() {
+    if (mLogin.ends != Clock::time_point::max() && Clock::now() >= mLogin.ends) {
+        EndLogin(VESKError::LOGIN_TIMED_OUT, "the login has taken too long", true);
+    }
+    if (!mOn || mEnded) {
+        return;
+    }
+    const std::shared_ptr<const InnerLoginRet> held = HeldRecord();
+    if (held != nullptr && held != mExpired && IsHeld(*held) && IsExpired(*held)) {
+        mExpired = held;
+        VESKLoginRet ret = ToPublic(*held);
+        ret.methodNameID = kMethodNameRefreshToken;
+        ret.retCode = VESKError::TOKEN_EXPIRED;
+        ret.retMsg = "token expire";
+        mResults.PushRefreshed(mHeldRequest, ret);
+    }
+}
+
+// ---- Results ----
+
+bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const std::string& seqID) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (mLogin.request != 0 && seqID == mLogin.seqID) {
+        if (ret.retCode == VESKError::SUCCESS) {
+            mHeldRequest = mLogin.request;
+        }
+        FinishLogin(ret);
+        return true;
+    }
+    if (HasFinished(seqID)) {
+        return true;
+    }
+    if (mOn) {
+        mResults.PushLogin(0, ret);
+    }
+    return mOn;
+}
+
+bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    const auto found = mLogouts.find(seqID);
+    if (found != mLogouts.end()) {
+        mResults.PushBase(found->second, ret);
+        mLogouts.erase(found);
+        return true;
+    }
+    if (mOn) {
+        mResults.PushBase(0, ret);
+    }
+    return mOn;
+}
+
+bool VESKMainLoop::OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
+    const bool isOurs = mLogin.request != 0 && seqID == mLogin.seqID;
+    if (isOurs) {
+        mLogin.waitsForScan = true;
+    } else if (HasFinished(seqID)) {
+        return true;
+    }
+    if (isOurs || mOn) {
+        mResults.PushQrCode(isOurs ? mLogin.request : 0, ret);
+        return true;
+    }
+    return false;
+}
+
+void VESKMainLoop::OnRefreshed(const InnerLoginRet& ret) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (mOn && !mEnded) {
+        VESKLoginRet refreshed = ToPublic(ret);
+        refreshed.methodNameID = kMethodNameRefreshToken;
+        mResults.PushRefreshed(mHeldRequest, refreshed);
+    }
+}
+
+/// A login of the contract's own facade supersedes ours as well.
+void VESKMainLoop::OnLoginBegun(const std::string& seqID) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (!mLogin.seqID.empty() && mLogin.seqID != seqID) {
+        EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
+    }
+}
+
+void VESKMainLoop::OnLoginAnswer() {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
+}
+
+void VESKMainLoop::OnEnd() {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    mEnded = true;
+    mOn = false;
+    mCalls.clear();
+    mResults.Clear();
+    mLogin = Login();
+    mCalled.notify_all();
+}
+
+// ---- The worker ----
+
+void VESKMainLoop::Worker(void* mainLoop) {
+    VESKMainLoop& loop = *static_cast<VESKMainLoop*>(mainLoop);
+    if (!HasEnded()) {
+        ListenForResults();
+    }
+    std::unique_lock<VESKMutex> lock(loop.mMutex);
+    while (!loop.mEnded) {
+        if (loop.mCalls.empty()) {
+            loop.mCalled.wait(lock);
+            continue;
+        }
+        const Call call = std::move(loop.mCalls.front());
+        loop.mCalls.pop_front();
+        loop.mWorks = true;
+        lock.unlock();
+        loop.Run(call);
+        lock.lock();
+        loop.mWorks = false;
+    }
+}
+
+void VESKMainLoop::Run(const Call& call) {
+    const auto begins = [&](const std::string& seqID) { return Begins(call, seqID); };
+    try {
+        if (HasEnded()) {
+            return;
+        }
+        switch (call.kind) {
+        case Call::Kind::kLogin:
+            RunLogin(call.channel.c_str(), call.permissions.c_str(), call.subChannel.c_str(),
+                     call.extraJson.c_str(), begins);
+            break;
+        case Call::Kind::kAutoLogin:
+            RunAutoLogin(begins);
+            break;
+        case Call::Kind::kLogout:
+            RunLogout(call.channel.c_str(), call.subChannel.c_str(), call.channelOnly, begins);
+            break;
+        }
+    } catch (...) {
+        Fail(call);
+    }
+}
+
+/// The operation gets the sequence id by which its results are known.
+/// @return false when its login has ended meanwhile.
+bool VESKMainLoop::Begins(const Call& call, const std::string& seqID) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (call.request == 0) {
+        return true;
+    }
+    if (call.kind == Call::Kind::kLogout) {
+        mLogouts[seqID] = call.request;
+        return true;
+    }
+    if (mLogin.request != call.request) {
+        return false;
+    }
+    mLogin.seqID = seqID;
+    return true;
+}
+
+/// For want of memory: the game hears what it hears of a request that runs out of it.
+void VESKMainLoop::Fail(const Call& call) {
+    constexpr int32_t kOutOfMemory = 27; // libcurl's code
+    const char* message = "memory has run out";
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (call.kind != Call::Kind::kLogout) {
+        if (call.request != 0 && call.request == mLogin.request) {
+            auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::NETWORK_ERROR, message);
+            ret.thirdCode = kOutOfMemory;
+            FinishLogin(ret);
+        }
+        return;
+    }
+    const auto found = std::find_if(mLogouts.begin(), mLogouts.end(), [&](const auto& logout) {
+        return logout.second == call.request;
+    });
+    if (found != mLogouts.end()) {
+        mLogouts.erase(found);
+        auto ret = MakeRet<VESKBaseRet>(kMethodNameLogout, VESKError::NETWORK_ERROR, message);
+        ret.thirdCode = kOutOfMemory;
+        mResults.PushBase(call.request, ret);
+    }
+}
+
+} // namespace VESK
+} // namespace Braxel
