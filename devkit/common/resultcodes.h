@@ -1,30 +1,23 @@
 #ifndef VESK_DEVKIT_COMMON_RESULTCODES_H
 #define VESK_DEVKIT_COMMON_RESULTCODES_H
 
-#include <cstdint>
 #include <string>
+
+#include "mainloop/veskadvice.h"
 
 namespace vesk::devkit {
 
-/// What a code says to a person. The texts begin small and have no full stop at their end.
-struct Explanation {
-    std::string meaning;
-    std::string remedy; ///< what to do about it; empty when nothing is wrong
-};
+/// The product's own table of codes, which vesk_describe reads, too.
+using Advice = Braxel::VESK::VESKAdvice;
 
-/// The code that says that nobody else was asked.
-constexpr int64_t kNobody = -1;
-
-/// A result's retCode.
-Explanation explainResult(int64_t retCode);
-
-/// A result's thirdCode. Who it is from, and so what it means, depends on the retCode beside it;
-/// the meaning begins with that: "libcurl reports 77, cacert.pem cannot be read". Both are empty
-/// for kNobody, and for a success.
-Explanation explainOutside(int64_t retCode, int64_t thirdCode);
-
-/// The more exact of the two remedies.
-std::string remedyFor(int64_t retCode, int64_t thirdCode);
+/// What a result's thirdCode says and who says it: "libcurl reports 77, cacert.pem cannot be read".
+/// Empty when nobody outside was asked, and for a success.
+inline std::string outsideMeaning(int64_t retCode, int64_t thirdCode) {
+    const Advice* advice = Advice::OfOutside(retCode, thirdCode);
+    return advice == nullptr ? ""
+                             : std::string(advice->SourceName()) + ' ' + std::to_string(thirdCode) +
+                                   ", " + advice->meaning;
+}
 
 } // namespace vesk::devkit
 

@@ -32,12 +32,13 @@ std::string sentence(std::string text) {
 /// The rest of what there is to say about a failure, after its code: what the code means, who
 /// outside has failed and how, and what to do.
 std::string explanation(const VESKBaseRet& ret) {
-    std::string outside = explainOutside(ret.retCode, ret.thirdCode).meaning;
+    std::string outside = outsideMeaning(ret.retCode, ret.thirdCode);
     if (!ret.thirdMsg.empty()) {
         outside += (outside.empty() ? "its text is \"" : ", and says \"") + ret.thirdMsg + '"';
     }
-    return explainResult(ret.retCode).meaning + sentence(outside) +
-           sentence("what to do: " + remedyFor(ret.retCode, ret.thirdCode)) + ".";
+    return Advice::OfResult(ret.retCode).meaning + sentence(outside) +
+           sentence(std::string("what to do: ") + Advice::Of(ret.retCode, ret.thirdCode).remedy) +
+           ".";
 }
 
 std::string failure(const VESKBaseRet& ret) {

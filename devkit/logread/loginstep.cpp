@@ -24,7 +24,7 @@ struct Row {
     /// What to do when the login ends with this step.
     std::string_view remedy = {};
     /// A transport's detail stands in its place, unless that is 0.
-    int64_t thirdCode = devkit::kNobody;
+    int64_t thirdCode = devkit::Advice::kNobody;
 };
 
 constexpr std::string_view kMessengerFile =
@@ -168,9 +168,9 @@ void readAnswer(const LogRecord& record, LoginStep& step) {
         step.codes = {4, transport};
     } else if (body.empty() || body[0] != '{') {
         step.words.append(body.empty() && !record.cut ? ": empty" : ": no JSON");
-        step.codes = {5, isPreCode ? devkit::kNobody : 0};
+        step.codes = {5, isPreCode ? devkit::Advice::kNobody : 0};
     } else {
-        const int64_t ret = numberBehind(member(body, "ret"), "").value_or(devkit::kNobody);
+        const int64_t ret = numberBehind(member(body, "ret"), "").value_or(devkit::Advice::kNobody);
         const bool realName = member(body, "need_name_auth").substr(0, 4) == "true";
         step.words.append(": ret ").append(std::to_string(ret));
         step.codes = {ret != 0 ? 5 : realName ? 20 : 0, ret};

@@ -135,14 +135,14 @@ void LoginStory::learn(Login& login, LoginStep& step) {
     case Kind::unusable:
         if (login.codes && !login.steps.empty()) {
             const bool isPreCode = login.steps.back().words.rfind("pre-code", 0) == 0;
-            login.codes = ResultCodes{5, isPreCode ? devkit::kNobody : 0};
+            login.codes = ResultCodes{5, isPreCode ? devkit::Advice::kNobody : 0};
             login.steps.back().words.append(", but no JSON");
         }
         break;
     case Kind::deliver:
         // A messenger's failure is the only one that leaves no codes in the log.
         if (!login.codes && !login.failure.empty()) {
-            login.codes = ResultCodes{9999, devkit::kNobody};
+            login.codes = ResultCodes{9999, devkit::Advice::kNobody};
         }
         if (login.codes) {
             step.words.append(": retCode ").append(std::to_string(login.codes->retCode));
@@ -186,21 +186,22 @@ void LoginStory::appendResult(std::string& out, const Login& login) {
         const bool isOpen = login.remedy.empty() && !login.failure.empty();
         appendLine(out, "result   none in this log; the last step is: ", last);
         appendLine(out, "outside  ", login.failure == last ? "" : login.failure);
-        appendLine(out, "remedy   ", isOpen ? devkit::explainResult(9999).remedy : login.remedy);
+        appendLine(out, "remedy   ", isOpen ? devkit::Advice::OfResult(9999).remedy : login.remedy);
     } else if (!login.codes) {
         appendLine(out, "result   ", "the records that tell its retCode are not in this log");
     } else {
         const auto [retCode, thirdCode] = *login.codes;
         appendLine(out, "result   retCode ",
-                   std::to_string(retCode) + ", " + devkit::explainResult(retCode).meaning);
-        std::string outside = devkit::explainOutside(retCode, thirdCode).meaning;
+                   std::to_string(retCode) + ", " + devkit::Advice::OfResult(retCode).meaning);
+        std::string outside = devkit::outsideMeaning(retCode, thirdCode);
         if (retCode == 5) {
             outside = outside.empty() ? "the backend's answer has no code" : outside;
             outside.append(login.message.empty() ? "" : ": \"" + login.message + '"');
         }
         appendLine(out, "outside  ", outside.empty() ? login.failure : outside);
         appendLine(out, "remedy   ",
-                   login.remedy.empty() ? devkit::remedyFor(retCode, thirdCode) : login.remedy);
+                   login.remedy.empty() ? devkit::Advice::Of(retCode, thirdCode).remedy
+                                        : login.remedy);
     }
 }
 

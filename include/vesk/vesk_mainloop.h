@@ -94,6 +94,36 @@ typedef struct vesk_login_state {
 /// Tells how things stand, without a line in the log: fit for each frame.
 /// @return 1, or 0 and no change when struct_size ends before `token_expire`.
 VESK_API int32_t vesk_state(vesk_login_state* state);
+
+/// Who or what is behind a code.
+enum {
+    VESK_CAUSE_NONE = 0, ///< nothing is wrong
+    VESK_CAUSE_CONFIGURATION = 1,
+    VESK_CAUSE_NETWORK = 2,
+    VESK_CAUSE_BACKEND = 3,
+    VESK_CAUSE_CHANNEL_COMPONENT = 4,
+    VESK_CAUSE_PLAYER = 5,
+    VESK_CAUSE_CLOCK = 6,
+    VESK_CAUSE_PROGRAMMING = 7
+};
+
+/// What a pair of codes means and what to do about it. English, for logs and developers: sentences
+/// that begin small and have no full stop. They are the library's own and stay as long as it does.
+typedef struct vesk_advice {
+    uint32_t struct_size;    ///< set it to sizeof(vesk_advice) before the call
+    int32_t cause;           ///< VESK_CAUSE_CONFIGURATION and so on
+    int32_t can_retry;       ///< 1 when trying again without a change can help
+    uint32_t retry_after_ms; ///< how long to wait before that
+    const char* cause_name;  ///< "configuration", "channel component", ...
+    const char* meaning;     ///< what has happened
+    const char* remedy;      ///< what to do; empty when nothing is
+} vesk_advice;
+
+/// Explains the codes of a result, by the more exact of the two. In every mode, and also after
+/// vesk_uninstall.
+/// @return 1, or 0 for a ret_code that the SDK does not give (the advice then says so); 0 and no
+///         change when struct_size ends before `remedy` does.
+VESK_API int32_t vesk_describe(int32_t ret_code, int32_t third_code, vesk_advice* advice);
 // NOLINTEND(modernize-use-using)
 #ifdef __cplusplus
 }

@@ -9,11 +9,13 @@
 #include "cinterface/veskcrecords.h"
 #include "foundation/lifecycle/veskactivity.h"
 #include "login/veskguarded.h"
+#include "mainloop/veskadvice.h"
 #include "mainloop/veskmainloop.h"
 #include "module/veskmodule.h"
 #include "vesk/vesk_mainloop.h"
 
 using Braxel::VESK::VESKActivity;
+using Braxel::VESK::VESKAdvice;
 using Braxel::VESK::VESKHeldResult;
 using Braxel::VESK::VESKMainLoop;
 using Braxel::VESK::VESKModule;
@@ -26,6 +28,8 @@ static_assert(offsetof(vesk_result, login) == 16 && sizeof(vesk_result) == 40,
 static_assert(offsetof(vesk_login_state, token_expire) == 16 &&
                   offsetof(vesk_login_state, openid) == 40 && sizeof(vesk_login_state) == 296,
               "the layout of vesk_login_state has changed");
+static_assert(offsetof(vesk_advice, cause_name) == 16 && sizeof(vesk_advice) == 40,
+              "the layout of vesk_advice has changed");
 
 /// Runs @p body unless the SDK has ended. Without a word in the log: a frame may be waiting.
 template <typename Body>
@@ -108,4 +112,20 @@ int32_t vesk_state(vesk_login_state* state) {
         std::memcpy(state, &now, std::min<size_t>(state->struct_size, sizeof now));
         return true;
     });
+}
+
+int32_t vesk_describe(int32_t ret_code, int32_t third_code, vesk_advice* advice) {
+    const VESKModule::Use use;
+    if (advice == nullptr ||
+        advice->struct_size < offsetof(vesk_advice, remedy) + sizeof advice->remedy) {
+        return 0;
+    }
+    const VESKAdvice& row = VESKAdvice::Of(ret_code, third_code);
+    advice->cause = row.cause;
+    advice->can_retry = row.retryAfter >= 0 ? 1 : 0;
+    advice->retry_after_ms = static_cast<uint32_t>(std::max(row.retryAfter, 0));
+    advice->cause_name = row.CauseName();
+    advice->meaning = row.meaning;
+    advice->remedy = row.remedy;
+    return VESKAdvice::OfResult(ret_code).IsForOthers() ? 0 : 1;
 }

@@ -1,12 +1,13 @@
 #include <atomic>
 #include <cstddef>
+#include <gmock/gmock.h>
 #include <memory>
 #include <thread>
 
 #include "support/files.h"
 #include "support/gametest.h"
 #include "support/waituntil.h"
-#include "vesk/vesk_c.h"
+#include "vesk/vesk_mainloop.h"
 
 namespace vesk::test {
 namespace {
@@ -151,6 +152,41 @@ TEST_F(CInterface, AutoLoginIsAnsweredAndWhatThePlatformLacksIsNot) {
     EXPECT_EQ(counter.logins + counter.bases, 0);
     vesk_auto_login(); // nothing is stored
     EXPECT_EQ(counter.logins, 1);
+}
+
+TEST_F(CInterface, AdviceIsOnTheMoreExactOfTwoCodesAlsoAfterUninstall) {
+    vesk_uninstall();
+    const struct {
+        int32_t retCode, thirdCode, known, cause;
+        int64_t retryAfter; ///< negative: never
+        const char* causeName;
+        const char* remedy;
+    } rows[] = {
+        {VESK_SUCCESS, 0, 1, VESK_CAUSE_NONE, -1, "none", ""},
+        {4, 77, 1, VESK_CAUSE_CONFIGURATION, -1, "configuration", "cacert.pem"},
+        {4, 94, 1, VESK_CAUSE_NETWORK, 10000, "network", "look at thirdCode"},
+        {4, 503, 1, VESK_CAUSE_BACKEND, 30000, "backend", "operator"},
+        {5, -1, 1, VESK_CAUSE_BACKEND, -1, "backend", "what thirdCode means"},
+        {5, 12, 1, VESK_CAUSE_BACKEND, -1, "backend", "what thirdCode means"},
+        {5, 4007, 1, VESK_CAUSE_CLOCK, -1, "clock", "clock"},
+        {17, -1, 1, VESK_CAUSE_CHANNEL_COMPONENT, -1, "channel component", "Steam"},
+        {VESK_LOGIN_CANCELLED, -1, 1, VESK_CAUSE_PLAYER, 0, "player", "offer a login"},
+        {VESK_UNKNOWN_CHANNEL, 77, 1, VESK_CAUSE_PROGRAMMING, -1, "programming", "KZ, Ferno"},
+        {12345, 77, 0, VESK_CAUSE_PROGRAMMING, -1, "programming", "look at where"},
+    };
+    for (const auto& row : rows) {
+        vesk_advice advice = {};
+        EXPECT_EQ((advice.struct_size = 39, vesk_describe(row.retCode, 0, &advice)), 0);
+        EXPECT_EQ(advice.meaning, nullptr);
+        advice.struct_size = sizeof advice + 8;
+        EXPECT_EQ(vesk_describe(row.retCode, row.thirdCode, &advice), row.known) << row.retCode;
+        EXPECT_EQ(advice.cause, row.cause) << row.retCode << ", " << row.thirdCode;
+        EXPECT_STREQ(advice.cause_name, row.causeName);
+        EXPECT_EQ(advice.can_retry ? advice.retry_after_ms : int64_t{-1}, row.retryAfter);
+        EXPECT_STRNE(advice.meaning, "");
+        EXPECT_THAT(advice.remedy, testing::HasSubstr(row.remedy));
+    }
+    EXPECT_EQ(vesk_describe(0, 0, nullptr), 0);
 }
 
 TEST_F(CInterface, VersionIsThatOfTheBuild) {

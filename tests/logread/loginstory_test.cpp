@@ -63,13 +63,13 @@ TEST(LoginStories, AnswersAreReadAsTheProductReadsThem) {
     const std::string http = "VESKHTTPManager::OnHTTPClientCallBack", run = "::RunRequest";
     const std::pair<std::string, std::string> rows[] = {
         {answer(R"({ "msg" : "no, \" : 1, "ret" :12})"),
-         "answered 12, a refusal of its own: \"no, "},
+         "answered 12, the request is refused: \"no, "},
         {answer(R"({"msg":"m"})"), "  outside  the backend's answer has no code: \"m\"\n"},
         {answer(R"({"ret":0,"need_name_auth" : true})"), "retCode 20, "},
-        {answer(""), "the backend answered 0, but"},
+        {answer(""), "the backend answered 0, the answer is"},
         {answer(R"({"ret":0,"x)") +
              logLine("VESKJsonReader::init", 3, "Parse json string [ {", 'E'),
-         "the backend answered 0, but"},
+         "the backend answered 0, the answer is"},
         {logLine("VESKHTTPClient::SendPostRequest", 1, url("return retcode:60")) + answer(""),
          "libcurl reports 60, "},
         {logLine(http, 1, url("responseCode: 503")) + answer(""), "HTTP status 503, "},

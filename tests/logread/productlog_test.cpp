@@ -84,7 +84,7 @@ TEST_F(ProductLog, TellsTheLoginsOfEachChannel) {
 
 TEST_F(ProductLog, TellsWhyLoginsHaveFailed) {
     const std::string failures[] = {
-        "  outside  the backend answered 4009, a refusal of its own: \"sig does not match",
+        "  outside  the backend answered 4009, the request is refused: \"sig does not match",
         "  outside  libcurl reports 60, the backend's certificate is not trusted\n"
         "  remedy   look at cacert.pem",
         "  outside  Ferno login failed! Error type:10009 Error code:0\n  remedy   let the player try",
