@@ -40,7 +40,9 @@ protected:
     ///        place, which the backend does not know
     void leave(const std::string& token = "") {
         const size_t before = observer.baseCount();
-        check(logout().retCode == VESKError::SUCCESS, "a logout succeeds");
+        const VESKBaseRet ret = logout();
+        check(ret.retCode == VESKError::SUCCESS,
+              "a logout succeeds: " + std::to_string(ret.retCode) + " " + ret.retMsg);
         count("logouts asked for");
         const Request request = backend.waitForRequest("auth/logout");
         check(token.empty() ? request.verdict == "ok"
