@@ -6,9 +6,7 @@
 #include <utility>
 
 #include "common/veskchannelfacts.h"
-#include "login/veskguarded.h"
 #include "login/veskloginmanager.h"
-#include "login/veskoperations.h"
 #include "platformimpl/foundation/os/clock.h"
 #include "platformimpl/foundation/os/thread.h"
 #include "vesk/veskerror.h"
@@ -20,9 +18,18 @@ namespace {
 
 constexpr const char* kOvertaken = "a newer login has begun";
 
-bool CanLogIn(const std::string& channel) {
-    const VESKChannelKind kind = ChannelFacts(channel).kind;
-    return kind == VESKChannelKind::kMessenger || kind == VESKChannelKind::kDirect;
+/// Whether there is somebody who can answer.
+bool IsPossible(const VESKMainLoop::Call& call) {
+    const VESKChannelKind kind = ChannelFacts(call.channel).kind;
+    switch (call.kind) {
+    case VESKMainLoop::Call::Kind::kLogin:
+        return kind == VESKChannelKind::kMessenger || kind == VESKChannelKind::kDirect;
+    case VESKMainLoop::Call::Kind::kLogout:
+        return kind != VESKChannelKind::kUnknown || call.channel.empty();
+    case VESKMainLoop::Call::Kind::kAutoLogin:
+        break;
+    }
+    return true;
 }
 
 bool IsHeld(const InnerLoginRet& record) {
@@ -43,16 +50,6 @@ template <size_t N>
 void CopyText(char (&to)[N], const char* text) {
     std::strncpy(to, text, N - 1);
     to[N - 1] = '\0';
-}
-
-/// A result that nobody outside has given.
-template <typename Ret>
-Ret MakeRet(int32_t methodNameID, int32_t code, const char* message) {
-    Ret ret;
-    ret.methodNameID = methodNameID;
-    ret.retCode = code;
-    ret.retMsg = message;
-    return ret;
 }
 
 } // namespace
@@ -81,18 +78,12 @@ bool VESKMainLoop::Take(Call call) {
         call.request = ++mLastRequest;
         Settle();
         const bool isLogout = call.kind == Call::Kind::kLogout;
-        if (!isLogout) {
-            EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
-        }
-        const bool isKnown = isLogout
-                                 ? call.channel.empty() ||
-                                       ChannelFacts(call.channel).kind != VESKChannelKind::kUnknown
-                                 : call.kind == Call::Kind::kAutoLogin || CanLogIn(call.channel);
-        if (!isKnown) {
+        if (!IsPossible(call)) {
             RefuseChannel(call);
             return true;
         }
         if (!isLogout) {
+            EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
             mLogin.request = call.request;
             mLogin.channel = call.channel;
             mLogin.ends =
@@ -134,14 +125,14 @@ void VESKMainLoop::SetLoginTimeout(uint32_t milliseconds) {
 }
 
 void VESKMainLoop::GetState(vesk_login_state& state) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
     const std::shared_ptr<const InnerLoginRet> held = HeldRecord();
     const bool isHeld = held != nullptr && IsHeld(*held);
     state.state = !isHeld ? VESK_SIGNED_OUT : IsExpired(*held) ? VESK_EXPIRED : VESK_SIGNED_IN;
     state.token_expire = isHeld ? held->tokenExpire : 0;
     CopyText(state.channel, isHeld ? held->channel.c_str() : "");
     CopyText(state.openid, isHeld ? held->openid.c_str() : "");
-    const std::lock_guard<VESKMutex> lock(mMutex);
-    Settle();
     state.request = mLastRequest;
     if (mLogin.request != 0) {
         state.state = mLogin.waitsForScan ? VESK_WAITING_FOR_SCAN : VESK_LOGGING_IN;
@@ -170,29 +161,32 @@ bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut) {
                      mCalls.end());
     } else {
         VESKLoginManager* manager = VESKSingleton<VESKLoginManager>::Existing();
-        const bool isWithdrawn = manager == nullptr || manager->Current().Withdraw(mLogin.seqID, logOut);
-        // The newer login drops what the older has brought, even if that is stored already.
-        if (!isWithdrawn && code != VESKError::LOGIN_OVERTAKEN) {
+        const bool isWithdrawn =
+            manager == nullptr || manager->Current().Withdraw(mLogin.seqID, logOut);
+        if (!isWithdrawn) {
+            if (code == VESKError::LOGIN_OVERTAKEN) {
+                mStored = std::exchange(mLogin, Login());
+            }
             mLogin.ends = Clock::time_point::max();
             return false;
         }
     }
     auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, code, message);
     ret.channel = mLogin.channel;
-    FinishLogin(ret);
+    Finish(mLogin, ret);
     return true;
 }
 
-void VESKMainLoop::FinishLogin(const VESKLoginRet& ret) {
+void VESKMainLoop::Finish(Login& login, const VESKLoginRet& ret) {
     constexpr size_t kMostRemembered = 256;
-    mResults.PushLogin(mLogin.request, ret);
-    if (!mLogin.seqID.empty()) {
-        mFinished.push_back(mLogin.seqID);
+    mResults.PushLogin(login.request, ret);
+    if (!login.seqID.empty()) {
+        mFinished.push_back(login.seqID);
         if (mFinished.size() > kMostRemembered) {
             mFinished.pop_front();
         }
     }
-    mLogin = Login();
+    login = Login();
 }
 
 bool VESKMainLoop::HasFinished(const std::string& seqID) const {
@@ -222,14 +216,16 @@ void VESKMainLoop::Settle() {
 
 bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const std::string& seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
-    if (mLogin.request != 0 && seqID == mLogin.seqID) {
-        if (ret.retCode == VESKError::SUCCESS) {
-            mHeldRequest = mLogin.request;
+    for (Login* login : {&mLogin, &mStored}) {
+        if (login->request != 0 && seqID == login->seqID) {
+            if (ret.retCode == VESKError::SUCCESS) {
+                mHeldRequest = login->request;
+            }
+            Finish(*login, ret);
+            return true;
         }
-        FinishLogin(ret);
-        return true;
     }
-    if (HasFinished(seqID)) {
+    if (mEnded || HasFinished(seqID)) {
         return true;
     }
     if (mOn) {
@@ -246,6 +242,9 @@ bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
         mLogouts.erase(found);
         return true;
     }
+    if (mEnded) {
+        return true;
+    }
     if (mOn) {
         mResults.PushBase(0, ret);
     }
@@ -258,7 +257,7 @@ bool VESKMainLoop::OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) 
     const bool isOurs = mLogin.request != 0 && seqID == mLogin.seqID;
     if (isOurs) {
         mLogin.waitsForScan = true;
-    } else if (HasFinished(seqID)) {
+    } else if (mEnded || HasFinished(seqID)) {
         return true;
     }
     if (isOurs || mOn) {
@@ -283,6 +282,12 @@ void VESKMainLoop::OnLoginBegun(const std::string& seqID) {
     if (!mLogin.seqID.empty() && mLogin.seqID != seqID) {
         EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
     }
+    if (mStored.request != 0) {
+        // From now on its success is nobody's any more.
+        auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::LOGIN_OVERTAKEN, kOvertaken);
+        ret.channel = mStored.channel;
+        Finish(mStored, ret);
+    }
 }
 
 void VESKMainLoop::OnLoginAnswer() {
@@ -296,96 +301,9 @@ void VESKMainLoop::OnEnd() {
     mOn = false;
     mCalls.clear();
     mResults.Clear();
-    mLogin = Login();
+    mLogouts.clear();
+    mLogin = mStored = Login();
     mCalled.notify_all();
-}
-
-// ---- The worker ----
-
-void VESKMainLoop::Worker(void* mainLoop) {
-    VESKMainLoop& loop = *static_cast<VESKMainLoop*>(mainLoop);
-    if (!HasEnded()) {
-        ListenForResults();
-    }
-    std::unique_lock<VESKMutex> lock(loop.mMutex);
-    while (!loop.mEnded) {
-        if (loop.mCalls.empty()) {
-            loop.mCalled.wait(lock);
-            continue;
-        }
-        const Call call = std::move(loop.mCalls.front());
-        loop.mCalls.pop_front();
-        loop.mWorks = true;
-        lock.unlock();
-        loop.Run(call);
-        lock.lock();
-        loop.mWorks = false;
-    }
-}
-
-void VESKMainLoop::Run(const Call& call) {
-    const auto begins = [&](const std::string& seqID) { return Begins(call, seqID); };
-    try {
-        if (HasEnded()) {
-            return;
-        }
-        switch (call.kind) {
-        case Call::Kind::kLogin:
-            RunLogin(call.channel.c_str(), call.permissions.c_str(), call.subChannel.c_str(),
-                     call.extraJson.c_str(), begins);
-            break;
-        case Call::Kind::kAutoLogin:
-            RunAutoLogin(begins);
-            break;
-        case Call::Kind::kLogout:
-            RunLogout(call.channel.c_str(), call.subChannel.c_str(), call.channelOnly, begins);
-            break;
-        }
-    } catch (...) {
-        Fail(call);
-    }
-}
-
-/// The operation gets the sequence id by which its results are known.
-/// @return false when its login has ended meanwhile.
-bool VESKMainLoop::Begins(const Call& call, const std::string& seqID) {
-    const std::lock_guard<VESKMutex> lock(mMutex);
-    if (call.request == 0) {
-        return true;
-    }
-    if (call.kind == Call::Kind::kLogout) {
-        mLogouts[seqID] = call.request;
-        return true;
-    }
-    if (mLogin.request != call.request) {
-        return false;
-    }
-    mLogin.seqID = seqID;
-    return true;
-}
-
-/// For want of memory: the game hears what it hears of a request that runs out of it.
-void VESKMainLoop::Fail(const Call& call) {
-    constexpr int32_t kOutOfMemory = 27; // libcurl's code
-    const char* message = "memory has run out";
-    const std::lock_guard<VESKMutex> lock(mMutex);
-    if (call.kind != Call::Kind::kLogout) {
-        if (call.request != 0 && call.request == mLogin.request) {
-            auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::NETWORK_ERROR, message);
-            ret.thirdCode = kOutOfMemory;
-            FinishLogin(ret);
-        }
-        return;
-    }
-    const auto found = std::find_if(mLogouts.begin(), mLogouts.end(), [&](const auto& logout) {
-        return logout.second == call.request;
-    });
-    if (found != mLogouts.end()) {
-        mLogouts.erase(found);
-        auto ret = MakeRet<VESKBaseRet>(kMethodNameLogout, VESKError::NETWORK_ERROR, message);
-        ret.thirdCode = kOutOfMemory;
-        mResults.PushBase(call.request, ret);
-    }
 }
 
 } // namespace VESK

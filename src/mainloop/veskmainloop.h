@@ -81,7 +81,7 @@ private:
 
     // With mMutex held.
     bool EndLogin(int32_t code, const char* message, bool logOut);
-    void FinishLogin(const VESKLoginRet& ret);
+    void Finish(Login& login, const VESKLoginRet& ret);
     void RefuseChannel(const Call& call);
     void Settle();
     bool HasFinished(const std::string& seqID) const;
@@ -97,9 +97,10 @@ private:
     uint64_t mLastRequest = 0;
     std::chrono::milliseconds mTimeout{300000};
     Login mLogin;
-    std::deque<std::string> mFinished;             // the latest logins of this mode that have ended
-    std::map<std::string, uint64_t> mLogouts;      // their numbers, by sequence id
-    uint64_t mHeldRequest = 0;                     // of the login that is held
+    Login mStored;                            // overtaken, but its success is stored and on its way
+    std::deque<std::string> mFinished;        // the latest logins of this mode that have ended
+    std::map<std::string, uint64_t> mLogouts; // their numbers, by sequence id
+    uint64_t mHeldRequest = 0;                // of the login that is held
     std::shared_ptr<const InnerLoginRet> mExpired; // the record of which that was told
 };
 

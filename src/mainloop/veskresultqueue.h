@@ -19,6 +19,16 @@ struct VESKResult {
     std::variant<VESKLoginRet, VESKBaseRet, VESKQrCodeRet> ret;
 };
 
+/// A result that nobody outside has given.
+template <typename Ret>
+Ret MakeRet(int32_t methodNameID, int32_t code, const char* message) {
+    Ret ret;
+    ret.methodNameID = methodNameID;
+    ret.retCode = code;
+    ret.retMsg = message;
+    return ret;
+}
+
 /// The results that wait, oldest first. Whoever has the queue guards it.
 class VESKResultQueue {
 public:

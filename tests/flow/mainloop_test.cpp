@@ -86,13 +86,14 @@ TEST_F(MainLoop, EachCallIsAnsweredAndTheStateFollows) {
     EXPECT_EQ(state().state, VESK_WAITING_FOR_SCAN);
     EXPECT_EQ(vesk_wait_idle(3000), 1) << "who waits for a scan waits for a person";
 
-    EXPECT_THAT(facts((request("Discord"), nextResult()), ferno),
-                ElementsAre(VESK_RESULT_LOGIN, VESK_LOGIN_OVERTAKEN));
-    EXPECT_THAT(facts(nextResult(), ferno + 1),
+    EXPECT_THAT(facts((request("Discord"), nextResult()), ferno + 1),
                 ElementsAre(VESK_RESULT_LOGIN, VESK_UNKNOWN_CHANNEL));
     vesk_logout("Discord", "", 0);
     EXPECT_THAT(facts(nextResult(), ferno + 2),
                 ElementsAre(VESK_RESULT_BASE, VESK_UNKNOWN_CHANNEL));
+    request("Steam");
+    EXPECT_THAT(facts(nextResult(), ferno), ElementsAre(VESK_RESULT_LOGIN, VESK_LOGIN_OVERTAKEN));
+    EXPECT_THAT(facts(nextResult(), ferno + 3), ElementsAre(VESK_RESULT_LOGIN, VESK_SUCCESS));
     EXPECT_EQ(poll(), nullptr);
 }
 
