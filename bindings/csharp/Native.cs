@@ -4,77 +4,33 @@ using System.Text;
 
 namespace Braxel.Vesk
 {
-    /// <summary>The plain C interface, vesk_c.h, as it is. Texts are UTF-8.</summary>
+    /// <summary>
+    /// The plain C interface, vesk_c.h and vesk_mainloop.h, as it is. Texts are UTF-8. The library is
+    /// for 64 bits only, where there is one calling convention and a pointer is a long.
+    /// </summary>
     internal static class Native
     {
+        internal const int ResultLogin = 1, ResultQrCode = 3, ResultRefreshed = 4; // of 1 to 4
+
         private const string Library = "VESKCore";
 
-        [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
-        internal delegate void Function(IntPtr ret, IntPtr user);
-
-        [StructLayout(LayoutKind.Sequential)]
-        internal struct Observer
-        {
-            internal uint StructSize;
-            internal IntPtr User, OnLogin, OnBase, OnQrCode;
-        }
-
-        [StructLayout(LayoutKind.Sequential)]
-        internal struct Base
-        {
-            internal uint StructSize;
-            internal int MethodNameID, RetCode, ThirdCode;
-            internal IntPtr RetMsg, ThirdMsg, ExtraJson;
-        }
-
-        [StructLayout(LayoutKind.Sequential)]
-        internal struct Login
-        {
-            internal Base Base;
-            internal long TokenExpire;
-            internal int FirstLogin, Gender, RealNameAuth, ChannelID;
-            internal IntPtr Channel, ChannelInfo, Openid, Token, RegChannelDis;
-            internal IntPtr UserName, Birthdate, PictureUrl, Pf, PfKey;
-        }
-
-        [StructLayout(LayoutKind.Sequential)]
-        internal struct QrCode
-        {
-            internal Base Base;
-            internal int ChannelID, Reserved;
-            internal IntPtr Channel, QrCodeUrl;
-        }
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern IntPtr vesk_version();
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern uint vesk_version_number();
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern int vesk_set_login_observer(ref Observer observer);
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern int vesk_set_login_observer(IntPtr none);
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern void vesk_login(
+        [DllImport(Library)] internal static extern IntPtr vesk_version();
+        [DllImport(Library)] internal static extern uint vesk_version_number();
+        [DllImport(Library)] internal static extern void vesk_login(
             byte[] channel, byte[] permissions, byte[] subChannel, byte[] extraJson);
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern void vesk_auto_login();
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern int vesk_get_login_ret(out IntPtr loginRet);
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern void vesk_login_ret_free(IntPtr loginRet);
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern void vesk_logout(byte[] channel, byte[] subChannel, int channelOnly);
-
-        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        internal static extern void vesk_uninstall();
+        [DllImport(Library)] internal static extern void vesk_auto_login();
+        [DllImport(Library)] internal static extern int vesk_get_login_ret(out IntPtr loginRet);
+        [DllImport(Library)] internal static extern void vesk_login_ret_free(IntPtr loginRet);
+        [DllImport(Library)] internal static extern void vesk_logout(
+            byte[] channel, byte[] subChannel, int channelOnly);
+        [DllImport(Library)] internal static extern void vesk_uninstall();
+        [DllImport(Library)] internal static extern int vesk_queue_results(int on);
+        [DllImport(Library)] internal static extern int vesk_next_result(out IntPtr result);
+        [DllImport(Library)] internal static extern void vesk_result_free(IntPtr result);
+        [DllImport(Library)] internal static extern int vesk_cancel_login();
+        [DllImport(Library)] internal static extern void vesk_set_login_timeout(uint milliseconds);
+        [DllImport(Library)] internal static extern int vesk_wait_idle(uint milliseconds);
+        [DllImport(Library)] internal static extern int vesk_state([In, Out] byte[] state);
 
         /// <summary>A text as an argument: UTF-8 with its final zero.</summary>
         internal static byte[] Bytes(string text)
@@ -85,10 +41,6 @@ namespace Braxel.Vesk
         /// <summary>A text out of a record.</summary>
         internal static string Text(IntPtr text)
         {
-            if (text == IntPtr.Zero)
-            {
-                return "";
-            }
             int length = 0;
             while (Marshal.ReadByte(text, length) != 0)
             {
@@ -98,21 +50,39 @@ namespace Braxel.Vesk
             Marshal.Copy(text, bytes, 0, length);
             return Encoding.UTF8.GetString(bytes);
         }
+    }
 
-        /// <summary>A record. An older library's is shorter; what it lacks is zero.</summary>
-        internal static T Read<T>(IntPtr record) where T : struct
+    /// <summary>Reads a struct's members one after the other; none of the structs has gaps.</summary>
+    internal sealed class StructReader
+    {
+        private readonly IntPtr structure;
+        private int offset = sizeof(uint); // behind struct_size
+
+        internal StructReader(IntPtr structure)
         {
-            byte[] bytes = new byte[Marshal.SizeOf(typeof(T))];
-            Marshal.Copy(record, bytes, 0, Math.Min(bytes.Length, Marshal.ReadInt32(record)));
-            GCHandle pinned = GCHandle.Alloc(bytes, GCHandleType.Pinned);
-            try
-            {
-                return (T)Marshal.PtrToStructure(pinned.AddrOfPinnedObject(), typeof(T));
-            }
-            finally
-            {
-                pinned.Free();
-            }
+            this.structure = structure;
+        }
+
+        internal int Int()
+        {
+            offset += sizeof(int);
+            return Marshal.ReadInt32(structure, offset - sizeof(int));
+        }
+
+        internal long Long()
+        {
+            offset += sizeof(long);
+            return Marshal.ReadInt64(structure, offset - sizeof(long));
+        }
+
+        internal IntPtr Pointer()
+        {
+            return new IntPtr(Long());
+        }
+
+        internal string Text()
+        {
+            return Native.Text(Pointer());
         }
     }
 }

@@ -1,3 +1,6 @@
+using System;
+using System.Text;
+
 namespace Braxel.Vesk
 {
     /// <summary>Values of RetCode; docs/codes.md says what to do about each.</summary>
@@ -14,6 +17,38 @@ namespace Braxel.Vesk
         public const int NoStoredLogin = 1001;
         public const int TokenExpired = 1002;
         public const int ChannelLoginFailed = 9999;
+        public const int LoginCancelled = 10001;
+        public const int LoginTimedOut = 10002;
+        public const int UnknownChannel = 10003;
+        public const int LoginOvertaken = 10004;
+    }
+
+    /// <summary>How things stand. Expired: the held login's token is past its time.</summary>
+    public enum LoginState { SignedOut, LoggingIn, WaitingForScan, SignedIn, Expired }
+
+    /// <summary>How things stood at one moment.</summary>
+    public sealed class LoginStatus
+    {
+        public readonly LoginState State;
+        /// <summary>Unix seconds; 0 = unknown, or nobody is signed in.</summary>
+        public readonly long TokenExpire;
+        /// <summary>Of the running login, else of the held one; or empty.</summary>
+        public readonly string Channel;
+        /// <summary>Of the held login; or empty.</summary>
+        public readonly string Openid;
+
+        internal LoginStatus(byte[] state)
+        {
+            State = (LoginState)BitConverter.ToInt32(state, 4);
+            TokenExpire = BitConverter.ToInt64(state, 16);
+            Channel = Text(state, 24);
+            Openid = Text(state, 40);
+        }
+
+        private static string Text(byte[] state, int begin)
+        {
+            return Encoding.UTF8.GetString(state, begin, Array.IndexOf(state, (byte)0, begin) - begin);
+        }
     }
 
     /// <summary>What every result carries. Records are copies, yours to keep.</summary>
@@ -22,23 +57,21 @@ namespace Braxel.Vesk
         /// <summary>112 login, 114 GetLoginRet, 117 logout, 122 QR code.</summary>
         public readonly int MethodNameID;
         /// <summary>A value of VeskError; -1 not set.</summary>
-        public readonly int RetCode = -1;
+        public readonly int RetCode;
         /// <summary>A code from outside; -1 when there is none.</summary>
-        public readonly int ThirdCode = -1;
-        public readonly string RetMsg = "";
-        public readonly string ThirdMsg = "";
-        public readonly string ExtraJson = "";
+        public readonly int ThirdCode;
+        public readonly string RetMsg;
+        public readonly string ThirdMsg;
+        public readonly string ExtraJson;
 
-        internal BaseRet() { }
-
-        internal BaseRet(Native.Base ret)
+        internal BaseRet(StructReader ret)
         {
-            MethodNameID = ret.MethodNameID;
-            RetCode = ret.RetCode;
-            ThirdCode = ret.ThirdCode;
-            RetMsg = Native.Text(ret.RetMsg);
-            ThirdMsg = Native.Text(ret.ThirdMsg);
-            ExtraJson = Native.Text(ret.ExtraJson);
+            MethodNameID = ret.Int();
+            RetCode = ret.Int();
+            ThirdCode = ret.Int();
+            RetMsg = ret.Text();
+            ThirdMsg = ret.Text();
+            ExtraJson = ret.Text();
         }
     }
 
@@ -50,37 +83,35 @@ namespace Braxel.Vesk
         public readonly int Gender;
         public readonly bool RealNameAuth;
         public readonly int ChannelID;
-        public readonly string Channel = "";
-        public readonly string ChannelInfo = "";
-        public readonly string Openid = "";
+        public readonly string Channel;
+        public readonly string ChannelInfo;
+        public readonly string Openid;
         /// <summary>A secret: do not log or show it.</summary>
-        public readonly string Token = "";
-        public readonly string RegChannelDis = "";
-        public readonly string UserName = "";
-        public readonly string Birthdate = "";
-        public readonly string PictureUrl = "";
-        public readonly string Pf = "";
-        public readonly string PfKey = "";
+        public readonly string Token;
+        public readonly string RegChannelDis;
+        public readonly string UserName;
+        public readonly string Birthdate;
+        public readonly string PictureUrl;
+        public readonly string Pf;
+        public readonly string PfKey;
 
-        internal LoginRet() { }
-
-        internal LoginRet(Native.Login ret) : base(ret.Base)
+        internal LoginRet(StructReader ret) : base(ret)
         {
-            TokenExpire = ret.TokenExpire;
-            FirstLogin = ret.FirstLogin;
-            Gender = ret.Gender;
-            RealNameAuth = ret.RealNameAuth != 0;
-            ChannelID = ret.ChannelID;
-            Channel = Native.Text(ret.Channel);
-            ChannelInfo = Native.Text(ret.ChannelInfo);
-            Openid = Native.Text(ret.Openid);
-            Token = Native.Text(ret.Token);
-            RegChannelDis = Native.Text(ret.RegChannelDis);
-            UserName = Native.Text(ret.UserName);
-            Birthdate = Native.Text(ret.Birthdate);
-            PictureUrl = Native.Text(ret.PictureUrl);
-            Pf = Native.Text(ret.Pf);
-            PfKey = Native.Text(ret.PfKey);
+            TokenExpire = ret.Long();
+            FirstLogin = ret.Int();
+            Gender = ret.Int();
+            RealNameAuth = ret.Int() != 0;
+            ChannelID = ret.Int();
+            Channel = ret.Text();
+            ChannelInfo = ret.Text();
+            Openid = ret.Text();
+            Token = ret.Text();
+            RegChannelDis = ret.Text();
+            UserName = ret.Text();
+            Birthdate = ret.Text();
+            PictureUrl = ret.Text();
+            Pf = ret.Text();
+            PfKey = ret.Text();
         }
     }
 
@@ -91,11 +122,12 @@ namespace Braxel.Vesk
         public readonly string Channel;
         public readonly string QrCodeUrl;
 
-        internal QrCodeRet(Native.QrCode ret) : base(ret.Base)
+        internal QrCodeRet(StructReader ret) : base(ret)
         {
-            ChannelID = ret.ChannelID;
-            Channel = Native.Text(ret.Channel);
-            QrCodeUrl = Native.Text(ret.QrCodeUrl);
+            ChannelID = ret.Int();
+            ret.Int(); // reserved
+            Channel = ret.Text();
+            QrCodeUrl = ret.Text();
         }
     }
 }

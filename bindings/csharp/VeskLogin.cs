@@ -1,28 +1,37 @@
 using System;
-using System.Runtime.InteropServices;
+using System.Collections.Generic;
+using System.Threading;
+using System.Threading.Tasks;
 
 namespace Braxel.Vesk
 {
     /// <summary>
-    /// The SDK's operations. Each returns as soon as its work is queued; results arrive through the
-    /// observer. Any thread may call. C# 7.2, no unsafe code, no package.
+    /// The SDK for a game's main loop: call Update in each frame. Tasks end and events are raised
+    /// in there and nowhere else, on the thread that calls it; no thread of the SDK ever runs
+    /// managed code. All but WaitIdle, GetLoginRet and Uninstall return at once. Any thread may
+    /// call. C# 7.2, no unsafe code, no package.
     /// </summary>
     public static class VeskLogin
     {
-        private static readonly object Gate = new object();
-        private static ILoginObserver current;
-        // What native code holds for the observer: a number, so that a call that comes too late finds
-        // nothing instead of freed memory.
-        private static long handle;
+        private static readonly object Gate = new object(); // guards what follows
+        private static readonly Dictionary<ulong, Action<BaseRet>> Calls =
+            new Dictionary<ulong, Action<BaseRet>>(); // those without a result, by number
+        private static readonly byte[] StateBuffer = new byte[296]; // a vesk_login_state
+        private static ulong lastCall, lastLogin; // their numbers
+        private static bool started;
         private static bool ended;
 
-        // Native code keeps their addresses: they must never be collected.
-        private static readonly Native.Function LoginFunction = HandleLogin;
-        private static readonly Native.Function BaseFunction = HandleBase;
-        private static readonly Native.Function QrCodeFunction = HandleQrCode;
+        /// <summary>A login has ended, well or not; also raised for each task of a login.</summary>
+        public static event Action<LoginRet> LoginEnded;
 
-        /// <summary>An observer's method has thrown; on that method's thread.</summary>
-        public static event Action<Exception> ObserverFailed;
+        /// <summary>A logout has ended.</summary>
+        public static event Action<BaseRet> LogoutEnded;
+
+        /// <summary>Show this code until the login ends; it may come again with another address.</summary>
+        public static event Action<QrCodeRet> QrCodeReady;
+
+        /// <summary>The held login has a new token (RetCode 0) or has expired (1002).</summary>
+        public static event Action<LoginRet> Refreshed;
 
         /// <summary>The library's version, for example "5.0.000.0005".</summary>
         public static string Version => Native.Text(Native.vesk_version());
@@ -30,61 +39,86 @@ namespace Braxel.Vesk
         /// <summary>The version as a number to compare: each part a byte.</summary>
         public static uint VersionNumber => Native.vesk_version_number();
 
+        /// <summary>How things stand; makes no garbage.</summary>
+        public static LoginState State => Read(state => (LoginState)BitConverter.ToInt32(state, 4));
+
+        /// <summary>How things stand and who it is.</summary>
+        public static LoginStatus Status => Read(state => new LoginStatus(state));
+
         /// <summary>
-        /// Sets the one observer of the process; null silences all results. No method of the old one
-        /// begins any more when this has returned. Set null before the script domain is unloaded.
+        /// Hands out the results that wait. What a handler throws leaves through here; the results
+        /// behind it come with the next call.
         /// </summary>
-        public static void SetObserver(ILoginObserver observer)
+        public static void Update()
         {
-            lock (Gate)
+            for (Action deliver = Next(); deliver != null; deliver = Next())
             {
-                CheckAlive();
-                current = observer;
-                ++handle;
-                if (observer == null)
-                {
-                    Native.vesk_set_login_observer(IntPtr.Zero);
-                    return;
-                }
-                Native.Observer native = new Native.Observer
-                {
-                    StructSize = (uint)Marshal.SizeOf(typeof(Native.Observer)),
-                    User = new IntPtr(handle),
-                    OnLogin = Marshal.GetFunctionPointerForDelegate(LoginFunction),
-                    OnBase = Marshal.GetFunctionPointerForDelegate(BaseFunction),
-                    OnQrCode = Marshal.GetFunctionPointerForDelegate(QrCodeFunction),
-                };
-                Native.vesk_set_login_observer(ref native);
+                deliver();
             }
         }
 
-        /// <summary>Logs the player in through "KZ", "Ferno" or "Steam".</summary>
-        public static void Login(
-            string channel, string permissions = "", string subChannel = "", string extraJson = "")
+        /// <summary>
+        /// Logs the player in through "KZ", "Ferno" or "Steam". A login that is still running ends
+        /// with LoginOvertaken.
+        /// </summary>
+        /// <returns>Look at its RetCode: a login that fails is no exception. Cancelled through its
+        /// token or by Uninstall, the task is cancelled.</returns>
+        public static Task<LoginRet> LoginAsync(
+            string channel, CancellationToken cancellation = default(CancellationToken),
+            string permissions = "", string subChannel = "", string extraJson = "")
         {
-            CheckAlive();
-            Native.vesk_login(Native.Bytes(channel), Native.Bytes(permissions),
-                Native.Bytes(subChannel), Native.Bytes(extraJson));
+            return Begin(cancellation, () => LoginEnded, () => Native.vesk_login(
+                Native.Bytes(channel), Native.Bytes(permissions), Native.Bytes(subChannel),
+                Native.Bytes(extraJson)));
         }
 
         /// <summary>Logs in the player that this device remembers; "KZ" only.</summary>
-        public static void AutoLogin()
+        public static Task<LoginRet> AutoLoginAsync(
+            CancellationToken cancellation = default(CancellationToken))
         {
-            CheckAlive();
-            Native.vesk_auto_login();
+            return Begin(cancellation, () => LoginEnded, Native.vesk_auto_login);
+        }
+
+        /// <summary>Logs the player out of the channel and, unless told otherwise, of the backend.</summary>
+        public static Task<BaseRet> LogoutAsync(
+            string channel = "", string subChannel = "", bool channelOnly = false)
+        {
+            return Begin(CancellationToken.None, () => LogoutEnded, () => Native.vesk_logout(
+                Native.Bytes(channel), Native.Bytes(subChannel), channelOnly ? 1 : 0));
+        }
+
+        /// <summary>
+        /// After how long a login ends with LoginTimedOut; 0 is never, five minutes unless set. For
+        /// logins that begin later.
+        /// </summary>
+        public static void SetLoginTimeout(uint milliseconds)
+        {
+            CheckRunning();
+            Native.vesk_set_login_timeout(milliseconds);
+        }
+
+        /// <summary>
+        /// Waits until nothing of the SDK is under way, a logout for example, at most so long. A login
+        /// that waits for a scan is not waited for.
+        /// </summary>
+        /// <returns>Whether nothing is under way.</returns>
+        public static bool WaitIdle(uint milliseconds)
+        {
+            CheckRunning();
+            return Native.vesk_wait_idle(milliseconds) != 0;
         }
 
         /// <summary>Reads the login that is held now; no network traffic.</summary>
-        /// <returns>True when one is held; still look at RetCode: it may have expired.</returns>
+        /// <returns>True when one is held; still look at RetCode: it may have expired.
+        /// The record is null when there is no memory for it.</returns>
         public static bool GetLoginRet(out LoginRet ret)
         {
-            CheckAlive();
+            CheckRunning();
             IntPtr copy;
             bool held = Native.vesk_get_login_ret(out copy) != 0;
             try
             {
-                ret = copy == IntPtr.Zero
-                    ? new LoginRet() : new LoginRet(Native.Read<Native.Login>(copy));
+                ret = copy == IntPtr.Zero ? null : new LoginRet(new StructReader(copy));
             }
             finally
             {
@@ -93,87 +127,157 @@ namespace Braxel.Vesk
             return held;
         }
 
-        /// <summary>Logs the player out of the channel and, unless told otherwise, of the backend.</summary>
-        public static void Logout(string channel = "", string subChannel = "", bool channelOnly = false)
-        {
-            CheckAlive();
-            Native.vesk_logout(
-                Native.Bytes(channel), Native.Bytes(subChannel), channelOnly ? 1 : 0);
-        }
-
         /// <summary>
         /// Ends the SDK, once, when the process ends: the library leaves the process on Windows, and
         /// every later call throws InvalidOperationException. Not for the end of Unity's play mode.
         /// </summary>
         public static void Uninstall()
         {
+            List<Action<BaseRet>> open;
             lock (Gate)
             {
-                CheckAlive();
+                CheckRunning();
                 ended = true;
-                current = null;
+                open = new List<Action<BaseRet>>(Calls.Values);
+                Calls.Clear();
             }
             Native.vesk_uninstall();
+            open.ForEach(end => end(null));
         }
 
-        private static void CheckAlive()
+        private static void CheckRunning()
         {
-            if (ended)
+            lock (Gate)
             {
-                throw new InvalidOperationException("the SDK has been uninstalled");
-            }
-        }
-
-        [MonoPInvokeCallback(typeof(Native.Function))]
-        private static void HandleLogin(IntPtr ret, IntPtr user)
-        {
-            Deliver(user, observer => observer.OnLogin(new LoginRet(Native.Read<Native.Login>(ret))));
-        }
-
-        [MonoPInvokeCallback(typeof(Native.Function))]
-        private static void HandleBase(IntPtr ret, IntPtr user)
-        {
-            Deliver(user, observer => observer.OnBase(new BaseRet(Native.Read<Native.Base>(ret))));
-        }
-
-        [MonoPInvokeCallback(typeof(Native.Function))]
-        private static void HandleQrCode(IntPtr ret, IntPtr user)
-        {
-            Deliver(user,
-                observer => observer.OnQrCode(new QrCodeRet(Native.Read<Native.QrCode>(ret))));
-        }
-
-        // No exception may leave: the caller is native code.
-        private static void Deliver(IntPtr user, Action<ILoginObserver> call)
-        {
-            try
-            {
-                ILoginObserver observer;
-                lock (Gate)
+                if (!started)
                 {
-                    observer = user.ToInt64() == handle ? current : null;
+                    if (Native.vesk_queue_results(1) == 0)
+                    {
+                        throw new InvalidOperationException("the SDK has ended or cannot start");
+                    }
+                    // In an editor the library outlives the script domain. Of an earlier one's calls
+                    // nobody here waits: their results have numbers that are not in Calls.
+                    Native.vesk_cancel_login();
+                    BitConverter.GetBytes(StateBuffer.Length).CopyTo(StateBuffer, 0);
+                    started = true;
+                    lastCall = Read(state => BitConverter.ToUInt64(state, 8));
                 }
-                if (observer != null)
+                if (ended)
                 {
-                    call(observer);
+                    throw new InvalidOperationException("the SDK has been uninstalled");
                 }
             }
-            catch (Exception failure)
+        }
+
+        private static T Read<T>(Func<byte[], T> read)
+        {
+            lock (Gate)
             {
-                ReportFailure(failure);
+                CheckRunning();
+                Native.vesk_state(StateBuffer);
+                return read(StateBuffer);
             }
         }
 
-        private static void ReportFailure(Exception failure)
+        // Makes a call, whose result ends the task and is raised as an event.
+        private static Task<T> Begin<T>(
+            CancellationToken cancellation, Func<Action<T>> handlers, Action call) where T : BaseRet
         {
-            try
+            if (cancellation.IsCancellationRequested)
             {
-                ObserverFailed?.Invoke(failure);
+                return Task.FromCanceled<T>(cancellation);
             }
-            catch (Exception)
+            TaskCompletionSource<T> task = new TaskCompletionSource<T>();
+            ulong number;
+            lock (Gate)
             {
-                // There is nobody left to tell.
+                CheckRunning();
+                call();
+                number = Read(state => BitConverter.ToUInt64(state, 8));
+                if (number == lastCall)
+                {
+                    throw new InvalidOperationException("the SDK has ended or has no memory");
+                }
+                lastCall = number;
+                lastLogin = typeof(T) == typeof(LoginRet) ? number : lastLogin;
+                Calls.Add(number, ret =>
+                {
+                    if (ret == null // the SDK has ended
+                        || ret.RetCode == VeskError.LoginCancelled && cancellation.IsCancellationRequested)
+                    {
+                        task.TrySetCanceled(cancellation);
+                    }
+                    task.TrySetResult((T)ret); // unless it is cancelled
+                    if (ret != null)
+                    {
+                        handlers()?.Invoke((T)ret);
+                    }
+                });
             }
+            CancellationTokenRegistration registration = cancellation.Register(() => Cancel(number));
+            task.Task.ContinueWith(done => registration.Dispose(), CancellationToken.None,
+                TaskContinuationOptions.ExecuteSynchronously, TaskScheduler.Default);
+            return task.Task;
+        }
+
+        private static void Cancel(ulong login)
+        {
+            lock (Gate)
+            {
+                if (login == lastLogin && Calls.ContainsKey(login))
+                {
+                    Native.vesk_cancel_login();
+                }
+            }
+        }
+
+        // What to do about the oldest result that is for somebody here; null when none waits.
+        private static Action Next()
+        {
+            lock (Gate)
+            {
+                CheckRunning();
+                Action delivery = null;
+                IntPtr result;
+                while (delivery == null && Native.vesk_next_result(out result) != 0)
+                {
+                    try
+                    {
+                        delivery = Delivery(new StructReader(result));
+                    }
+                    finally
+                    {
+                        Native.vesk_result_free(result);
+                    }
+                }
+                return delivery;
+            }
+        }
+
+        private static Action Delivery(StructReader result)
+        {
+            int kind = result.Int();
+            ulong number = (ulong)result.Long();
+            IntPtr login = result.Pointer(), logout = result.Pointer(), code = result.Pointer();
+            if (kind == Native.ResultRefreshed)
+            {
+                LoginRet refreshed = new LoginRet(new StructReader(login));
+                return () => Refreshed?.Invoke(refreshed);
+            }
+            Action<BaseRet> end;
+            if (kind > Native.ResultRefreshed || !Calls.TryGetValue(number, out end))
+            {
+                return null; // a kind of a newer library, or an earlier script domain's
+            }
+            if (kind == Native.ResultQrCode)
+            {
+                QrCodeRet qrCode = new QrCodeRet(new StructReader(code));
+                return () => QrCodeReady?.Invoke(qrCode);
+            }
+            BaseRet ret = kind == Native.ResultLogin ? new LoginRet(new StructReader(login))
+                : new BaseRet(new StructReader(logout));
+            Calls.Remove(number);
+            return () => end(ret);
         }
     }
 }

@@ -1,64 +1,53 @@
 using System;
-using System.Collections.Concurrent;
+using System.Threading;
+using System.Threading.Tasks;
 using Braxel.Vesk;
 
-// A game's use of the SDK in one page: set an observer, log in, look at the login, log out, end.
+// A game's use of the SDK in one page: log in, look at the login, log out, end.
 // Usage: Visit.exe [CHANNEL], with the library and its files beside it.
-internal sealed class Visit : ILoginObserver
+internal static class Visit
 {
-    // From the SDK's threads to the main one. A game with a main loop takes results out each frame.
-    private readonly BlockingCollection<BaseRet> results = new BlockingCollection<BaseRet>();
-
-    public void OnLogin(LoginRet ret) { results.Add(ret); }
-    public void OnBase(BaseRet ret) { results.Add(ret); }
-    public void OnQrCode(QrCodeRet ret) { results.Add(ret); }
-
-    // The next result of one kind; QR codes that come before it are shown.
-    private T WaitFor<T>() where T : BaseRet
+    private static async Task Run(string channel)
     {
-        BaseRet ret;
-        while (results.TryTake(out ret, 20000))
-        {
-            QrCodeRet code = ret as QrCodeRet;
-            if (code != null)
-            {
-                Console.WriteLine("scan " + code.QrCodeUrl);
-                continue;
-            }
-            if (ret.RetCode != VeskError.Success)
-            {
-                throw new Exception("code " + ret.RetCode + ": " + ret.RetMsg + ret.ThirdMsg);
-            }
-            return (T)ret;
-        }
-        throw new TimeoutException("no result came");
-    }
-
-    private void Run(string channel)
-    {
-        VeskLogin.ObserverFailed += failure => Console.WriteLine(failure);
-        VeskLogin.SetObserver(this);
-        VeskLogin.Login(channel);
-        LoginRet login = WaitFor<LoginRet>();
+        // Who does not scan within 20 seconds goes back to the title screen.
+        CancellationTokenSource back = new CancellationTokenSource(20000);
+        LoginRet login = Checked(await VeskLogin.LoginAsync(channel, back.Token));
         Console.WriteLine("\nlogged in: " + login.Openid + " through " + login.Channel);
 
         LoginRet held;
-        if (!VeskLogin.GetLoginRet(out held) || held.Token != login.Token || held.PfKey != login.PfKey)
+        if (!VeskLogin.GetLoginRet(out held) || held.Token != login.Token
+            || held.PfKey != login.PfKey || VeskLogin.Status.Openid != login.Openid)
         {
             throw new Exception("the login is not held");
         }
-        VeskLogin.Logout();
-        WaitFor<BaseRet>();
-        if (VeskLogin.GetLoginRet(out held) || held.RetCode != VeskError.NoStoredLogin)
+        Checked(await VeskLogin.LogoutAsync());
+        if (VeskLogin.State != LoginState.SignedOut)
         {
             throw new Exception("the login is still held");
         }
-        VeskLogin.Uninstall();
+    }
+
+    private static T Checked<T>(T ret) where T : BaseRet
+    {
+        if (ret.RetCode != VeskError.Success)
+        {
+            throw new Exception("code " + ret.RetCode + ": " + ret.RetMsg + ret.ThirdMsg);
+        }
+        return ret;
     }
 
     private static void Main(string[] arguments)
     {
-        new Visit().Run(arguments.Length > 0 ? arguments[0] : "Steam");
+        VeskLogin.QrCodeReady += code => Console.WriteLine("scan " + code.QrCodeUrl);
+        Task visit = Run(arguments.Length > 0 ? arguments[0] : "Steam");
+        while (!visit.IsCompleted) // the game's loop
+        {
+            VeskLogin.Update();
+            Thread.Sleep(16);
+        }
+        visit.GetAwaiter().GetResult(); // throws what the visit has thrown
+        VeskLogin.WaitIdle(3000); // for the logout to reach the backend
+        VeskLogin.Uninstall();
         Console.WriteLine("\nlogged in, looked, logged out"); // the SDK prints, without line ends
     }
 }
