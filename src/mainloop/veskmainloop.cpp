@@ -242,7 +242,7 @@ bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
         mLogouts.erase(found);
         return true;
     }
-    if (mEnded) {
+    if (mEnded || seqID.empty()) { // the latter belongs to a login that ends an earlier one
         return true;
     }
     if (mOn) {
