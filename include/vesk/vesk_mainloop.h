@@ -58,6 +58,7 @@ VESK_API void vesk_result_free(vesk_result* result);
 /// nobody and logs nobody in; when the backend has already logged the player in, the SDK logs the
 /// player out there again. In this mode only.
 /// @return 1, or 0 when no login is running: none was, or its result waits already.
+/// @note Who was signed in before vesk_login is signed out by it, also when it was cancelled.
 VESK_API int32_t vesk_cancel_login(void);
 
 /// How long a login of this mode may take until it ends with VESK_LOGIN_TIMED_OUT, as if it had

@@ -9,7 +9,12 @@ namespace VESK {
 
 uint64_t VESKCurrentLogin::Begin(const std::string& seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
-    mSeqID = FindWithdrawn(seqID) != nullptr ? std::string() : seqID;
+    const Withdrawn* withdrawn = FindWithdrawn(seqID);
+    if (withdrawn == nullptr) {
+        mSeqID = seqID;
+    } else if (!withdrawn->logOut) {
+        return 0;
+    }
     return ++mCount;
 }
 

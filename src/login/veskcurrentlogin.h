@@ -15,7 +15,8 @@ namespace VESK {
 /// it; it neither waits nor writes to the log.
 class VESKCurrentLogin {
 public:
-    /// @return the login's number among all of the process.
+    /// @return the login's number among all of the process; 0 for one that a newer login has
+    ///         overtaken before it began.
     uint64_t Begin(const std::string& seqID);
 
     /// @param current receives the one that is current.

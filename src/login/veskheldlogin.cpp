@@ -160,10 +160,11 @@ uint64_t VESKHeldLogin::StoredLogins() {
     return mStoredLogins;
 }
 
-void VESKHeldLogin::DropFor(const std::function<void()>& begin) {
+void VESKHeldLogin::DropFor(const std::function<bool()>& begin) {
     const std::lock_guard<VESKMutex> lock(mStoreMutex);
-    begin();
-    DropRecord();
+    if (begin()) {
+        DropRecord();
+    }
 }
 
 void VESKHeldLogin::DropLoginOf(uint64_t storedLogins) {

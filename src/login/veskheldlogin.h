@@ -37,9 +37,9 @@ public:
     /// @return whether the device file was removed.
     bool Drop();
 
-    /// Drops it for a login that @p begin begins. In one, or the older of two logins would drop
-    /// what the newer has brought already.
-    void DropFor(const std::function<void()>& begin);
+    /// Drops it for a login that @p begin begins, unless that says no. In one, or the older of two
+    /// logins would drop what the newer has brought already.
+    void DropFor(const std::function<bool()>& begin);
 
     /// Drops the login for which a channel has logged out, but none that has followed it meanwhile.
     /// @param storedLogins StoredLogins() when the logout began.

@@ -68,7 +68,10 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     }
     ExtendedLoginRequest extended;
     static_cast<LoginRequest&>(extended) = request;
-    mHeld.DropFor([&] { extended.order = mCurrent.Begin(request.seqID); });
+    mHeld.DropFor([&] {
+        extended.order = mCurrent.Begin(request.seqID);
+        return extended.order != 0;
+    });
     VESKResultSink::LoginHasBegun(request.seqID);
     if (mCurrent.IsWithdrawn(request.seqID)) {
         return;

@@ -155,10 +155,13 @@ bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut) {
         return false;
     }
     if (mLogin.seqID.empty()) {
-        const uint64_t request = mLogin.request;
-        mCalls.erase(std::remove_if(mCalls.begin(), mCalls.end(),
-                                    [&](const Call& call) { return call.request == request; }),
-                     mCalls.end());
+        // A cancelled one stays: see Begins.
+        if (code == VESKError::LOGIN_OVERTAKEN) {
+            const uint64_t request = mLogin.request;
+            mCalls.erase(std::remove_if(mCalls.begin(), mCalls.end(),
+                                        [&](const Call& call) { return call.request == request; }),
+                         mCalls.end());
+        }
     } else {
         VESKLoginManager* manager = VESKSingleton<VESKLoginManager>::Existing();
         const bool isWithdrawn =
@@ -171,10 +174,20 @@ bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut) {
             return false;
         }
     }
+    FinishStored(); // it began before
     auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, code, message);
     ret.channel = mLogin.channel;
     Finish(mLogin, ret);
     return true;
+}
+
+/// From now on its success is nobody's any more.
+void VESKMainLoop::FinishStored() {
+    if (mStored.request != 0) {
+        auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::LOGIN_OVERTAKEN, kOvertaken);
+        ret.channel = mStored.channel;
+        Finish(mStored, ret);
+    }
 }
 
 void VESKMainLoop::Finish(Login& login, const VESKLoginRet& ret) {
@@ -282,12 +295,7 @@ void VESKMainLoop::OnLoginBegun(const std::string& seqID) {
     if (!mLogin.seqID.empty() && mLogin.seqID != seqID) {
         EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
     }
-    if (mStored.request != 0) {
-        // From now on its success is nobody's any more.
-        auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::LOGIN_OVERTAKEN, kOvertaken);
-        ret.channel = mStored.channel;
-        Finish(mStored, ret);
-    }
+    FinishStored();
 }
 
 void VESKMainLoop::OnLoginAnswer() {

@@ -82,6 +82,7 @@ private:
     // With mMutex held.
     bool EndLogin(int32_t code, const char* message, bool logOut);
     void Finish(Login& login, const VESKLoginRet& ret);
+    void FinishStored();
     void RefuseChannel(const Call& call);
     void Settle();
     bool HasFinished(const std::string& seqID) const;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "login/veskguarded.h"
+#include "login/veskloginmanager.h"
 #include "login/veskoperations.h"
 #include "mainloop/veskmainloop.h"
 #include "vesk/veskerror.h"
@@ -67,11 +68,14 @@ bool VESKMainLoop::Begins(const Call& call, const std::string& seqID) {
         mLogouts[seqID] = call.request;
         return true;
     }
-    if (mLogin.request != call.request) {
-        return false;
+    if (mLogin.request == call.request) {
+        mLogin.seqID = seqID;
+        return true;
     }
-    mLogin.seqID = seqID;
-    return true;
+    // One that was cancelled before it began still signs out who was signed in, as one that has
+    // begun: the game cannot know which of both it was. A newer login does that by itself.
+    return mLogin.request == 0 && call.kind == Call::Kind::kLogin &&
+           VESKLoginManager::GetInstance()->Current().Withdraw(seqID, true);
 }
 
 /// For want of memory: the game hears what it hears of a request that runs out of it.

@@ -1,9 +1,7 @@
 // The game's main loop: results wait, every login has one answer, nothing comes after its end.
-#include <chrono>
 #include <ctime>
 #include <gmock/gmock.h>
 #include <memory>
-#include <thread>
 #include <vector>
 
 #include "support/gametest.h"
@@ -13,9 +11,7 @@
 namespace vesk::test {
 namespace {
 
-using std::chrono::milliseconds;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 using Result = std::unique_ptr<vesk_result, void (*)(vesk_result*)>;
 
@@ -95,52 +91,6 @@ TEST_F(MainLoop, EachCallIsAnsweredAndTheStateFollows) {
     EXPECT_THAT(facts(nextResult(), ferno), ElementsAre(VESK_RESULT_LOGIN, VESK_LOGIN_OVERTAKEN));
     EXPECT_THAT(facts(nextResult(), ferno + 3), ElementsAre(VESK_RESULT_LOGIN, VESK_SUCCESS));
     EXPECT_EQ(poll(), nullptr);
-}
-
-TEST_F(MainLoop, ACancelledLoginLogsNobodyInWhateverComesLater) {
-    const struct {
-        const char* channel;
-        Answer held; ///< the answer that comes after the cancelling
-        const char* script;
-        size_t logouts;
-    } rows[] = {
-        {"Steam", loginAnswer("1", "", 300), "", 1},
-        {"Steam", {"auth/login", "gone", 404, 300}, "", 0},
-        {"Ferno", {"auth/pcprecode", R"({"ret":0,"precode":"p"})", 200, 300}, "", 0},
-        {"Ferno", {"auth/pcprecode", R"({"ret":3,"precode":"p"})", 200, 300}, "", 0},
-        {"Ferno", loginAnswer("1", "", 300), "on_qrcode=10:qr:u,20:success\n", 1},
-    };
-    for (const auto& row : rows) {
-        backend.clear();
-        script(row.script);
-        backend.next(row.held);
-        const uint64_t number = request(row.channel);
-        backend.waitForRequest(row.held.path);
-        EXPECT_EQ(vesk_cancel_login(), 1);
-        EXPECT_EQ(vesk_cancel_login(), 0);
-        EXPECT_EQ(state().state, VESK_SIGNED_OUT);
-        EXPECT_EQ(vesk_wait_idle(3000), 1);
-        EXPECT_THAT(facts(nextResult(), number),
-                    ElementsAre(VESK_RESULT_LOGIN, VESK_LOGIN_CANCELLED));
-        EXPECT_EQ(poll(), nullptr) << row.held.body;
-        EXPECT_EQ(state().state, VESK_SIGNED_OUT);
-        EXPECT_EQ(backend.requests("auth/logout").size(), row.logouts) << row.held.body;
-    }
-    EXPECT_EQ(componentLines("frlogin_req_qrcode").size(), 1u) << "asked after the cancelling";
-    const uint64_t last = request("Steam");
-    EXPECT_THAT(facts(nextResult(), last), ElementsAre(VESK_RESULT_LOGIN, VESK_SUCCESS));
-}
-
-TEST_F(MainLoop, AScanAfterTheCancellingLogsNobodyIn) {
-    script("on_qrcode=10:qr:u,400:success\n");
-    request("Ferno");
-    EXPECT_EQ(nextResult()->kind, VESK_RESULT_QR_CODE);
-    vesk_cancel_login();
-    EXPECT_EQ(nextResult()->login->ret_code, VESK_LOGIN_CANCELLED);
-    std::this_thread::sleep_for(milliseconds(600)); // until the scan
-    EXPECT_EQ(vesk_wait_idle(3000), 1);
-    EXPECT_EQ(poll(), nullptr);
-    EXPECT_THAT(backend.requests("auth/login"), IsEmpty());
 }
 
 TEST_F(MainLoop, ALoginThatTakesTooLongEndsAndItsAnswerIsLoggedOut) {
