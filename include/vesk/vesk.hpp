@@ -1,6 +1,5 @@
 /// @file
-/// The SDK for C++17 programs of any compiler: a header over vesk_c.h alone, without the library's
-/// C++ headers and records. Throws nothing but std::bad_alloc.
+/// The SDK for C++17 programs of any compiler, over vesk_c.h alone. Throws only std::bad_alloc.
 #ifndef VESK_VESK_HPP
 #define VESK_VESK_HPP
 
@@ -146,4 +145,5 @@ inline void uninstall() {
     vesk_uninstall();
 }
 } // namespace vesk
+#include "vesk/vesk_mainloop.hpp"
 #endif

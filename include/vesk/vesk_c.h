@@ -64,11 +64,11 @@ typedef struct vesk_qr_code_ret {
     /// As in vesk_base_ret. @{
     uint32_t struct_size;
     int32_t method_name_id, ret_code, third_code;
-    const char *ret_msg, *third_msg, *extra_json;
-    /// @}
-    int32_t channel_id, reserved; ///< Ferno 1, KZ 2; reserved is 0
-    const char* channel;          ///< "Ferno" or "KZ"
-    const char* qr_code_url;      ///< address of the QR code image
+    const char *ret_msg, *third_msg, *extra_json; ///@}
+    int32_t channel_id;                           ///< Ferno 1, KZ 2
+    int32_t reserved;                             ///< 0
+    const char* channel;                          ///< "Ferno" or "KZ"
+    const char* qr_code_url;                      ///< address of the QR code image
 } vesk_qr_code_ret;
 
 /// The game's functions for results; a null one is not called.

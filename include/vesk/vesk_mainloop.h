@@ -29,12 +29,12 @@ enum {
 
 /// A result that waited. The members that its kind does not name are null.
 typedef struct vesk_result {
-    uint32_t struct_size;
-    int32_t kind;     ///< VESK_RESULT_LOGIN and so on
+    uint32_t struct_size; ///< size of the record, in bytes
+    int32_t kind;         ///< VESK_RESULT_LOGIN and so on
     uint64_t request; ///< what it answers, as in vesk_login_state; 0 for a call before this mode
-    const vesk_login_ret* login;
-    const vesk_base_ret* base;
-    const vesk_qr_code_ret* qr_code;
+    const vesk_login_ret* login;     ///< a login's result, or the refreshed login
+    const vesk_base_ret* base;       ///< a logout's result
+    const vesk_qr_code_ret* qr_code; ///< the picture
 } vesk_result;
 
 /// From now on results wait for vesk_next_result, and an observer is not called. vesk_login,

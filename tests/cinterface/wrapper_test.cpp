@@ -85,5 +85,54 @@ TEST_F(Wrapper, CallbackMayThrowAndMayEndItsObserver) {
     uninstall();
 }
 
+TEST_F(Wrapper, MainLoopHandsResultsOutWhereItIsPolledAndEndsWithItsScope) {
+    const Messenger ferno(game, "ferno", "frlogin.dll");
+    ferno.script("on_qrcode=10:qr:https://qr/1");
+    std::string heard;
+    const Observer unheard({[&](const LoginRet&) { heard += "observer "; }, {}, {}});
+    {
+        MainLoop loop;
+        ASSERT_TRUE(loop.isOn());
+        loop.setLoginTimeout(std::chrono::minutes(1));
+        const auto note = [&](const char* kind, uint64_t request, const auto& text) {
+            heard += kind + std::to_string(request) + " " + text + " ";
+        };
+        const auto nextResult = [&] {
+            const Overloaded visitor{
+                [&](const LoginRet& ret, uint64_t n) {
+                    note("login ", n, std::to_string(ret.retCode));
+                },
+                [&](const BaseRet& ret, uint64_t n) {
+                    note("base ", n, std::to_string(ret.methodNameID));
+                },
+                [&](const QrCodeRet& ret, uint64_t n) { note("code ", n, ret.qrCodeUrl); },
+                [&](const Refreshed& ret, uint64_t n) { note("refreshed ", n, ret.login.token); }};
+            waitUntil("a result", [&] { return loop.poll(visitor) != 0; });
+        };
+        login("Steam");
+        EXPECT_EQ(loop.state().stage, Stage::loggingIn);
+        nextResult();
+        const State in = loop.state();
+        EXPECT_EQ(in.stage, Stage::signedIn);
+        EXPECT_EQ(in.channel + std::to_string(in.request), "Steam1");
+        EXPECT_NE(in.openid, "");
+        logout();
+        nextResult();
+        EXPECT_TRUE(loop.waitIdle(std::chrono::seconds(3)));
+        login("Ferno");
+        nextResult();
+        EXPECT_EQ(loop.state().stage, Stage::waitingForScan);
+        EXPECT_TRUE(loop.cancelLogin());
+        nextResult();
+        login("Ferno"); // for the end of the scope
+    }
+    EXPECT_EQ(heard, "login 1 0 base 2 117 code 3 https://qr/1 login 3 10001 ");
+    MainLoop again;
+    EXPECT_EQ(again.state().stage, Stage::signedOut);
+    EXPECT_EQ(again.poll([](const auto&, uint64_t) {}), 0u);
+    uninstall();
+    EXPECT_FALSE(MainLoop().isOn());
+}
+
 } // namespace
 } // namespace vesk::test
