@@ -8,7 +8,8 @@ if(MSVC)
     target_compile_definitions(vesk_options INTERFACE NOMINMAX _CRT_SECURE_NO_WARNINGS)
 else()
     target_compile_options(vesk_options INTERFACE
-        -Wall -Wextra -Wpedantic -fvisibility=hidden -fvisibility-inlines-hidden
+        -Wall -Wextra -Wpedantic -fvisibility=hidden
+        $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>
         # Log lines know their source file; where it was built is nobody's business.
         "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 endif()

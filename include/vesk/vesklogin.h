@@ -14,8 +14,9 @@ namespace VESK {
 
 /// The SDK's facade. No operation waits for the network: results arrive through the observer. The
 /// channel's component is called on the caller's thread and may take its time, above all while it
-/// starts, which is inside Login for Steam and KZ and inside AutoLogin. Nothing throws.
-/// A thread that calls needs 128 KB of stack (docs/architecture.md).
+/// starts, which is inside Login for Steam and KZ and inside AutoLogin. Every call writes lines
+/// into the log, so it takes as long as the disk does (docs/main-loop.md). Nothing throws. A thread
+/// that calls needs 128 KB of stack (docs/architecture.md).
 class VESK_API VESKLogin {
 public:
     /// Sets the one observer of the process. Call it before the first login.
@@ -30,7 +31,8 @@ public:
     /// @param permissions kept with the request for the channel.
     /// @param subChannel kept with the request for the channel.
     /// @param extraJson a JSON object or empty. A member "password" is replaced by its MD5 digest.
-    /// @thread Any. OnLoginRetNotify comes on a network or channel thread; for a failure that is
+    /// @thread Any. May take long: call it from a worker thread, or use vesk.hpp's main loop.
+    ///         OnLoginRetNotify comes on a network or channel thread; for a failure that is
     ///         known at once (the Steam interface does not start) it comes inside this call. So
     ///         does OnBaseRetNotify, with 117 and -1, when all that is known is a player
     ///         remembered from an earlier run.
@@ -41,7 +43,8 @@ public:
 
     /// Logs in the player that this device remembers, without a QR code. Only for "KZ", and only
     /// when VESK_URL is set to a backend of your own (docs/configuration.md).
-    /// @thread As for Login.
+    /// @thread Any. May take long: call it from a worker thread, or use vesk.hpp's main loop.
+    ///         Results as for Login.
     /// @errors Arrive in OnLoginRetNotify: AUTOLOGIN_NOT_ALLOWED, NO_STORED_LOGIN,
     ///         CHANNEL_LOGIN_FAILED, and those of Login. `retCode` and `thirdCode` are -1 when the
     ///         device's memory of the player is damaged.
@@ -51,7 +54,7 @@ public:
     /// @param loginRet is filled in either case, for false as far as something is known.
     /// @return true when a login is held. Still look at `retCode`: an expired login is found, with
     ///         VESKError::TOKEN_EXPIRED.
-    /// @thread Any.
+    /// @thread Any. Writes into the log: what a frame may ask is vesk_state of vesk_mainloop.h.
     /// @errors `retCode` NO_STORED_LOGIN when nothing is stored, -1 (as `thirdCode`) when only a
     ///         player remembered from an earlier run is known.
     static bool GetLoginRet(VESKLoginRet& loginRet);
@@ -61,7 +64,8 @@ public:
     ///        name is never answered.
     /// @param subChannel kept with the request.
     /// @param channelOnly true keeps the stored login and does not tell the backend.
-    /// @thread Any. OnBaseRetNotify comes as soon as the channel has answered, for Steam inside
+    /// @thread Any. May take long: call it from a worker thread, or use vesk.hpp's main loop.
+    ///         OnBaseRetNotify comes as soon as the channel has answered, for Steam inside
     ///         this call; the backend's answer is not waited for.
     /// @errors Arrive in OnBaseRetNotify with methodNameID 117: NO_STORED_LOGIN, or -1 when only a
     ///         remembered player from an earlier run is known.
@@ -83,7 +87,8 @@ public:
     /// is not needed and does no harm. It goes when what is still running has ended: a request can
     /// keep it for its time-out, 15 seconds, and until then LoadLibrary gives the ended one back.
     /// To load it again wait until GetModuleHandle finds it no more (docs/integration.md).
-    /// @thread Any. After it has returned do not call the SDK again: the code may be gone, and as
+    /// @thread Any; may take seconds, so not between two frames.
+    ///         After it has returned do not call the SDK again: the code may be gone, and as
     ///         long as it is there a call is one error line of the log and nothing else.
     static void UnInstall();
 

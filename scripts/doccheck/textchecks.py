@@ -65,13 +65,18 @@ def check_links(root):
                 yield f"{name}:{text[:m.start()].count(chr(10)) + 1}: there is no {m[0]}"
 
 
-# ---- the first program ----
+# ---- the first programs ----
+
+SAMPLES = {("README.md", "cpp"): "main.cpp", ("docs/main-loop.md", "c"): "mainloop.c",
+           ("docs/main-loop.md", "cpp"): "mainloop.cpp"}
+
 
 def check_first(root):
-    """README's first program is the sample that is built and run."""
-    first = next(b for b in each(root, "cpp") if b.where.startswith("README.md:"))
-    if first.text != Path(root, "samples/minimal/main.cpp").read_text(encoding="utf-8"):
-        yield f"{first.where}: this is not samples/minimal/main.cpp"
+    """The first program of a page is the sample that is built and run."""
+    for (page, language), sample in SAMPLES.items():
+        first = next(b for b in each(root, language) if b.where.startswith(page + ":"))
+        if first.text != Path(root, "samples/minimal", sample).read_text(encoding="utf-8"):
+            yield f"{first.where}: this is not samples/minimal/{sample}"
 
 
 # ---- settings ----
