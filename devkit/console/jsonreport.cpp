@@ -3,24 +3,23 @@
 #include "common/jsonline.h"
 #include "report.h"
 
-using namespace Braxel::VESK;
 using vesk::devkit::JsonLine;
 
 namespace {
 
 class JsonReport final : public Report {
 public:
-    void login(const VESKLoginRet& ret) override { print(addLogin(event("login"), ret)); }
-    void qrCode(const VESKQrCodeRet& ret) override {
+    void login(const vesk::LoginRet& ret) override { print(addLogin(event("login"), ret)); }
+    void qrCode(const vesk::QrCodeRet& ret) override {
         print(addBase(event("qrcode"), ret)
                   .add("channel", ret.channel)
                   .add("qrCodeUrl", ret.qrCodeUrl));
     }
-    void logout(const VESKBaseRet& ret) override { print(addBase(event("logout"), ret)); }
-    void status(bool held, const VESKLoginRet& ret) override {
+    void logout(const vesk::BaseRet& ret) override { print(addBase(event("logout"), ret)); }
+    void status(bool held, const vesk::LoginRet& ret) override {
         print(addLogin(event("status").add("held", held), ret));
     }
-    void refreshed(bool held, const VESKLoginRet& ret) override {
+    void refreshed(bool held, const vesk::LoginRet& ret) override {
         print(event("refreshed")
                   .add("held", held)
                   .add("token", masked(ret.token))
@@ -31,7 +30,7 @@ public:
 private:
     static JsonLine event(const char* name) { return JsonLine().add("event", name); }
 
-    static JsonLine addBase(JsonLine line, const VESKBaseRet& ret) {
+    static JsonLine addBase(JsonLine line, const vesk::BaseRet& ret) {
         return line.add("methodNameID", ret.methodNameID)
             .add("retCode", ret.retCode)
             .add("retMsg", ret.retMsg)
@@ -39,7 +38,7 @@ private:
             .add("thirdMsg", ret.thirdMsg);
     }
 
-    static JsonLine addLogin(JsonLine line, const VESKLoginRet& ret) {
+    static JsonLine addLogin(JsonLine line, const vesk::LoginRet& ret) {
         return addBase(std::move(line), ret)
             .add("channel", ret.channel)
             .add("channelID", ret.channelID)

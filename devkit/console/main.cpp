@@ -1,68 +1,75 @@
-// A game's use of the SDK in one page: set an observer, log in, look at the login, see its token
-// change, log out, end.
+// A game's use of the SDK in one page: log in, look at the login, see its token change, log out,
+// end.
 #include <chrono>
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 
 #include "doctor.h"
 #include "options.h"
 #include "report.h"
-#include "resultqueue.h"
 #include "terminal.h"
-#include "vesk/vesk_c.h"
-#include "vesk/vesklogin.h"
-
-using namespace Braxel::VESK;
+#include "vesk/vesk.hpp"
 
 namespace {
 
-void tell(Report& report, const Result& result) {
-    if (const auto* login = std::get_if<VESKLoginRet>(&result)) {
-        report.login(*login);
-    } else if (const auto* qrCode = std::get_if<VESKQrCodeRet>(&result)) {
-        report.qrCode(*qrCode); // a game shows the image at qrCodeUrl
-    } else {
-        report.logout(std::get<VESKBaseRet>(result));
-    }
-}
-
-/// Prints results as they come until one of type @p Ret is there; that one decides. A login may be
-/// preceded by QR codes, and by the logout of the login that it replaces.
-template <typename Ret>
-bool waitForSuccess(ResultQueue& results, const Options& options, Report& report,
+/// Prints results as they come until that of the latest operation is there; it decides. A login may
+/// be preceded by QR codes, and by the logout of the login that it replaces.
+bool waitForSuccess(vesk::MainLoop& loop, const Options& options, Report& report,
                     const std::string& word) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(options.timeout);
-    while (const auto result = results.waitFor(deadline)) {
-        tell(report, *result);
-        if (const auto* ret = std::get_if<Ret>(&*result)) {
-            return ret->retCode == VESKError::SUCCESS;
+    using std::chrono::steady_clock;
+    const uint64_t request = loop.state().request;
+    std::optional<bool> succeeded;
+    const auto decide = [&](const vesk::BaseRet& ret, uint64_t answered) {
+        if (answered == request) {
+            succeeded = ret.retCode == VESK_SUCCESS;
         }
+    };
+    const vesk::Overloaded visitor{
+        [&](const vesk::LoginRet& ret, uint64_t answered) {
+            if (ret.retCode != VESK_LOGIN_OVERTAKEN) { // its own word has told that none came
+                report.login(ret);
+            }
+            decide(ret, answered);
+        },
+        [&](const vesk::BaseRet& ret, uint64_t answered) {
+            report.logout(ret);
+            decide(ret, answered);
+        },
+        [&](const vesk::QrCodeRet& ret, uint64_t) { report.qrCode(ret); }, // a game shows the image
+        [](const vesk::Refreshed&, uint64_t) {},                           // for `watch`
+    };
+    const auto deadline = steady_clock::now() + std::chrono::seconds(options.timeout);
+    do {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // a frame
+        loop.poll(visitor);
+    } while (!succeeded && steady_clock::now() < deadline);
+    if (!succeeded) {
+        report.timeout(word);
     }
-    report.timeout(word);
-    return false;
+    return succeeded.value_or(false);
 }
 
 /// Shows the login that is held. An expired one is still found, so the code decides as well.
 bool showStatus(Report& report) {
-    VESKLoginRet ret;
-    const bool held = VESKLogin::GetLoginRet(ret);
+    vesk::LoginRet ret;
+    const bool held = vesk::getLoginRet(ret);
     report.status(held, ret);
-    return held && ret.retCode == VESKError::SUCCESS;
+    return held && ret.retCode == VESK_SUCCESS;
 }
 
-/// Waits until the SDK has a new token for the login that is held. Nothing calls back for that: a
-/// game asks for the login whenever it needs the token.
+/// Waits until the SDK has a new token for the login that is held.
 bool watchToken(const Options& options, Report& report) {
-    VESKLoginRet ret;
-    bool held = VESKLogin::GetLoginRet(ret);
+    vesk::LoginRet ret;
+    bool held = vesk::getLoginRet(ret);
     const std::string token = ret.token;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(options.timeout);
     while (held && ret.token == token && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
-        held = VESKLogin::GetLoginRet(ret);
+        held = vesk::getLoginRet(ret);
     }
     if (held && ret.token == token) {
         report.timeout("watch");
@@ -74,40 +81,37 @@ bool watchToken(const Options& options, Report& report) {
 }
 
 bool runWord(const std::string& word, const Options& options, Report& report,
-             ResultQueue& results) {
+             vesk::MainLoop& loop) {
     if (word == "status") {
         return showStatus(report);
     }
     if (word == "watch") {
         return watchToken(options, report);
     }
-    if (word == "logout") {
-        VESKLogin::Logout(options.channel.c_str(), "", options.channelOnly);
-        const bool succeeded = waitForSuccess<VESKBaseRet>(results, options, report, word);
-        // The backend is told in the background, and the end of the process would cut that off.
-        std::this_thread::sleep_for(std::chrono::seconds(options.linger));
-        return succeeded;
-    }
     if (word == "login") {
-        VESKLogin::Login(options.channel.c_str(), "", "", options.extraJson.c_str());
+        vesk::login(options.channel, "", "", options.extraJson);
+    } else if (word == "autologin") {
+        vesk::autoLogin();
     } else {
-        VESKLogin::AutoLogin();
+        vesk::logout(options.channel, "", options.channelOnly);
     }
-    return waitForSuccess<VESKLoginRet>(results, options, report, word);
+    const bool succeeded = waitForSuccess(loop, options, report, word);
+    if (word == "logout") { // the backend is told in the background
+        loop.waitIdle(std::chrono::seconds(options.linger));
+    }
+    return succeeded;
 }
 
 bool runWords(const Options& options, Report& report) {
-    // Never deleted: a network thread may still be inside the observer when main() returns.
-    static ResultQueue* const results = new ResultQueue;
-    VESKLogin::SetLoginObserver(results);
-
     bool allSucceeded = true;
-    for (const std::string& word : options.words) {
-        allSucceeded = runWord(word, options, report, *results) && allSucceeded;
+    {
+        vesk::MainLoop loop;
+        loop.setLoginTimeout(std::chrono::milliseconds(0)); // --timeout is the user's
+        for (const std::string& word : options.words) {
+            allSucceeded = runWord(word, options, report, loop) && allSucceeded;
+        }
     }
-
-    VESKLogin::SetLoginObserver(nullptr);
-    VESKLogin::UnInstall();
+    vesk::uninstall();
     return allSucceeded;
 }
 

@@ -18,7 +18,7 @@ constexpr const char* kEnd = R"(
 options
   --channel NAME      KZ, Ferno or Steam
   --timeout SECONDS   how long to wait for each result, 60 unless given
-  --linger SECONDS    how long to stay after a logout, 1 unless given
+  --linger SECONDS    how long at most to stay after a logout, 1 unless given
   --channel-only      logout keeps the stored login and does not tell the backend
   --extra-json JSON   extra data of a login, a JSON object
   --offline           doctor does not try the backend
@@ -77,8 +77,8 @@ Logs out of the channel, then of the backend.
 
   --channel NAME      the channel; the one that is logged in when it is left out
   --channel-only      keep the stored login and do not tell the backend
-  --linger SECONDS    how long to stay, as the backend is told in the background; 1 unless
-                      given
+  --linger SECONDS    how long at most to stay, as the backend is told in the background;
+                      1 unless given
 )"},
     {"doctor", "find out why logins do not work here",
      R"(usage: vesk-console doctor [--json] [--offline]

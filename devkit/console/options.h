@@ -16,7 +16,7 @@ struct Options {
     std::string extraJson;
     bool channelOnly = false;
     int timeout = 60; ///< seconds to wait for each result
-    int linger = 1;   ///< seconds to stay after a logout
+    int linger = 1;   ///< seconds at most to stay after a logout
     bool json = false;
     std::optional<bool> drawCodes; ///< QR codes; on terminals unless told
     bool offline = false;          ///< the doctor leaves the backend alone

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "vesk/veskret.h"
+#include "vesk/vesk.hpp"
 
 /// Tells the user what has happened. Everything goes to standard error, as standard output is the
 /// SDK's.
@@ -15,11 +15,11 @@ public:
     Report& operator=(const Report&) = delete;
     virtual ~Report() = default;
 
-    virtual void login(const Braxel::VESK::VESKLoginRet& ret) = 0;
-    virtual void qrCode(const Braxel::VESK::VESKQrCodeRet& ret) = 0;
-    virtual void logout(const Braxel::VESK::VESKBaseRet& ret) = 0;
-    virtual void status(bool held, const Braxel::VESK::VESKLoginRet& ret) = 0;
-    virtual void refreshed(bool held, const Braxel::VESK::VESKLoginRet& ret) = 0;
+    virtual void login(const vesk::LoginRet& ret) = 0;
+    virtual void qrCode(const vesk::QrCodeRet& ret) = 0;
+    virtual void logout(const vesk::BaseRet& ret) = 0;
+    virtual void status(bool held, const vesk::LoginRet& ret) = 0;
+    virtual void refreshed(bool held, const vesk::LoginRet& ret) = 0;
     virtual void timeout(const std::string& word) = 0;
 };
 

@@ -6,9 +6,7 @@
 #include "common/text.h"
 #include "qrblocks.h"
 #include "report.h"
-#include "vesk/veskerror.h"
 
-using namespace Braxel::VESK;
 using namespace vesk::devkit;
 
 namespace {
@@ -31,7 +29,7 @@ std::string sentence(std::string text) {
 
 /// The rest of what there is to say about a failure, after its code: what the code means, who
 /// outside has failed and how, and what to do.
-std::string explanation(const VESKBaseRet& ret) {
+std::string explanation(const vesk::BaseRet& ret) {
     std::string outside = outsideMeaning(ret.retCode, ret.thirdCode);
     if (!ret.thirdMsg.empty()) {
         outside += (outside.empty() ? "its text is \"" : ", and says \"") + ret.thirdMsg + '"';
@@ -41,7 +39,7 @@ std::string explanation(const VESKBaseRet& ret) {
            ".";
 }
 
-std::string failure(const VESKBaseRet& ret) {
+std::string failure(const vesk::BaseRet& ret) {
     return "failed with code " + std::to_string(ret.retCode) +
            (ret.retMsg.empty() ? "" : " (" + ret.retMsg + ")") + ": " + explanation(ret);
 }
@@ -56,7 +54,7 @@ std::string expiry(int64_t seconds) {
     return std::string("good until ") + text;
 }
 
-std::string describe(const VESKLoginRet& ret) {
+std::string describe(const vesk::LoginRet& ret) {
     return ret.channel + ", player \"" + ret.userName + "\", openid " + ret.openid + ", token " +
            masked(ret.token) + ", " + expiry(ret.tokenExpire) +
            (ret.firstLogin == 1 ? ", the first login of this account" : "") +
@@ -67,13 +65,12 @@ class TextReport final : public Report {
 public:
     TextReport(bool drawCodes, bool colours) : mDrawCodes(drawCodes), mColours(colours) {}
 
-    void login(const VESKLoginRet& ret) override {
-        say("login",
-            ret.retCode == VESKError::SUCCESS ? "logged in by " + describe(ret) : failure(ret));
+    void login(const vesk::LoginRet& ret) override {
+        say("login", ret.retCode == VESK_SUCCESS ? "logged in by " + describe(ret) : failure(ret));
     }
 
-    void qrCode(const VESKQrCodeRet& ret) override {
-        if (ret.retCode != VESKError::SUCCESS) {
+    void qrCode(const vesk::QrCodeRet& ret) override {
+        if (ret.retCode != VESK_SUCCESS) {
             say("qrcode", failure(ret));
             return;
         }
@@ -85,25 +82,25 @@ public:
         }
     }
 
-    void logout(const VESKBaseRet& ret) override {
+    void logout(const vesk::BaseRet& ret) override {
         if (ret.retCode == kOfEarlierRun) {
             say("logout", "the login of an earlier run is forgotten");
         } else {
-            say("logout", ret.retCode == VESKError::SUCCESS ? "logged out" : failure(ret));
+            say("logout", ret.retCode == VESK_SUCCESS ? "logged out" : failure(ret));
         }
     }
 
-    void status(bool held, const VESKLoginRet& ret) override {
+    void status(bool held, const vesk::LoginRet& ret) override {
         if (ret.retCode == kOfEarlierRun) {
             say("status", "no login is held; a player of an earlier run is remembered");
-        } else if (held && ret.retCode == VESKError::SUCCESS) {
+        } else if (held && ret.retCode == VESK_SUCCESS) {
             say("status", "held is the login by " + describe(ret));
         } else {
             say("status", explanation(ret) + " (Code " + std::to_string(ret.retCode) + ".)");
         }
     }
 
-    void refreshed(bool held, const VESKLoginRet& ret) override {
+    void refreshed(bool held, const vesk::LoginRet& ret) override {
         say("watch",
             held ? "there is a new token, " + masked(ret.token) + ", " + expiry(ret.tokenExpire)
                  : "the login is not held any more: the SDK got no new token. Log in again.");
