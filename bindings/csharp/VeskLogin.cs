@@ -16,8 +16,8 @@ namespace Braxel.Vesk
         private static readonly object Gate = new object(); // guards what follows
         private static readonly Dictionary<ulong, Action<BaseRet>> Calls =
             new Dictionary<ulong, Action<BaseRet>>(); // those without a result, by number
-        private static readonly byte[] StateBuffer = new byte[296]; // a vesk_login_state
-        private static ulong lastCall, lastLogin; // their numbers
+        private static readonly byte[] StateBuffer = new byte[304]; // a vesk_login_state
+        private static ulong lastCall; // its number
         private static bool started;
         private static bool ended;
 
@@ -199,7 +199,6 @@ namespace Braxel.Vesk
                     throw new InvalidOperationException("the SDK has ended or has no memory");
                 }
                 lastCall = number;
-                lastLogin = typeof(T) == typeof(LoginRet) ? number : lastLogin;
                 Calls.Add(number, ret =>
                 {
                     if (ret == null // the SDK has ended
@@ -224,7 +223,7 @@ namespace Braxel.Vesk
         {
             lock (Gate)
             {
-                if (login == lastLogin && Calls.ContainsKey(login))
+                if (Calls.ContainsKey(login) && Read(state => BitConverter.ToUInt64(state, 296)) == login)
                 {
                     Native.vesk_cancel_login();
                 }

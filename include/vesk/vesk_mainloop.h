@@ -90,6 +90,7 @@ typedef struct vesk_login_state {
     int64_t token_expire; ///< Unix seconds; 0 = unknown, or nobody is signed in
     char channel[16];     ///< of the running login, else of the held one; or empty
     char openid[256];     ///< of the held login; or empty. A longer one is cut
+    uint64_t running;     ///< the number of the login that runs; 0: none does
 } vesk_login_state;
 
 /// Tells how things stand, without a line in the log: fit for each frame.

@@ -26,7 +26,7 @@ namespace {
 static_assert(offsetof(vesk_result, login) == 16 && sizeof(vesk_result) == 40,
               "the layout of vesk_result has changed");
 static_assert(offsetof(vesk_login_state, token_expire) == 16 &&
-                  offsetof(vesk_login_state, openid) == 40 && sizeof(vesk_login_state) == 296,
+                  offsetof(vesk_login_state, running) == 296 && sizeof(vesk_login_state) == 304,
               "the layout of vesk_login_state has changed");
 static_assert(offsetof(vesk_advice, cause_name) == 16 && sizeof(vesk_advice) == 40,
               "the layout of vesk_advice has changed");

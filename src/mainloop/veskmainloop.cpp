@@ -134,6 +134,7 @@ void VESKMainLoop::GetState(vesk_login_state& state) {
     CopyText(state.channel, isHeld ? held->channel.c_str() : "");
     CopyText(state.openid, isHeld ? held->openid.c_str() : "");
     state.request = mLastRequest;
+    state.running = mLogin.request;
     if (mLogin.request != 0) {
         state.state = mLogin.waitsForScan ? VESK_WAITING_FOR_SCAN : VESK_LOGGING_IN;
         CopyText(state.channel, mLogin.channel.c_str());
