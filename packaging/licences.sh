@@ -16,6 +16,7 @@ texts=(
     "linux windows|CLI11|/usr/share/doc/libcli11-dev/copyright|CLI11"
     "linux windows|cpp-httplib|/usr/share/doc/libcpp-httplib-dev/copyright|httplib"
     "linux windows|libqrencode|/usr/share/doc/libqrencode-dev/copyright|qrencode"
+    "linux windows|stb|/usr/share/doc/libstb-dev/copyright|stb"
     "linux windows|LGPL-2.1|/usr/share/common-licenses/LGPL-2.1|LESSER GENERAL PUBLIC LICENSE"
     "linux windows|curl|/usr/share/doc/libcurl4-openssl-dev/copyright|Daniel Stenberg"
     "windows|mingw-w64-and-winpthreads|/usr/share/doc/mingw-w64-x86-64-dev/copyright|winpthreads"

@@ -66,7 +66,7 @@ void PlayerSession::serve(const PlayerScript& script, const std::string& preCode
         play(script.noBackend);
         return;
     }
-    play(script.showCode + session["qrcode"]);
+    play(script.showCode + session["picture"]);
     const std::string path = "/sessions/" + session["id"];
     // A confirmed player can still be kicked out, so only a failure counts before that.
     bool isDecided = false;

@@ -12,7 +12,7 @@ namespace vesk::scanclient {
 /// file.
 struct PlayerScript {
     std::string channel;
-    /// Shows the code, whose text follows.
+    /// Shows the code, the address of whose picture follows.
     std::string showCode;
     /// There is no backend to ask.
     std::string noBackend;

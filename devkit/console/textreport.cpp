@@ -74,11 +74,18 @@ public:
             say("qrcode", failure(ret));
             return;
         }
-        const std::string code = mDrawCodes ? qrBlocks(ret.qrCodeUrl, mColours) : "";
-        std::fputs(code.c_str(), stderr);
+        std::string problem;
+        if (mDrawCodes) {
+            const std::string picture = fetchPicture(ret.qrCodeUrl, problem);
+            const std::string code = qrBlocks(picture, mColours);
+            std::fputs(code.c_str(), stderr);
+            if (problem.empty() && code.empty()) {
+                problem = "there is no picture of an upright QR code";
+            }
+        }
         say("qrcode", "scan it with " + ret.channel + "; its address: " + ret.qrCodeUrl);
-        if (mDrawCodes && code.empty()) {
-            say("qrcode", "not drawn: the address is too long for a code. Open it in a browser.");
+        if (!problem.empty()) {
+            say("qrcode", "not drawn: " + problem + ". Try the address in a browser.");
         }
     }
 

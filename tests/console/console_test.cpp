@@ -111,19 +111,28 @@ TEST_F(ConsoleProgramTest, BackendsTextDoesNotSteerTheTerminal) {
     EXPECT_THAT(console("login --channel Steam").err, HasSubstr("says \"a?2Jb?c?d\""));
 }
 
-TEST_F(ConsoleProgramTest, CodeIsDrawnWhenItIsAskedFor) {
+TEST_F(ConsoleProgramTest, PictureIsDrawnWhenItIsAskedFor) {
+    const std::string control = environment("VESK_TEST_CONTROL_URL");
+    const std::string channel = R"({"channel":"Ferno"})";
+    rapidjson::Document session;
+    session.Parse(
+        callControlPort(control + "/sessions", &channel, {"Content-Type: application/json"})
+            .body.c_str());
+    const std::string address = session["picture"].GetString();
+    write("ferno_sim.ini", "on_qrcode=20:qr:" + address + ",50:success");
     ProgramRun drawn = console("login --channel Ferno --qr");
     auto& text = drawn.err; // with a Windows program's line ends
     text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
-    const std::string marker = "its address: ";
-    const std::string rest = drawn.err.substr(drawn.err.find(marker) + marker.size());
-    const std::string address = rest.substr(0, rest.find('\n'));
-    EXPECT_THAT(drawn.err, HasSubstr(qrBlocks(address, false)));
+    EXPECT_THAT(text, HasSubstr(qrBlocks(callControlPort(address, nullptr).body, false) +
+                                "qrcode: scan it with Ferno; its address: " + address + "\n"));
     for (const char* quiet : {"", " --no-qr"}) {
         const ProgramRun run = console("login --channel Ferno" + std::string(quiet));
-        EXPECT_THAT(run.err, HasSubstr(marker));
+        EXPECT_THAT(run.err, HasSubstr("its address: "));
         EXPECT_THAT(run.err, Not(HasSubstr("█")));
     }
+    write("ferno_sim.ini", "on_qrcode=20:qr:" + control + "/qr/0.png,50:success");
+    EXPECT_THAT(console("login --channel Ferno --qr").err,
+                HasSubstr("not drawn: the picture does not come, HTTP response code said error"));
 }
 
 TEST_F(ConsoleProgramTest, DoctorSaysTheSameAsTheProgramOfThatName) {

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "devkit/qrreader.h"
+#include "scanpage/qrimage.h"
 
 namespace vesk::test {
 namespace {
@@ -29,12 +30,24 @@ Modules modulesOf(const std::string& picture) {
     return rows;
 }
 
-TEST(QrBlocks, ReadAsTheirText) {
-    // 21, 25 and 29 modules a side: all are odd, so the last line has half a row.
-    for (const char* text :
-         {"x", "https://ferno.example/qr/1", "https://kz.example/qr/0123456789abcdef0"}) {
-        const Modules rows = modulesOf(qrBlocks(text, false));
-        EXPECT_EQ(textOfCode(rows), text);
+std::string textOfModules(const Modules& rows) {
+    constexpr size_t kScale = 4;
+    const size_t width = rows.at(0).size() * kScale;
+    const size_t height = rows.size() * kScale;
+    std::string pixels;
+    for (size_t at = 0; at < width * height; ++at) {
+        pixels += rows[at / width / kScale].at(at % width / kScale) ? '\0' : '\xFF';
+    }
+    return textOfPixels(pixels.data(), static_cast<int>(width), static_cast<int>(height));
+}
+
+TEST(QrBlocks, ReadAsThePictureDoes) {
+    // 21, 29 and 109 modules a side: all are odd, so the last line has half a row.
+    for (const std::string& text :
+         {std::string("x"), std::string("https://ferno.example/qr/123456"),
+          std::string(800, 'x')}) {
+        const Modules rows = modulesOf(qrBlocks(*backend::qrPng(text), false));
+        EXPECT_EQ(textOfModules(rows), text);
         const std::vector<bool> light(rows.at(0).size());
         for (size_t y = 0; y < light.size(); ++y) {
             const bool edge = y < 4 || y >= light.size() - 4;
@@ -47,8 +60,9 @@ TEST(QrBlocks, ReadAsTheirText) {
 }
 
 TEST(QrBlocks, EachLineSetsItsColoursAndTakesThemBack) {
-    const std::string plain = qrBlocks("x", false);
-    std::string coloured = qrBlocks("x", true);
+    const std::string picture = *backend::qrPng("x");
+    const std::string plain = qrBlocks(picture, false);
+    std::string coloured = qrBlocks(picture, true);
     const std::string begin = "\x1b[38;5;231;48;5;16m";
     const std::string end = "\x1b[0m\n";
     for (size_t at = 0; at < coloured.size(); at = coloured.find('\n', at) + 1) {
@@ -61,8 +75,13 @@ TEST(QrBlocks, EachLineSetsItsColoursAndTakesThemBack) {
     EXPECT_EQ(coloured, plain);
 }
 
-TEST(QrBlocks, TextThatIsTooLongHasNoPicture) {
-    EXPECT_EQ(qrBlocks(std::string(5000, 'x'), false), "");
+TEST(QrBlocks, WhatIsNoPictureOfACodeIsNotDrawn) {
+    std::string damaged = *backend::qrPng("x");
+    damaged.resize(damaged.size() / 2);
+    for (const std::string& picture :
+         {std::string(), std::string("<html>"), damaged, "P5 4 4 255 " + std::string(16, '\0')}) {
+        EXPECT_EQ(qrBlocks(picture, false), "");
+    }
 }
 
 } // namespace

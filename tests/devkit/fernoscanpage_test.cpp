@@ -15,7 +15,7 @@ TEST_F(FernoScanPage, ConfirmedCodeLogsIn) {
     Session session = player.sessions().back();
     EXPECT_EQ(session["channel"], "Ferno");
     EXPECT_EQ(session["state"], "waiting");
-    EXPECT_EQ(session["qrcode"], code.qrCodeUrl);
+    EXPECT_EQ(code.qrCodeUrl, player.url + "/qr/" + id + ".png");
     EXPECT_EQ(session["live"], "true");
     const Request preCode = backend.waitForRequest("auth/pcprecode");
     EXPECT_NE(session["seq"], "");

@@ -87,7 +87,7 @@ TEST_F(SessionApi, WrongRequestsAreRefusedWithASentence) {
         EXPECT_EQ(answer.body.find(R"({"error":")"), 0u) << answer.body;
     }
     EXPECT_EQ(player.get(session + "/word?wait_ms=soon").status, 400);
-    EXPECT_EQ(player.get("/sessions/00/qr.svg").status, 404);
+    EXPECT_EQ(player.get("/qr/00.png").status, 404);
     EXPECT_EQ(player.newest("state"), "waiting");
 }
 

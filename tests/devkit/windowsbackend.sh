@@ -1,6 +1,6 @@
 #!/bin/sh
-# The dev backend for Windows serves the scan page, logs a game in over plain HTTP and ends when
-# it is interrupted.
+# The dev backend for Windows serves the scan page and a picture that the console draws, logs a game
+# in over plain HTTP and ends when it is interrupted.
 #
 # usage: windowsbackend.sh LAUNCHER BACKEND CONSOLE FILE...
 #
@@ -38,16 +38,18 @@ url=$(sed -n 's/.* url=\([^ ]*\).*/\1/p' "$work/ready")
 control=$(tr -d '\r' <"$work/ready" | sed -n 's/.* control=\([^ ]*\).*/\1/p')
 
 ask "$control/" | grep -q '</html>' || die "the page is not served whole"
-id=$(ask -H 'Content-Type: application/json' "$control/sessions" -d '{"channel":"Ferno"}' | jq -r .id)
-ask "$control/sessions/$id/qr.svg" | grep -q '<path d="M' || die "the QR image is not served"
-
 cp "$@" "$work"
-printf 'VESK_URL = %s\nVESK_GAME_ID = 1106\nVESK_SDK_KEY = dev-key\nSTEAM_APP_ID = 480\n' "$url" \
+picture=$(ask -H 'Content-Type: application/json' "$control/sessions" -d '{"channel":"Ferno"}' |
+    jq -r .picture)
+printf 'VESK_URL = %s\nVESK_GAME_ID = 1106\nVESK_SDK_KEY = dev-key\nFERNO_APP_ID = f-7\n' "$url" \
     >"$work/VESKConfig.ini"
-"$launcher" "$work/$(basename "$console")" login logout --json --channel Steam >/dev/null \
+printf 'on_qrcode=20:qr:%s,50:success\n' "$picture" >"$work/ferno_sim.ini"
+"$launcher" "$work/$(basename "$console")" login logout --qr --channel Ferno >/dev/null \
     2>"$work/results" || die "the console ended with $?"
+grep -q '█' "$work/results" || die "the console does not draw the picture"
 verdicts=$(ask "$control/requests" | jq -r 'map("\(.target | split("?")[0]) \(.verdict)") | join(", ")')
-[ "$verdicts" = '/v2/auth/login ok, /v2/auth/logout ok' ] || die "the requests were: $verdicts"
+[ "$verdicts" = '/v2/auth/pcprecode ok, /v2/auth/login ok, /v2/auth/logout ok' ] ||
+    die "the requests were: $verdicts"
 
 # Wine hands an interrupt to the program as Ctrl-C.
 kill -INT "$pid"

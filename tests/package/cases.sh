@@ -25,7 +25,7 @@ HoldsTheExpectedEntries() {
 }
 
 HoldsTheLicences() {
-    local name names=(curl rapidjson CLI11 cpp-httplib libqrencode LGPL-2.1)
+    local name names=(curl rapidjson CLI11 cpp-httplib libqrencode stb LGPL-2.1)
     [[ "$platform" == linux ]] || names+=(gcc-runtime GPL-3 mingw-w64-and-winpthreads)
     for name in "${names[@]}"; do
         [[ "$(wc -c <"$package/licences/$name.txt")" -gt 1000 ]] || complain "$name"

@@ -3,31 +3,32 @@
 #include <memory>
 #include <qrencode.h>
 
+#define STB_IMAGE_WRITE_IMPLEMENTATION
+#define STB_IMAGE_WRITE_STATIC
+#define STBI_WRITE_NO_STDIO
+#include <stb_image_write.h>
+
 namespace vesk::backend {
 
 namespace {
 
-constexpr int kMargin = 4;
+/// The quiet zone, in modules.
+constexpr size_t kMargin = 4;
+/// Pixels a module. Most codes come to about the 200 pixels that the SDK asks the KZ component for.
+constexpr size_t kScale = 5;
 
 struct FreeCode {
     void operator()(QRcode* code) const { QRcode_free(code); }
 };
 
-/// Every dark module as a square of a path.
-std::string pathOf(const QRcode& code) {
-    std::string path;
-    for (int i = 0; i < code.width * code.width; ++i) {
-        if ((code.data[i] & 1) != 0) {
-            path += "M" + std::to_string(i % code.width + kMargin) + " " +
-                    std::to_string(i / code.width + kMargin) + "h1v1h-1z";
-        }
-    }
-    return path;
+void append(void* png, void* data, int size) {
+    static_cast<std::string*>(png)->append(static_cast<const char*>(data),
+                                           static_cast<size_t>(size));
 }
 
 } // namespace
 
-std::optional<std::string> qrSvg(const std::string& text) {
+std::optional<std::string> qrPng(const std::string& text) {
     if (text.empty() || text.size() > kMaxQrText) {
         return std::nullopt;
     }
@@ -37,10 +38,23 @@ std::optional<std::string> qrSvg(const std::string& text) {
     if (!code) {
         return std::nullopt;
     }
-    const std::string size = std::to_string(code->width + 2 * kMargin);
-    return R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 )" + size + " " + size +
-           R"(" shape-rendering="crispEdges"><rect width="100%" height="100%" fill="#fff"/>)" +
-           R"(<path d=")" + pathOf(*code) + R"(" fill="#000"/></svg>)";
+    const auto width = static_cast<size_t>(code->width);
+    const size_t begin = kMargin * kScale;
+    const size_t end = begin + width * kScale;
+    const size_t side = end + begin;
+    std::string pixels(side * side, '\xFF');
+    for (size_t y = begin; y < end; ++y) {
+        for (size_t x = begin; x < end; ++x) {
+            const size_t module = (y - begin) / kScale * width + (x - begin) / kScale;
+            if ((code->data[module] & 1) != 0) {
+                pixels[y * side + x] = '\0';
+            }
+        }
+    }
+    std::string png;
+    const int columns = static_cast<int>(side);
+    stbi_write_png_to_func(append, &png, columns, columns, 1, pixels.data(), columns);
+    return png;
 }
 
 } // namespace vesk::backend

@@ -9,9 +9,9 @@ namespace vesk::backend {
 /// The longest text that is drawn.
 constexpr size_t kMaxQrText = 1000;
 
-/// The text as a QR code, an SVG document; nothing when the text does not fit into one. The image
-/// brings its white margin along, so that it can be scanned from a dark page.
-std::optional<std::string> qrSvg(const std::string& text);
+/// The text as a QR code, a PNG file; nothing when the text does not fit into one. The picture
+/// brings its quiet zone along, so that it can be scanned from a dark page.
+std::optional<std::string> qrPng(const std::string& text);
 
 } // namespace vesk::backend
 

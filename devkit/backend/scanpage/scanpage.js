@@ -65,7 +65,7 @@ function makeSession(session) {
   title.textContent = `${session.channel} ${session.id}`;
   item.setAttribute("aria-labelledby", title.id);
   const image = item.querySelector("img");
-  image.src = `sessions/${encodeURIComponent(session.id)}/qr.svg`;
+  image.src = `qr/${encodeURIComponent(session.id)}.png`;
   image.alt = `QR code: ${session.qrcode}`;
   item.dataset.created = session.created_ms;
   item.querySelector(".seq").textContent = session.seq || "not known";

@@ -45,8 +45,9 @@ long long numberIn(const httplib::Request& request, const char* name, long long 
 void ScanSessions::install(httplib::Server& server) {
     using httplib::Request;
     onGet(server, "/sessions", [this](const Request&) { return toJson(); });
-    onJson(server, "/sessions",
-           [this](const Request&, const PostedJson& body) { return begin(body); });
+    onJson(server, "/sessions", [this](const Request& request, const PostedJson& body) {
+        return begin("http://" + request.get_header_value("Host"), body);
+    });
     onJson(server, "/sessions/([0-9a-f]+)/press",
            [this](const Request& request, const PostedJson& body) {
                press(request.matches[1], body);
@@ -61,11 +62,10 @@ void ScanSessions::install(httplib::Server& server) {
         const milliseconds time(numberIn(request, "wait_ms", kMaxWaitMs));
         return waitForWord(request.matches[1], index, time);
     });
-    server.Get("/sessions/([0-9a-f]+)/qr\\.svg", [this](const Request& request,
-                                                        httplib::Response& response) {
-        response.set_header("Content-Security-Policy", "default-src 'none'");
-        response.set_content(qrSvg(qrCodeOf(request.matches[1])).value_or(""), "image/svg+xml");
-    });
+    server.Get(
+        "/qr/([0-9a-f]+)\\.png", [this](const Request& request, httplib::Response& response) {
+            response.set_content(qrPng(qrCodeOf(request.matches[1])).value_or(""), "image/png");
+        });
 }
 
 std::string ScanSessions::toJson() const {
@@ -77,7 +77,7 @@ std::string ScanSessions::toJson() const {
     return json + "]";
 }
 
-std::string ScanSessions::begin(const PostedJson& body) {
+std::string ScanSessions::begin(const std::string& address, const PostedJson& body) {
     static const std::vector<std::string> kChannels = {"Ferno", "KZ"};
     ScanSession session;
     session.id = randomHex(kIdBytes);
@@ -87,7 +87,7 @@ std::string ScanSessions::begin(const PostedJson& body) {
     if (session.qrCode.empty()) {
         session.qrCode = inventedCode(session.channel, session.id);
     }
-    if (session.seq.size() > kMaxSeq || !qrSvg(session.qrCode)) {
+    if (session.seq.size() > kMaxSeq || !qrPng(session.qrCode)) {
         throw Refusal(400, "the QR code's text or the sequence id is too long");
     }
     if (session.seq.empty()) {
@@ -102,7 +102,11 @@ std::string ScanSessions::begin(const PostedJson& body) {
         mSessions.push_back(session);
     }
     mWaitingRoom.noteChange();
-    return JsonLine().add("id", session.id).add("qrcode", session.qrCode).text();
+    return JsonLine()
+        .add("id", session.id)
+        .add("qrcode", session.qrCode)
+        .add("picture", address + "/qr/" + session.id + ".png")
+        .text();
 }
 
 void ScanSessions::press(const std::string& id, const PostedJson& body) {

@@ -24,14 +24,16 @@ public:
     ScanSessions(const Issued& issued, WaitingRoom& waitingRoom)
         : mIssued(issued), mWaitingRoom(waitingRoom) {}
 
-    /// GET and POST /sessions, and under /sessions/<id>/ GET qr.svg and word, POST press and end.
+    /// GET and POST /sessions, and under /sessions/<id>/ GET word, POST press and end.
+    /// GET /qr/<id>.png, which is what a game shows.
     void install(httplib::Server& server);
 
     /// All of them as a JSON array, oldest first. Sessions that are over stay for a while.
     std::string toJson() const;
 
 private:
-    std::string begin(const PostedJson& body);
+    /// @param address where the one who asks has reached the control port
+    std::string begin(const std::string& address, const PostedJson& body);
     void press(const std::string& id, const PostedJson& body);
     std::string waitForWord(const std::string& id, size_t index, std::chrono::milliseconds time);
     std::string qrCodeOf(const std::string& id);
