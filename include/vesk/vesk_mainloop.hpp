@@ -1,6 +1,5 @@
 /// @file
-/// The SDK for the main loop of a C++17 game: vesk_mainloop.h as an object, included by vesk.hpp.
-/// Throws nothing but std::bad_alloc.
+/// vesk_mainloop.h for C++17, included by vesk.hpp. Throws only std::bad_alloc.
 #ifndef VESK_VESK_MAINLOOP_HPP
 #define VESK_VESK_MAINLOOP_HPP
 
@@ -68,7 +67,6 @@ public:
         }
     }
     MainLoop(const MainLoop&) = delete;
-    MainLoop& operator=(const MainLoop&) = delete;
 
     /// @return false when the mode could not be switched on: for want of memory or of a thread, or
     ///         after uninstall. Results then go to the Observer.
@@ -117,8 +115,7 @@ private:
             if (vesk_next_result(&next) == 0) {
                 return std::nullopt;
             }
-            const std::unique_ptr<vesk_result, void (*)(vesk_result*)> owner(next,
-                                                                             &vesk_result_free);
+            const std::shared_ptr<vesk_result> owner(next, &vesk_result_free);
             switch (next->kind) {
             case VESK_RESULT_LOGIN:
                 return Result{next->request, LoginRet(*next->login)};
@@ -135,11 +132,18 @@ private:
     }
 
     static uint32_t clamped(std::chrono::milliseconds time) {
-        return static_cast<uint32_t>(
-            std::min<int64_t>(std::max<int64_t>(time.count(), 0), UINT32_MAX));
+        return static_cast<uint32_t>(std::clamp<int64_t>(time.count(), 0, UINT32_MAX));
     }
 
     const bool mIsOn;
 };
+
+/// What a result's codes mean and what to do about it, as vesk_describe.
+inline vesk_advice describe(const BaseRet& ret) {
+    vesk_advice advice = {};
+    advice.struct_size = sizeof advice;
+    vesk_describe(ret.retCode, ret.thirdCode, &advice);
+    return advice;
+}
 } // namespace vesk
 #endif

@@ -50,6 +50,7 @@ TEST_F(Wrapper, CarriesAWholeVisit) {
     EXPECT_EQ(loggedOut.get_future().get().methodNameID, 117);
     EXPECT_FALSE(getLoginRet(held));
     EXPECT_EQ(held.retCode, VESK_NO_STORED_LOGIN);
+    EXPECT_STREQ(describe(held).remedy, "log in");
 }
 
 TEST_F(Wrapper, EndOfAnObserverWaitsForItsCallback) {
