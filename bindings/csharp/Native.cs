@@ -31,6 +31,16 @@ namespace Braxel.Vesk
         [DllImport(Library)] internal static extern void vesk_set_login_timeout(uint milliseconds);
         [DllImport(Library)] internal static extern int vesk_wait_idle(uint milliseconds);
         [DllImport(Library)] internal static extern int vesk_state([In, Out] byte[] state);
+        [DllImport(Library)] internal static extern int vesk_describe(
+            int retCode, int thirdCode, [In, Out] byte[] advice);
+
+        /// <summary>A struct to be filled.</summary>
+        internal static byte[] Struct(int size)
+        {
+            byte[] bytes = new byte[size];
+            BitConverter.GetBytes(size).CopyTo(bytes, 0);
+            return bytes;
+        }
 
         /// <summary>A text as an argument: UTF-8 with its final zero.</summary>
         internal static byte[] Bytes(string text)

@@ -23,6 +23,35 @@ namespace Braxel.Vesk
         public const int LoginOvertaken = 10004;
     }
 
+    /// <summary>Who or what is behind a code.</summary>
+    public enum Cause
+    {
+        None, Configuration, Network, Backend, ChannelComponent, Player, Clock, Programming
+    }
+
+    /// <summary>What a pair of codes means and what to do about it, for logs and developers.</summary>
+    public sealed class Advice
+    {
+        public readonly Cause Cause;
+        /// <summary>Trying again without a change can help.</summary>
+        public readonly bool CanRetry;
+        /// <summary>How long to wait before that, in milliseconds.</summary>
+        public readonly uint RetryAfter;
+        public readonly string Meaning;
+        public readonly string Remedy;
+
+        internal Advice(int retCode, int thirdCode)
+        {
+            byte[] advice = Native.Struct(40);
+            Native.vesk_describe(retCode, thirdCode, advice);
+            Cause = (Cause)BitConverter.ToInt32(advice, 4);
+            CanRetry = BitConverter.ToInt32(advice, 8) != 0;
+            RetryAfter = BitConverter.ToUInt32(advice, 12);
+            Meaning = Native.Text(new IntPtr(BitConverter.ToInt64(advice, 24)));
+            Remedy = Native.Text(new IntPtr(BitConverter.ToInt64(advice, 32)));
+        }
+    }
+
     /// <summary>How things stand. Expired: the held login's token is past its time.</summary>
     public enum LoginState { SignedOut, LoggingIn, WaitingForScan, SignedIn, Expired }
 

@@ -16,7 +16,7 @@ namespace Braxel.Vesk
         private static readonly object Gate = new object(); // guards what follows
         private static readonly Dictionary<ulong, Action<BaseRet>> Calls =
             new Dictionary<ulong, Action<BaseRet>>(); // those without a result, by number
-        private static readonly byte[] StateBuffer = new byte[304]; // a vesk_login_state
+        private static readonly byte[] StateBuffer = Native.Struct(304); // a vesk_login_state
         private static ulong lastCall; // its number
         private static bool started;
         private static bool ended;
@@ -127,6 +127,13 @@ namespace Braxel.Vesk
             return held;
         }
 
+        /// <summary>Explains the codes of a result.</summary>
+        public static Advice Describe(int retCode, int thirdCode)
+        {
+            CheckRunning();
+            return new Advice(retCode, thirdCode);
+        }
+
         /// <summary>
         /// Ends the SDK, once, when the process ends: the library leaves the process on Windows, and
         /// every later call throws InvalidOperationException. Not for the end of Unity's play mode.
@@ -158,7 +165,6 @@ namespace Braxel.Vesk
                     // In an editor the library outlives the script domain. Of an earlier one's calls
                     // nobody here waits: their results have numbers that are not in Calls.
                     Native.vesk_cancel_login();
-                    BitConverter.GetBytes(StateBuffer.Length).CopyTo(StateBuffer, 0);
                     started = true;
                     lastCall = Read(state => BitConverter.ToUInt64(state, 8));
                 }
@@ -202,7 +208,8 @@ namespace Braxel.Vesk
                 Calls.Add(number, ret =>
                 {
                     if (ret == null // the SDK has ended
-                        || ret.RetCode == VeskError.LoginCancelled && cancellation.IsCancellationRequested)
+                        || (ret.RetCode == VeskError.LoginCancelled
+                            && cancellation.IsCancellationRequested))
                     {
                         task.TrySetCanceled(cancellation);
                     }
@@ -223,7 +230,8 @@ namespace Braxel.Vesk
         {
             lock (Gate)
             {
-                if (Calls.ContainsKey(login) && Read(state => BitConverter.ToUInt64(state, 296)) == login)
+                if (Calls.ContainsKey(login)
+                    && Read(state => BitConverter.ToUInt64(state, 296)) == login)
                 {
                     Native.vesk_cancel_login();
                 }

@@ -71,6 +71,9 @@ internal static class Domains
         {
             heard = failure.Message;
         }
+        Advice advice = VeskLogin.Describe(VeskError.UnknownChannel, -1);
+        Check(advice.Cause == Cause.Programming && !advice.CanRetry
+            && advice.Remedy.Contains("Steam"), advice.Meaning + advice.Remedy);
         Task<LoginRet> login = VeskLogin.LoginAsync("Steam");
         VeskLogin.Uninstall();
         Check(logout.IsCompleted && login.IsCanceled, "a task has not ended");

@@ -31,7 +31,8 @@ internal static class Visit
     {
         if (ret.RetCode != VeskError.Success)
         {
-            throw new Exception("code " + ret.RetCode + ": " + ret.RetMsg + ret.ThirdMsg);
+            Advice advice = VeskLogin.Describe(ret.RetCode, ret.ThirdCode);
+            throw new Exception("code " + ret.RetCode + ": " + advice.Meaning + ": " + advice.Remedy);
         }
         return ret;
     }
