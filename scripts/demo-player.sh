@@ -7,6 +7,7 @@ channel=
 folder=
 controlUrl=
 interactive=no
+pictureUrl=
 firstToken=
 secondToken=
 
@@ -49,10 +50,10 @@ describeChannel() {
 writePlayer() {
     case "$channel" in
         KZ) printf '%s\n' \
-            on_qrcode=20:info:1:https://kz.example/qr/demo,700:result:0:2,300:result:0:3 \
+            "on_qrcode=20:info:1:$pictureUrl,700:result:0:2,300:result:0:3" \
             openid=kz-player "ctk=$1" >"$folder/kz_sim.ini.new" ;;
         Ferno) printf '%s\n' \
-            on_qrcode=20:qr:https://ferno.example/qr/demo,400:scanned,200:success \
+            "on_qrcode=20:qr:$pictureUrl,400:scanned,200:success" \
             openid=ferno-player "ctt=$1" >"$folder/ferno_sim.ini.new" ;;
     esac
     # In one step: the stand-in may be reading.
@@ -71,6 +72,10 @@ playerArrives() {
         printf '%s\n' running=1 init=1 steamid=76561198000000001 ticket=0AFF \
             >"$folder/steam_sim.ini"
     else
+        # The backend serves a picture to whoever registers a code.
+        pictureUrl="$(jq -n --arg channel "$channel" '{$channel}' |
+            askBackend sessions -H 'Content-Type: application/json' --data-binary @- |
+            jq -r .picture)" || giveUp "the backend makes no QR picture"
         writePlayer "$firstToken"
     fi
 }
@@ -79,13 +84,14 @@ playerGetsNewToken() {
     writePlayer "$secondToken"
 }
 
-# Draws the code that the player scans. Blocks of text do, where they can be shown.
+# Draws what is on the picture that the game shows. Blocks of text do, where they can be shown.
 showQrCode() {
-    local url="$1"
-    [[ -n "$url" ]] || giveUp "the QR code has no address"
+    local url="$1" content
+    content="$(askBackend sessions | jq -re '.[-1].qrcode')" || giveUp "the backend knows no QR code"
+    askBackend "${url#"$controlUrl/"}" >"$folder/qrcode.png" || giveUp "there is no picture at $url"
     say "   qrcode: the game shows it, and $2: $url"
     if [[ "$(locale charmap)" == UTF-8 ]]; then
-        qrencode -t UTF8 -m 1 "$url" | sed 's/^/       /'
+        qrencode -t UTF8 -m 1 "$content" | sed 's/^/       /'
     else
         say "       (no drawing: this terminal has no UTF-8)"
     fi
