@@ -24,7 +24,7 @@ enum {
     VESK_RESULT_LOGIN = 1,    ///< a login has ended; `login` is set
     VESK_RESULT_BASE = 2,     ///< a logout has ended; `base` is set
     VESK_RESULT_QR_CODE = 3,  ///< a picture to show until the login ends; `qr_code` is set
-    VESK_RESULT_REFRESHED = 4 ///< the held login has a new token (0) or has expired (1002); `login`
+    VESK_RESULT_REFRESHED = 4 ///< a new token (0), or it has expired or is lost (1002); `login`
 };
 
 /// A result that waited. The members that its kind does not name are null.

@@ -286,6 +286,10 @@ void VESKMainLoop::OnRefreshed(const InnerLoginRet& ret) {
     if (mOn && !mEnded) {
         VESKLoginRet refreshed = ToPublic(ret);
         refreshed.methodNameID = kMethodNameRefreshToken;
+        if (ret.token.length() == 0) { // the channel gave none, so no login is held any more
+            refreshed.retCode = VESKError::TOKEN_EXPIRED;
+            refreshed.retMsg = "token expire";
+        }
         mResults.PushRefreshed(mHeldRequest, refreshed);
     }
 }

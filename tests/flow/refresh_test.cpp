@@ -9,6 +9,7 @@
 #include "login/veskloginmanager.h"
 #include "module/veskmodule.h"
 #include "support/gametest.h"
+#include "vesk/vesk_c.h"
 
 namespace Braxel::VESK {
 
@@ -58,15 +59,28 @@ protected:
     }
 
     /// Logs in with a token that is about to expire, and lets the task have its look.
-    Messenger logInAndRun(const Kind& kind, const std::string& script) {
+    /// @param queued whether results wait from then on
+    Messenger logInAndRun(const Kind& kind, const std::string& script, bool queued = false) {
         Messenger messenger(game, kind.simulator, kind.file);
         messenger.script(script);
         backend.next(
             loginAnswer("1", R"(,"channel_info":{"access_token":"old"},"token_expire_time":)" +
                                  std::to_string(std::time(nullptr) + 30)));
         EXPECT_EQ(login(kind.channel).retCode, VESKError::SUCCESS) << kind.channel;
+        vesk_queue_results(queued ? 1 : 0);
         VESKLoginManager::MakeRefreshTask()->DoTask();
         return messenger;
+    }
+
+    /// The code with which a main loop hears of the refresh; then the observer's turn again.
+    int32_t refreshedCode() {
+        vesk_result* result = nullptr;
+        waitUntil("the result", [&] { return vesk_next_result(&result) == 1; });
+        EXPECT_EQ(result->kind, VESK_RESULT_REFRESHED);
+        const int32_t code = result->login->ret_code;
+        vesk_result_free(result);
+        vesk_queue_results(0);
+        return code;
     }
 
     std::vector<Kind> kinds = {kFerno};
@@ -75,7 +89,7 @@ protected:
 TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
     for (const Kind& kind : kinds) {
         const size_t before = game.logLines("No need to refresh");
-        const Messenger messenger = logInAndRun(kind, kind.fresh);
+        const Messenger messenger = logInAndRun(kind, kind.fresh, true);
         const size_t logins = observer.loginCount();
         waitUntil("the fresh token", [] { return held().token == "fresh"; });
         EXPECT_EQ(held().retCode, VESKError::SUCCESS);
@@ -86,6 +100,7 @@ TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
                       R"(,"access_token":"fresh","refresh_token":"","scope":"",)"
                       R"("funcs":"","other_funcs":"","extend":""})");
         EXPECT_EQ(observer.loginCount(), logins) << "nobody is told";
+        EXPECT_EQ(refreshedCode(), VESK_SUCCESS);
         VESKLoginManager::MakeRefreshTask()->DoTask();
         EXPECT_EQ(game.logLines("No need to refresh"), before + 1);
         EXPECT_EQ(messenger.componentLines("frlogin_req_client_tmp_token").size(),
@@ -95,8 +110,9 @@ TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
 
 TEST_F(Refresh, FailureLeavesNoToken) {
     for (const Kind& kind : kinds) {
-        logInAndRun(kind, kind.failing);
+        logInAndRun(kind, kind.failing, true);
         waitUntil("the login to be dropped", [] { return !isHeld(); });
+        EXPECT_EQ(refreshedCode(), VESK_TOKEN_EXPIRED);
         EXPECT_EQ(readFile(game.loginCache()), std::string(kind.channel) + "uid-1")
             << "the device still knows who";
     }
