@@ -15,7 +15,7 @@
 #include "vesk/vesk.hpp"
 
 namespace vesk {
-/// The SDK has changed the held login by itself: a new token (retCode 0), or it has expired (1002).
+/// The SDK has changed the held login by itself: a new token (retCode 0), or 1002: it has ended.
 struct Refreshed {
     LoginRet login; ///< as it is now
 };
