@@ -2,6 +2,7 @@
 #define STB_IMAGE_STATIC
 #define STBI_NO_STDIO
 #define STBI_ONLY_PNG
+#include <algorithm>
 #include <stb_image.h>
 
 #include "devkit/qrreader.h"
@@ -21,7 +22,12 @@ struct QrPicture : ScanPageTest {
         stbi_uc* const pixels =
             stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(png.data()),
                                   static_cast<int>(png.size()), &width, &height, nullptr, 1);
-        std::string text = pixels == nullptr ? "no PNG" : textOfPixels(pixels, width, height);
+        if (pixels == nullptr) {
+            return "no PNG";
+        }
+        std::string text = textOfPixels(pixels, width, height);
+        EXPECT_EQ(std::find(pixels, pixels + width * height, 0) - pixels, 20 * width + 20)
+            << "the quiet zone has four modules of five pixels";
         stbi_image_free(pixels);
         return text;
     }
