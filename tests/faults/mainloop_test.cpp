@@ -131,7 +131,9 @@ struct MainLoopFaults : FaultTest {
         std::map<uint64_t, Taken> answers;
         size_t calls[2] = {0, 0};
         for (const Player& player : players) {
-            player.expectOrder();
+            if (!switches) { // a refused automatic login may be told before a success on its way
+                player.expectOrder();
+            }
             calls[0] += player.logins;
             calls[1] += player.logouts;
             for (const Taken& result : player.taken) {
