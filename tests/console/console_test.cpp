@@ -98,7 +98,8 @@ TEST_F(ConsoleProgramTest, FailureSaysWhatTheBackendHasSaid) {
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err,
                 HasSubstr("login: failed with code 5 (Server Error): the backend refused"));
-    EXPECT_THAT(run.err, HasSubstr("The backend answered 4009, the request is refused, and says \""));
+    EXPECT_THAT(run.err,
+                HasSubstr("The backend answered 4009, the request is refused, and says \""));
     EXPECT_THAT(run.err, HasSubstr("What to do: "));
     fs::remove(mFolder / "cacert.pem");
     EXPECT_THAT(console("login --channel Steam").err,
