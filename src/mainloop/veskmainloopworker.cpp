@@ -53,7 +53,10 @@ void VESKMainLoop::Run(const Call& call) {
             break;
         }
     } catch (...) {
-        Fail(call);
+        try {
+            Fail(call);
+        } catch (...) { // NOLINT(bugprone-empty-catch): the worker has to go on
+        }
     }
 }
 
