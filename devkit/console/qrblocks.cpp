@@ -54,11 +54,12 @@ public:
         while (!isDark(codeEnd[-1])) {
             --codeEnd;
         }
-        mModule = static_cast<float>(finderEnd - mTopLeft) / kFinder;
-        const auto side = std::lround(static_cast<float>(codeEnd - mTopLeft) / mModule);
+        const auto width = static_cast<float>(codeEnd - mTopLeft);
+        const auto side = std::lround(width * kFinder / static_cast<float>(finderEnd - mTopLeft));
         const bool isWhole = (end - mTopLeft - 1) / mWidth + 1 >= codeEnd - mTopLeft;
         if (isWhole && side >= 21 && side <= 177 && side % 4 == 1) {
             mSide = static_cast<int>(side);
+            mModule = width / static_cast<float>(side);
         }
     }
 
