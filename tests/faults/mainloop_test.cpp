@@ -127,15 +127,11 @@ struct MainLoopFaults : FaultTest {
         expectAccounts(players, before, switches);
     }
 
-    static void expectAccounts(const std::vector<Player>& players, uint64_t before, bool switches) {
+    /// What was answered, by the number of the call.
+    static std::map<uint64_t, Taken> answersOf(const std::vector<Player>& players, uint64_t before,
+                                               bool switches) {
         std::map<uint64_t, Taken> answers;
-        size_t calls[2] = {0, 0};
         for (const Player& player : players) {
-            if (!switches) { // a refused automatic login may be told before a success on its way
-                player.expectOrder();
-            }
-            calls[0] += player.logins;
-            calls[1] += player.logouts;
             for (const Taken& result : player.taken) {
                 if (result.request == 0) {
                     EXPECT_TRUE(switches) << "answers a call that was not made";
@@ -144,6 +140,19 @@ struct MainLoopFaults : FaultTest {
                         << "answered twice: " << result.request - before;
                 }
             }
+        }
+        return answers;
+    }
+
+    static void expectAccounts(const std::vector<Player>& players, uint64_t before, bool switches) {
+        const std::map<uint64_t, Taken> answers = answersOf(players, before, switches);
+        size_t calls[2] = {0, 0};
+        for (const Player& player : players) {
+            if (!switches) { // a refused automatic login may be told before a success on its way
+                player.expectOrder();
+            }
+            calls[0] += player.logins;
+            calls[1] += player.logouts;
         }
         const vesk_login_state now = state();
         EXPECT_EQ(answers.size(), now.request - before) << "calls without an answer";

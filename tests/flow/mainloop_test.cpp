@@ -52,7 +52,7 @@ struct MainLoop : MessengerTest {
         start();
         EXPECT_EQ(vesk_queue_results(1), 1);
     }
-    ~MainLoop() { EXPECT_EQ(observer.loginCount(), observerLogins); }
+    ~MainLoop() override { EXPECT_EQ(observer.loginCount(), observerLogins); }
     size_t observerLogins = 0;
 };
 
