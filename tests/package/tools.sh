@@ -34,7 +34,9 @@ run() {
     local program="$PWD/$1$suffix" launcher=()
     [[ "$platform" == linux ]] || launcher=(wine)
     mkdir -p elsewhere
-    (cd elsewhere && timeout 60 "${launcher[@]}" "$program" "${@:2}") </dev/null 2>&1 | tr -d '\r' | tee out
+    (cd elsewhere && timeout 60 "${launcher[@]}" "$program" "${@:2}") </dev/null >raw 2>&1 ||
+        complain "$1 ended with $?"
+    tr -d '\r' <raw | tee out
     [[ -z "$(ls elsewhere)" ]] || complain "written into the working directory"
 }
 
