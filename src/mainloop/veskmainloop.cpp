@@ -193,7 +193,7 @@ void VESKMainLoop::FinishStored() {
 
 void VESKMainLoop::Finish(Login& login, const VESKLoginRet& ret) {
     constexpr size_t kMostRemembered = 256;
-    mResults.PushLogin(login.request, ret);
+    const uint64_t request = login.request;
     if (!login.seqID.empty()) {
         mFinished.push_back(login.seqID);
         if (mFinished.size() > kMostRemembered) {
@@ -201,6 +201,14 @@ void VESKMainLoop::Finish(Login& login, const VESKLoginRet& ret) {
         }
     }
     login = Login();
+    if (mStored.request != 0) { // what is refused at once is told behind the older success
+        mHeldBack.emplace_back(request, ret);
+        return;
+    }
+    mResults.PushLogin(request, ret);
+    for (const auto& newer : std::exchange(mHeldBack, {})) {
+        mResults.PushLogin(newer.first, newer.second);
+    }
 }
 
 bool VESKMainLoop::HasFinished(const std::string& seqID) const {
@@ -316,6 +324,7 @@ void VESKMainLoop::OnEnd() {
     mResults.Clear();
     mLogouts.clear();
     mLogin = mStored = Login();
+    mHeldBack.clear();
     mCalled.notify_all();
 }
 

@@ -7,6 +7,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "login/veskresultsink.h"
 #include "mainloop/veskresultqueue.h"
@@ -98,10 +100,11 @@ private:
     uint64_t mLastRequest = 0;
     std::chrono::milliseconds mTimeout{300000};
     Login mLogin;
-    Login mStored;                            // overtaken, but its success is stored and on its way
-    std::deque<std::string> mFinished;        // the latest logins of this mode that have ended
-    std::map<std::string, uint64_t> mLogouts; // their numbers, by sequence id
-    uint64_t mHeldRequest = 0;                // of the login that is held
+    Login mStored; // overtaken, but its success is stored and on its way
+    std::vector<std::pair<uint64_t, VESKLoginRet>> mHeldBack; // until that has been told
+    std::deque<std::string> mFinished;             // the latest logins of this mode that have ended
+    std::map<std::string, uint64_t> mLogouts;      // their numbers, by sequence id
+    uint64_t mHeldRequest = 0;                     // of the login that is held
     std::shared_ptr<const InnerLoginRet> mExpired; // the record of which that was told
 };
 
