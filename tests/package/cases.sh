@@ -9,7 +9,8 @@ everywhere=(
     ConsoleOfTheDevKitLogsIn
 )
 windows=(CrossToolchainFindsIt FirstPageLogsIn MsvcAbiLinksByFindPackage)
-once=(PageNamesTheOldestGlibc PortHasTheVersion PortConfiguresWithoutDevKit)
+once=(PageNamesTheOldestGlibc PortHasTheVersion PortConfiguresWithoutDevKit
+    UnityArchiveHasItsLayout UnitySampleLogsIn)
 
 HoldsTheExpectedEntries() {
     local wanted="CHANGELOG.md CONTRIBUTING.md README.md bindings devkit docs include lib licences samples"
@@ -207,4 +208,38 @@ PortConfiguresWithoutDevKit() {
     ninja -C build -t targets all >out
     expect libVESKCore.so
     ! grep -E 'devkit|samples|tests/' out
+}
+
+# The package manager's archive; the same SDK gives the same one, wherever and whenever.
+UnityArchiveHasItsLayout() {
+    local archive
+    archive="$(echo "$root"/dist/com.braxel.vesk-*.tgz)"
+    tar -xzf "$archive"
+    python3 "$tests/unity_layout.py" "$archive" "$version"
+    cmp package/Plugins/x86_64/VESKCore.dll "$work/windows/sdk/bin/VESKCore.dll"
+    package=package NamesNothingOfTheBuildingMachine
+    cp "$root/dist/VESKCore-$version-windows-x64.zip" .
+    (umask 077 && TZ=Asia/Tokyo "$root/packaging/unity.py" ./*.zip .)
+    cmp "$archive" com.braxel.vesk-*.tgz
+}
+
+# In a project with stand-ins for Unity, and with the library for Linux in the place of the other.
+UnitySampleLogsIn() {
+    local assembly=(mcs -langversion:7.2 -warn:4 -warnaserror -target:library)
+    tar -xzf "$root"/dist/com.braxel.vesk-*.tgz
+    "${assembly[@]}" -out:Unity.dll "$root/tests/docs/unity.cs"
+    "${assembly[@]}" -out:Runtime.dll package/Runtime/*.cs
+    "${assembly[@]}" -out:Editor.dll -r:Unity.dll package/Editor/*.cs
+    "${assembly[@]}" -out:Login.dll -r:Unity.dll -r:Runtime.dll package/Samples~/Login/*.cs
+    mcs -out:play.exe -r:Unity.dll -r:Runtime.dll -r:Editor.dll -r:Login.dll "$tests/unity.cs"
+    mkdir -p project/Assets built/Game_Data/Plugins/x86_64
+    mono play.exe build
+    startBackend project/Vesk
+    cp "$package"/devkit/simulators/ferno/* project/Vesk
+    sed -n 's/.* control=/interactive=/p' ready >project/Vesk/ferno_sim.ini
+    mono play.exe build
+    diff -r project/Vesk built/Game_Data/Plugins/x86_64
+    cp "$package/lib/$shared" package/Plugins/x86_64
+    LD_LIBRARY_PATH="$PWD/package/Plugins/x86_64" timeout 100 mono play.exe >out
+    expect "logged in twice, told why not, ended"
 }
