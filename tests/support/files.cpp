@@ -1,5 +1,6 @@
 #include "files.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -54,6 +55,13 @@ std::vector<std::string> readSdkLog(const std::filesystem::path& file) {
     return lines;
 }
 
+size_t countSdkLogLines(const std::filesystem::path& file, const std::string& text) {
+    const auto lines = readSdkLog(file);
+    return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [&](const auto& line) {
+        return line.find(text) != std::string::npos;
+    }));
+}
+
 void writeFile(const std::filesystem::path& file, const std::string& bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
 }
@@ -64,11 +72,6 @@ std::string environment(const char* name) {
         throw std::runtime_error(std::string(name) + " is not set: use tests/support/run-case.sh");
     }
     return value;
-}
-
-int triesOr(int usual) {
-    const char* value = std::getenv("VESK_TRIES");
-    return value == nullptr ? usual : std::atoi(value);
 }
 
 ProgramRun runProgram(const std::filesystem::path& folder, const std::string& name,

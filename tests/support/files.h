@@ -13,14 +13,14 @@ std::string readFile(const std::filesystem::path& file);
 /// The readable lines of a veskrecord.log as it is now, oldest first, without line ends.
 std::vector<std::string> readSdkLog(const std::filesystem::path& file);
 
+/// How many of them hold @p text.
+size_t countSdkLogLines(const std::filesystem::path& file, const std::string& text);
+
 /// Replaces the file.
 void writeFile(const std::filesystem::path& file, const std::string& bytes);
 
 /// An environment variable that the runner script has set. Throws when it is not there.
 std::string environment(const char* name);
-
-/// How often a case tries what depends on chance: @p usual, or what VESK_TRIES says.
-int triesOr(int usual);
 
 /// A program that has run to its end.
 struct ProgramRun {

@@ -1,6 +1,5 @@
 #include "gamefolder.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -43,10 +42,7 @@ size_t GameFolder::steamCalls(const std::string& entryPoint) const {
 }
 
 size_t GameFolder::logLines(const std::string& text) const {
-    const auto lines = readSdkLog(mPath / "veskrecord.log");
-    return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [&](const auto& line) {
-        return line.find(text) != std::string::npos;
-    }));
+    return countSdkLogLines(mPath / "veskrecord.log", text);
 }
 
 Messenger::Messenger(const GameFolder& game, const char* simulator, const char* fileName)

@@ -1,6 +1,5 @@
 #include "unit/unittest.h"
 
-#include <algorithm>
 #include <atomic>
 #include <ctime>
 #include <thread>
@@ -16,13 +15,6 @@ UnitTest::UnitTest() : folder(environment("VESK_TEST_FOLDER")) {
 
 std::vector<std::string> UnitTest::logLines() const {
     return readSdkLog(folder / "veskrecord.log");
-}
-
-size_t UnitTest::logged(const std::string& text) const {
-    const auto lines = logLines();
-    return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), [&](const auto& line) {
-        return line.find(text) != std::string::npos;
-    }));
 }
 
 std::vector<std::string> UnitTest::newMessages() {

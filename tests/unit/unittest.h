@@ -35,7 +35,9 @@ protected:
 
     /// The lines of the SDK's log so far, and how many of them hold @p text.
     std::vector<std::string> logLines() const;
-    size_t logged(const std::string& text) const;
+    size_t logged(const std::string& text) const {
+        return countSdkLogLines(folder / "veskrecord.log", text);
+    }
     /// The messages of the lines that have come since the last call.
     std::vector<std::string> newMessages();
 
