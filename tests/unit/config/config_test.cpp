@@ -1,8 +1,5 @@
-#include <cstring>
-
 #include "config/veskconfigmanager.h"
 #include "foundation/ini/iniparser.h"
-#include "foundation/json/veskjsonmanager.h"
 #include "foundation/json/veskjsonreader.h"
 #include "unit/unittest.h"
 
@@ -39,10 +36,8 @@ TEST_F(Config, NumberIsWhatTheValueStartsWithAndOnlyOneIsTrue) {
     }
     newMessages();
     EXPECT_EQ(number("ABSENT", 15), 15);
-    EXPECT_FALSE(flag("ABSENT", false));
     EXPECT_TRUE(flag("VESK_DEBUG", true));
-    EXPECT_THAT(newMessages(), ElementsAre("config key: ABSENT, value: false",
-                                           "config key: VESK_DEBUG, value: true"));
+    EXPECT_THAT(newMessages(), ElementsAre("config key: VESK_DEBUG, value: true"));
 }
 
 TEST_F(Config, MissingFileIsLookedForAgainUntilItIsThere) {
@@ -56,56 +51,23 @@ TEST_F(Config, MissingFileIsLookedForAgainUntilItIsThere) {
     EXPECT_EQ(logged("]Read config file:"), 5u);
     write("VESKConfig.ini", "A=2");
     newMessages();
-    VESKConfigManager::GetInstance()->InitConfigFromINI();
     EXPECT_EQ(text("A"), "1");
     // Texts show their search, whatever the switch.
     EXPECT_THAT(newMessages(),
-                ElementsAre("config module : read from ini file success",
-                            "config from game, key:A value:", "config from remote, key:A value:",
+                ElementsAre("config from game, key:A value:", "config from remote, key:A value:",
                             "config from default, key:A value:1"));
 }
 
-TEST_F(Config, SwitchShowsTheCachesOnceAndEveryLookup) {
-    write("VESKConfig.ini", "VESK_CONFIG_LOG_ENABLE=1\nA=1\nQ=a\"b");
-    text("A");
-    flag("A", false);
-    number("X", 3);
-    const std::string noA = "can not find key : A in the config cache";
-    const std::string noX = "can not find key : X in the config cache";
-    EXPECT_THAT(
-        newMessages(),
-        ElementsAre(StartsWith("Read config file:"), StartsWith("Read config file success"),
-                    "mDefaultConfigCache : {\"A\":\"1\",\"Q\":\"a\\\"b\","
-                    "\"VESK_CONFIG_LOG_ENABLE\":\"1\"} \n",
-                    "mRemoteConfigCache : {} \n", "mGameSetConfigCache : {} ",
-                    "type (const char*) match with key : A, defValue :  ", noA,
-                    "config from game, key:A value:", noA, "config from remote, key:A value:",
-                    "local cache config key = A , value = 1 ", "config from default, key:A value:1",
-                    "type (bool) match with key : A, defValue : 0 ", noA, noA,
-                    "local cache config key = A , value = 1 ", "config key: A, value: true",
-                    "type (int) match with key : X, defValue : 3 ", noX, noX, noX));
-}
-
 TEST_F(Config, SwitchesAtFirstUseNeitherLockNorRecurseAndTheCachesAreShownAsJson) {
-    std::string value = "a";
-    for (int byte = 1; byte < 256; ++byte) {
-        // Without what ends a value, a text file on Windows (0x1A) or a line of the log.
-        if (std::strchr("\n\r#\x1A<", byte) == nullptr) {
-            value += static_cast<char>(byte);
-        }
-    }
-    value += "z";
-    write("VESKConfig.ini", "VESK_JSON_LOG_ENABLE=1\nVESK_CONFIG_LOG_ENABLE=1\nQ=" + value);
+    write("VESKConfig.ini", "VESK_JSON_LOG_ENABLE=1\nVESK_CONFIG_LOG_ENABLE=1\nQ=a\"b\\\x01\xff");
     VESKJsonReader reader;
     reader.init(R"({"a":1})");
-    EXPECT_EQ(logged("ConfigCache : "), 3u);
     EXPECT_EQ(logged("]json src : "), 1u);
-    std::string none;
-    VESKJsonManager json(none);
-    json.PutIfAbsent("Q", value.c_str());
-    json.PutIfAbsent("VESK_CONFIG_LOG_ENABLE", "1");
-    json.PutIfAbsent("VESK_JSON_LOG_ENABLE", "1");
-    EXPECT_THAT(newMessages(), Contains("mDefaultConfigCache : " + std::string(json) + " \n"));
+    EXPECT_THAT(
+        newMessages(),
+        IsSupersetOf({"mDefaultConfigCache : {\"Q\":\"a\\\"b\\\\\\u0001\xff\",\"VESK_CONFIG_"
+                      "LOG_ENABLE\":\"1\",\"VESK_JSON_LOG_ENABLE\":\"1\"} \n",
+                      "mRemoteConfigCache : {} \n", "mGameSetConfigCache : {} "}));
 }
 
 using IniParser = UnitTest;
@@ -133,9 +95,7 @@ TEST_F(IniParser, LinesAndTheirCorners) {
         EXPECT_EQ(pairs, expected) << content;
     }
     Pairs pairs = {{"A", "old"}};
-    newMessages();
     EXPECT_FALSE(INIParser::GetInstance()->ParseINI("", pairs));
-    EXPECT_THAT(newMessages(), ElementsAre("check ini file please, it may be empty !!!!"));
     EXPECT_TRUE(INIParser::GetInstance()->ParseINI("A=new\nB=1", pairs));
     EXPECT_EQ(pairs, (Pairs{{"A", "old"}, {"B", "1"}}));
 }
