@@ -1,8 +1,6 @@
 #include <thread>
 
 #include "foundation/lifecycle/veskcomponentlife.h"
-#include "foundation/lifecycle/vesklifecycleable.h"
-#include "foundation/lifecycle/veskobservermanager.h"
 #include "support/waituntil.h"
 #include "unit/unittest.h"
 
@@ -91,51 +89,6 @@ TEST_F(Life, StopInsideACallbackIsAnotherThreads) {
     }
     EXPECT_TRUE(isOther);
     EXPECT_TRUE(comes([this] { return unloads == 1; }));
-}
-
-TEST_F(Life, ComponentThatDoesNotComeToRestStays) {
-    VESKComponentLife restless{10000ms, 100ms};
-    restless.End();
-    restless.Depart({[] { return true; }, [this] { return ++unloads == 1; }});
-    EXPECT_TRUE(comes(
-        [this] { return logged("the component may still call back: it stays loaded") == 1; }));
-    EXPECT_EQ(unloads, 0);
-}
-
-using LifeCycle = UnitTest;
-
-class Follower : public VESKLifeCycleAble {
-public:
-    void onCreate() override { heard += "create "; }
-    void onStart() override { heard += "start "; }
-    void onResume() override { heard += "resume "; }
-    void onPause() override { heard += "pause "; }
-    void onStop() override { heard += "stop"; }
-
-    std::string heard;
-};
-
-TEST_F(LifeCycle, TagCallsTheHandlerOfExactlyThatNameWhileTheObjectIsRegistered) {
-    std::string heard;
-    {
-        Follower follower;
-        for (const char* tag : {"onCreate", "onStart", "onResume", "onPause", "onstop", "onStop ",
-                                "%s", "", "onStop"}) {
-            follower.Change(tag);
-        }
-        heard = follower.heard;
-        VESKObserverManager::GetInstance()->AddObserver(&follower);
-        VESKObserverManager::GetInstance()->RemoveObserver(&follower);
-        VESKObserverManager::GetInstance()->RemoveObserver(&follower);
-        VESKObserverManager::GetInstance()->AddObserver(&follower);
-    }
-    EXPECT_EQ(heard, "create start resume pause stop");
-    EXPECT_THAT(newMessages(),
-                ElementsAre("VESKLifeCycleAble constructor", "onstop have not define yet",
-                            "onStop  have not define yet", "%s have not define yet",
-                            "tag must not be empty", "already in set, no need insert again",
-                            "not found, ignore this operate", "VESKLifeCycleAble ~~~~ "));
-    EXPECT_EQ(logged("VESK [W.E]"), 1u);
 }
 
 } // namespace vesk::test

@@ -58,40 +58,18 @@ TEST_F(ThreadTimer, DeadlineTakesMillisecondsForMicroseconds) {
     }
 }
 
-TEST_F(ThreadTimer, StopWakesATimerThatWaits) {
-    auto* timer = new Timer(60.0);
-    EXPECT_EQ(timer->start(), 0);
-    EXPECT_EQ(timer->start(), -1);
-    waitUntil("the wait", [&] { return logged("]timer is waiting") == 1; });
-    timer->stop();
-    waitForEnd(1);
-    EXPECT_EQ(ticks, 0);
-    EXPECT_EQ(logged("]timer is running,this call will return"), 1u);
-    EXPECT_EQ(logged("]timer wakeup, will return"), 1u);
-    newMessages();
-    Timer(60.0).stop(); // never started, it stays its owner's
-    EXPECT_EQ(deleted, 2);
-    EXPECT_THAT(newMessages(), ElementsAre("timer stop", "timer is stop, this call will return"));
-}
-
-TEST_F(ThreadTimer, StopInsideTheCallbackMakesItTheLast) {
+TEST_F(ThreadTimer, StopIsHeededInsideTheCallbackAndAtAnyMoment) {
     EXPECT_EQ((new Timer(0.001, &countTickAndStop))->start(), 0);
     waitForEnd(1);
     EXPECT_EQ(ticks, 1);
-    EXPECT_THAT(newMessages(),
-                ElementsAre("timer start", "timer runloop start", "Timer thread will circulation",
-                            "timer is waiting", "timer wakeup", "timer running", "timer stop",
-                            "will notify timer thread", "timer runloop end"));
-}
-
-TEST_F(ThreadTimer, FiftyTimersStoppedAtAnyMoment) {
     for (int i = 0; i < 50; ++i) {
-        auto* timer = new Timer(0.0001, i % 3 == 0 ? nullptr : &countTick);
+        auto* timer = new Timer(i % 2 == 0 ? 60.0 : 0.0001, i % 3 == 0 ? nullptr : &countTick);
         ASSERT_EQ(timer->start(), 0);
-        std::this_thread::sleep_for(std::chrono::microseconds(i % 2 * 40 * i));
+        EXPECT_EQ(timer->start(), -1);
+        std::this_thread::sleep_for(std::chrono::microseconds(i % 4 * 20 * i));
         timer->stop();
     }
-    waitForEnd(50);
+    waitForEnd(51);
 }
 
 class TaskManager : public UnitTest {
@@ -135,53 +113,38 @@ TEST_F(TaskManager, TickRunsWhatIsDueInTheOrderOfTheNames) {
         manager->RunLoop();
         EXPECT_EQ(story, "+C+a+b+never");
     }
-    EXPECT_EQ(logged("]task manager do task"), 4u);
-    EXPECT_EQ(logged("]task manager will traverse task map"), 2u);
 }
 
 TEST_F(TaskManager, TaskOfTheSameNameReplacesTheOldOneAndStartsAnew) {
     add("a", 1000);
-    newMessages();
     auto* second = new Teller("a", story);
     second->SetLastRunTime(0);
     manager->AddTask(second);
-    EXPECT_THAT(newMessages(),
-                ElementsAre("same name task,delete old task", "add task success :a"));
     manager->RunLoop();
     EXPECT_EQ(story, "-a");
     EXPECT_LE(now() - second->GetLastRunTime(), 5);
-}
-
-TEST_F(TaskManager, TakesTasksByNameAndDeletesThemAtItsEnd) {
-    add("a");
     add("b");
-    newMessages();
     manager->AddTask(nullptr);
     Teller unnamed("", story);
     manager->AddTask(&unnamed); // not taken over
     for (const char* name : {"b", "b", ""}) {
         manager->RemoveTask(name);
     }
-    EXPECT_EQ(story, "-b");
+    EXPECT_EQ(story, "-a-b");
     manager.reset();
-    EXPECT_EQ(story, "-b-a");
-    EXPECT_THAT(newMessages(),
-                ElementsAre("add task is null", "add task name is empty", "remove task success :b",
-                            "no find this task :b", "remove task name is null", "task manager stop",
-                            "task manager timer is empty", "VESKLifeCycleAble ~~~~ "));
+    EXPECT_EQ(story, "-a-b-a");
 }
 
 TEST_F(TaskManager, TickOfATimerThatIsNotTheCurrentOneDoesNothing) {
     add("a", 1000);
-    manager->Change("onResume");
-    manager->Change("onPause");
-    EXPECT_THAT(newMessages(), IsSupersetOf({"VESKTaskManager::onResume ..", "task manager start",
-                                             "VESKTaskManager::onPause ..", "task manager stop"}));
+    for (const char* tag : {"onResume", "onstop", "onPause"}) {
+        manager->Change(tag);
+    }
+    EXPECT_THAT(newMessages(), IsSupersetOf({"task manager start", "onstop have not define yet",
+                                             "task manager stop"}));
     VESKThreadTimer dropped;
     VESKTaskManager::onTaskTimer(manager.get(), &dropped);
     VESKTaskManager::onTaskTimer(nullptr, &dropped);
-    EXPECT_THAT(newMessages(), IsSupersetOf({"on task timer", "this timer is stop, it do nothing",
-                                             "on task timer", "context is empty!"}));
     EXPECT_EQ(story, "");
     manager->Shutdown();
     newMessages();
@@ -199,11 +162,8 @@ TEST_F(RefreshTokenTask, RefreshesWithinTheMarginOfTheChannel) {
         {"KZ", clock + 540, 0, "{}", Decision::Refresh},
         {"Ferno", clock + 61, 0, "{}", Decision::NotYet},
         {"Ferno", clock + 60, 0, "{}", Decision::Refresh},
-        {"Steam", clock + 301, 0, "{}", Decision::NotYet},
-        {"Steam", clock + 300, 0, "{}", Decision::Refresh},
         {"kz", clock + 301, 0, "{}", Decision::NotYet},
         {"kz", clock + 300, 0, "{}", Decision::Refresh},
-        {"Guest", clock + 300, 0, "{}", Decision::Refresh},
         {"KZ", -1, 0, "x", Decision::Refresh},
         {"KZ", 0, 0, "{}", Decision::Refresh},
         {"KZ", 0, 0, "", Decision::Invalid},
@@ -223,28 +183,19 @@ TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRunsAndTheAnswerIsForThatLogin
     InnerLoginRet ret(0);
     ret.FromJson(R"({"openid":"O","token":"T","channel":"Steam","channel_info":{}})");
     const auto task = VESKLoginManager::MakeRefreshTask();
-    EXPECT_EQ(task->GetTaskName(), "refreshTokenTask");
     EXPECT_EQ(task->GetInterval(), 240u);
     task->DoTask();
     EXPECT_EQ(newMessages().back(), "fail to getLoginRet");
-    const Rows<int64_t, const char*> rows = {
-        {now() + 400, "No need to refresh"},
-        {now() + 200, "Start to reresh token channel:Steam"},
-        {0, "Start to reresh token channel:Steam"},
-        {now() - 1, "invalid login ret"}, // an expired login is found, with its code
-    };
-    for (const auto& [expire, message] : rows) {
-        ret.tokenExpire = expire;
-        manager.SaveLoginRet(ret);
-        task->DoTask();
-        EXPECT_EQ(newMessages().back(), message) << expire;
-    }
-    EXPECT_EQ(logged("]Start to refresh token"), 2u);
+    ret.tokenExpire = now() - 1; // an expired login is found, with its code
+    manager.SaveLoginRet(ret);
+    task->DoTask();
+    EXPECT_EQ(newMessages().back(), "invalid login ret");
 
     ret.channel = "KZ";
     ret.tokenExpire = 0;
     manager.SaveLoginRet(ret);
     task->DoTask();
+    EXPECT_EQ(logged("]Start to refresh token"), 1u);
     manager.SaveLoginRet(ret); // the next login, of the same player
     InnerLoginPluginRet answer;
     answer.channel = "KZ";
