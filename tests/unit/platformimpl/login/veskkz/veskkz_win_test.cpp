@@ -96,21 +96,6 @@ TEST_F(DllApiHelper, BareNameIsNotFoundInTheWorkingDirectory) {
     std::filesystem::remove("OnlyHere.dll");
 }
 
-TEST_F(DllApiHelper, ObjectComesWithItsModuleAndBothCanBeGivenBack) {
-    HMODULE module = nullptr;
-    ComPtr<IKZOpenSDK> object;
-    ASSERT_EQ(CreateObjectFromDllFile(beside("KZOpenSDK.dll").wstring(),
-                                      KZId(VESK_KZ_CLSID_OPENSDK), KZId(VESK_KZ_IID_OPENSDK),
-                                      reinterpret_cast<void**>(object.Receive()), &module),
-              S_OK);
-    EXPECT_TRUE(object);
-    EXPECT_EQ(module, GetModuleHandleW(L"KZOpenSDK.dll"));
-    object.Reset();
-    CoFreeLibrary(module);
-    EXPECT_EQ(GetModuleHandleW(L"KZOpenSDK.dll"), nullptr);
-    EXPECT_THAT(read("kz_sim_calls.txt"), StartsWith("{\"objects\":0}\n"));
-}
-
 TEST_F(DllApiHelper, EachWayToMissTheObjectIsLogged) {
     void* object = &object;
     EXPECT_EQ(create(beside("KZOpenSDK.dll").wstring(), VESK_KZ_CLSID_OPENSDK, nullptr), E_POINTER);
@@ -178,27 +163,21 @@ TEST_F(KZSink, DispatchedArgumentsAreReadOrRefused) {
     const VARIANT good = arg(VT_I4, 3);
     const Rows<VARIANT, VARIANT, HRESULT, std::string> rows = {
         {good, result, S_OK, "3 with a bag"},
-        {number, arg(VT_DISPATCH, properties), S_OK, "3 with a bag"},
         {arg(VT_I4 | VT_BYREF, &three), arg(VT_UNKNOWN | VT_BYREF, &properties), S_OK,
          "3 with a bag"},
         {reference, arg(VT_VARIANT | VT_BYREF, &result), S_OK, "3 with a bag"},
         {arg(VT_INT, -1), arg(VT_NULL), S_OK, "-1"},
-        {arg(VT_UI1, 3), arg(VT_EMPTY), S_OK, "3"},
         {good, arg(VT_UNKNOWN), S_OK, "3"},
         {good, arg(VT_ERROR, DISP_E_PARAMNOTFOUND), S_OK, "3"},
         {arg(VT_UI4, 0xFFFFFFFF), result, DISP_E_OVERFLOW, "argument 1"},
         {arg(VT_EMPTY), result, DISP_E_TYPEMISMATCH, "argument 1"},
-        {arg(VT_BSTR), result, DISP_E_TYPEMISMATCH, "argument 1"},
-        {arg(VT_ARRAY | VT_I4), result, DISP_E_TYPEMISMATCH, "argument 1"},
         {arg(0xFFFF, -1), result, DISP_E_TYPEMISMATCH, "argument 1"},
         {arg(VT_I4 | VT_BYREF), result, DISP_E_TYPEMISMATCH, "argument 1"},
         {arg(VT_VARIANT | VT_BYREF), result, DISP_E_TYPEMISMATCH, "argument 1"},
         {arg(VT_VARIANT | VT_BYREF, &reference), result, DISP_E_TYPEMISMATCH, "argument 1"},
         {good, arg(VT_I4, 3), DISP_E_TYPEMISMATCH, "argument 0"},
-        {good, arg(VT_ERROR, E_FAIL), DISP_E_TYPEMISMATCH, "argument 0"},
         {good, arg(VT_UNKNOWN, other), DISP_E_TYPEMISMATCH, "argument 0"},
         {good, arg(VT_UNKNOWN | VT_BYREF), DISP_E_TYPEMISMATCH, "argument 0"},
-        {good, arg(VT_VARIANT | VT_BYREF), DISP_E_TYPEMISMATCH, "argument 0"},
     };
     for (const auto& [type, object, expected, outcome] : rows) {
         VARIANT arguments[] = {object, type};
@@ -222,36 +201,12 @@ TEST_F(KZSink, OtherCallsThroughIDispatchAreRefused) {
     EXPECT_EQ(invoke(&two, 1, DISPATCH_METHOD, IID_IUnknown), DISP_E_UNKNOWNINTERFACE);
     EXPECT_EQ(invoke(nullptr), E_POINTER);
     for (DISPPARAMS wrongCount :
-         {DISPPARAMS{arguments, nullptr, 0, 0}, DISPPARAMS{arguments, nullptr, 1, 0},
-          DISPPARAMS{arguments, nullptr, 3, 0}, DISPPARAMS{nullptr, nullptr, 2, 0}}) {
+         {DISPPARAMS{arguments, nullptr, 1, 0}, DISPPARAMS{nullptr, nullptr, 2, 0}}) {
         EXPECT_EQ(invoke(&wrongCount), DISP_E_BADPARAMCOUNT);
     }
     DISPPARAMS withName = {arguments, &named, 2, 1};
     EXPECT_EQ(invoke(&withName), DISP_E_NONAMEDARGS);
     EXPECT_EQ(heard, "nothing");
-}
-
-TEST_F(KZSink, IsOneObjectBehindEachOfItsInterfaces) {
-    ComPtr<IUnknown> self;
-    ComPtr<IUnknown> found;
-    const auto query = [this](REFIID id, ComPtr<IUnknown>& object) {
-        return sink->QueryInterface(id, reinterpret_cast<void**>(object.Receive()));
-    };
-    ASSERT_EQ(query(IID_IUnknown, self), S_OK);
-    for (const IID& id :
-         {KZId(VESK_KZ_IID_EVENTS), KZId(VESK_KZ_IID_DISPEVENTS), IID_IDispatch, IID_IMarshal}) {
-        ComPtr<IUnknown> identity;
-        ASSERT_EQ(query(id, found), S_OK);
-        found->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(identity.Receive()));
-        EXPECT_EQ(identity.Get(), self.Get());
-    }
-    EXPECT_EQ(query(KZId(VESK_KZ_IID_PROPERTIES), found), E_NOINTERFACE);
-    EXPECT_EQ(sink->QueryInterface(IID_IDispatch, nullptr), E_POINTER);
-    OLECHAR name[] = L"onnotify";
-    OLECHAR* names[] = {name};
-    DISPID member = 0;
-    EXPECT_EQ(sink->GetIDsOfNames(IID_NULL, names, 1, 0, &member), S_OK);
-    EXPECT_EQ(member, VESK_KZ_DISPID_NOTIFY);
 }
 
 } // namespace
