@@ -41,14 +41,6 @@ struct FernoLife : ComponentLife {
     const Messenger ferno{game, "ferno", "frlogin.dll"};
 };
 
-TEST_F(FernoLife, UnInstallWhileARequestIsInsideStopsTheComponentAfterIt) {
-    ferno.script("keep_pointer=1\ncall_ms=4000\non_qrcode=0:qr:u,0:success\n");
-    leaveDuring(ferno, "Ferno", "frlogin_req_qrcode");
-    EXPECT_TRUE(ferno.componentLines("frlogin_uninit").empty());
-    expectStop();
-    expectEnd(false);
-}
-
 TEST_F(FernoLife, UnInstallWhileAnotherThreadLogsOutLetsItReturn) {
     ferno.script("keep_pointer=1\n");
     sdk.login("Ferno");
@@ -69,16 +61,6 @@ TEST_F(FernoLife, UnInstallDuringTheStartWins) {
     expectStop();
     expectEnd(false);
     EXPECT_TRUE(ferno.componentLines("frlogin_req_qrcode").empty());
-}
-
-TEST_F(FernoLife, TwoLoginsStartTheComponentOnce) {
-    ferno.script("init_ms=700\non_qrcode=10:qr:u\n");
-    std::thread other([this] { sdk.login("Ferno"); });
-    leaveDuring(ferno, "Ferno", "frlogin_req_qrcode");
-    other.join();
-    expectStop();
-    EXPECT_EQ(ferno.componentLines("frlogin_init").size(), 1u);
-    expectEnd(false);
 }
 
 TEST_F(FernoLife, CallbacksAfterTheEndFindTheirTableAndReachNobody) {
@@ -165,7 +147,6 @@ TEST_F(LibraryClose, LetsWhatIsUnderWayEnd) {
     } rows[] = {
         {"a request in flight", 500, false},
         {"a timer asleep", 0, true},
-        {"a timer that stops and a request in flight", 500, false},
     };
     sdk.close();
     for (const auto& row : rows) {

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "faults/faulttest.h"
 
 namespace vesk::test {
@@ -41,30 +39,6 @@ TEST_F(ComponentFaults, AnyCallbacksGiveALoginOneAnswer) {
     }
     EXPECT_EQ(scan("").retCode, VESKError::SUCCESS);
     expectWhole();
-}
-
-TEST_F(ComponentFaults, CallbacksAfterTheEndReachNobody) {
-    constexpr int kNothing = 10;
-    constexpr int kHeard = 11;
-    const std::string rows[] = {"5:qr:u,5:success,5:fail:1:1,5:kickout:1,5:exception,5:token",
-                                "0:success,0:success,0:success,0:success"};
-    for (const std::string& row : rows) {
-        SCOPED_TRACE(row);
-        expectGame(kNothing, [&] {
-            ferno.script("threads=4\non_qrcode=5:qr:u\non_late=" + row);
-            startLogin("Ferno");
-            observer.nextQrCode();
-            VESKLogin::UnInstall();
-            const size_t steps = 1 + static_cast<size_t>(std::count(row.begin(), row.end(), ','));
-            waitUntil("the late callbacks", [&] {
-                return ferno.componentLines("\"callback\"").size() >= 4 * (1 + steps);
-            });
-            return observer.loginCount() == 0 ? kNothing : kHeard;
-        });
-        std::filesystem::remove(game.path() / "ferno_sim_calls.txt");
-        countRow(row, 0);
-    }
-    EXPECT_TRUE(backend.requests("auth/login").empty());
 }
 
 } // namespace

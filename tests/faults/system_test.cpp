@@ -86,19 +86,6 @@ TEST_F(ClockFaults, JumpWakesTheTimerOnceAndMayExpireTheToken) {
     expectWhole();
 }
 
-TEST_F(ClockFaults, FourthTickLooksAtTheToken) {
-    loginWithTimer();
-    for (size_t tick = 1; tick <= 8; ++tick) {
-        SystemFaults::clockAhead += 60;
-        waitForTick(tick);
-        SystemFaults::waitForQuiet();
-        EXPECT_EQ(game.logLines("No need to refresh"), tick / 4) << tick;
-    }
-    countRow("eight minutes", 0);
-    SystemFaults::clockAhead = 0;
-    expectWhole();
-}
-
 TEST_F(ClockFaults, WhatIsKeptOfTlsLivesForAnHour) {
     const struct {
         int64_t ahead;

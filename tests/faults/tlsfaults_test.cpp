@@ -183,20 +183,5 @@ TEST_F(TlsFaults, ManyThreadsShareWhatComesAndGoes) {
     expectWhole();
 }
 
-TEST_F(TlsFaults, EndLetsRequestsUnderWayFinish) {
-    remember();
-    std::vector<std::future<int32_t>> under;
-    for (int i = 0; i < 4; ++i) {
-        backend.next({"auth/login", "{}", 200, 500});
-        under.push_back(begin(environment("VESK_TEST_BACKEND_URL")));
-    }
-    backend.waitForRequest("auth/login", 4 + 8);
-    VESKHTTPManager::GetInstance()->Shutdown();
-    for (auto& heard : under) {
-        EXPECT_EQ(heard.get(), 4);
-    }
-    expectQuiet();
-}
-
 } // namespace
 } // namespace vesk::test
