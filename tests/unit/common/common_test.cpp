@@ -2,6 +2,7 @@
 #include <set>
 
 #include "common/vesk.h"
+#include "common/veskchannelfacts.h"
 #include "common/veskdefine.h"
 #include "unit/unittest.h"
 
@@ -31,6 +32,12 @@ TEST_F(Identity, EightThreadsNeverMakeTheSameId) {
 TEST_F(Identity, DeviceInformationCanBeSwitchedOff) {
     write("VESKConfig.ini", "VESK_DEVICE_INFO=0");
     EXPECT_EQ(VESK::GetDeviceInfo(), "{}");
+}
+
+TEST_F(Identity, ChannelsAreThoseOfTheNameExactly) {
+    for (const char* odd : {"kz", "KZ ", "K", "FERNO", "Steamy"}) {
+        EXPECT_EQ(ChannelFacts(odd).kind, VESKChannelKind::kUnknown) << odd;
+    }
 }
 
 using ObserverHolder = UnitTest;

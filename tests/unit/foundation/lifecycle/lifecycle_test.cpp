@@ -46,7 +46,9 @@ TEST_F(Life, IsStartedOnceWhoeverAsksAndNotAfterItsEnd) {
 TEST_F(Life, EndDuringTheStartLeavesTheRestToTheStarter) {
     VESKComponentLife::Start taken(life);
     ASSERT_TRUE(taken);
+    const auto before = std::chrono::steady_clock::now();
     EXPECT_FALSE(VESKComponentLife::Start(life)) << "by the same thread, from a callback";
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 5s) << "it waits for itself";
     EXPECT_EQ(life.End(), VESKComponentLife::Stage::kStarting);
     EXPECT_FALSE(taken.Publish());
     depart();
