@@ -10,8 +10,9 @@ else()
     target_compile_options(vesk_options INTERFACE
         -Wall -Wextra -Wpedantic -fvisibility=hidden
         $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>
-        # Log lines know their source file; where it was built is nobody's business.
-        "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+        # Log lines and debug information know their source file. Where it was built is nobody's business,
+        # and the same sources shall give the same bytes in every folder.
+        "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${PROJECT_BINARY_DIR}=.")
 endif()
 
 if(VESK_WARNINGS_ARE_ERRORS)

@@ -37,19 +37,23 @@ configurePreset() {
     fi
 }
 
-# Builds a preset, or only some targets of it: buildPreset PRESET [TARGET...]. What the tools print
-# goes to build/PRESET.log and is shown only when something fails.
+# Builds a preset, or only some targets of it: buildPreset PRESET [TARGET...]. Waits while another script
+# builds it. What the tools print goes to build/PRESET.log and is shown only when something fails.
 buildPreset() {
-    local preset="$1" log="$VESK_ROOT/build/$1.log" target arguments=()
+    local preset="$1" log="$VESK_ROOT/build/$1.log" target arguments=() failed=""
     shift
     for target in "$@"; do
         arguments+=(--target "$target")
     done
     mkdir -p "$VESK_ROOT/build"
-    if ! {
+    exec 7>"$VESK_ROOT/build/$preset.lock"
+    flock 7
+    {
         configurePreset "$preset" &&
-            cmake --build "$VESK_ROOT/build/$preset" --parallel "$VESK_JOBS" "${arguments[@]}"
-    } >"$log" 2>&1 </dev/null; then
+            cmake --build "$VESK_ROOT/build/$preset" --parallel "$VESK_JOBS" "${arguments[@]}" 7>&-
+    } >"$log" 2>&1 </dev/null || failed=yes
+    exec 7>&-
+    if [[ -n "$failed" ]]; then
         say "The build of preset $preset failed. The end of build/$preset.log:"
         tail -n 60 "$log"
         return 1
