@@ -1,4 +1,5 @@
 #include <atomic>
+#include <ctime>
 #include <future>
 #include <gtest/gtest.h>
 #include <stdexcept>
@@ -86,53 +87,132 @@ TEST_F(Wrapper, CallbackMayThrowAndMayEndItsObserver) {
     uninstall();
 }
 
-TEST_F(Wrapper, MainLoopHandsResultsOutWhereItIsPolledAndEndsWithItsScope) {
-    const Messenger ferno(game, "ferno", "frlogin.dll");
-    ferno.script("on_qrcode=10:qr:https://qr/1");
-    std::string heard;
-    const Observer unheard({[&](const LoginRet&) { heard += "observer "; }, {}, {}});
+/// Results wait until the game takes them, every login has one answer, nothing comes after its end.
+struct Loop : Wrapper {
+    Loop() { ferno.script("on_qrcode=10:qr:https://qr/1"); }
+
+    /// Polls until there were so many results: of which kind, of which call, with which code.
+    static std::string next(MainLoop& loop, size_t count = 1) {
+        std::string heard;
+        const auto note = [&](const char* kind, uint64_t request, const std::string& text) {
+            heard += kind + std::to_string(request) + ": " + text + " ";
+        };
+        const Overloaded visitor{
+            [&](const LoginRet& ret, uint64_t n) {
+                note("login ", n, std::to_string(ret.retCode));
+            },
+            [&](const BaseRet& ret, uint64_t n) { note("base ", n, std::to_string(ret.retCode)); },
+            [&](const QrCodeRet& ret, uint64_t n) { note("code ", n, ret.qrCodeUrl); },
+            [&](const Refreshed& ret, uint64_t n) {
+                note("refreshed ", n, std::to_string(ret.login.retCode));
+            }};
+        size_t polled = 0;
+        waitUntil("a result", [&] { return (polled += loop.poll(visitor)) >= count; });
+        return heard;
+    }
+    static size_t poll(MainLoop& loop) {
+        return loop.poll([](const auto&, uint64_t) {});
+    }
+    /// An answer to the next login.
+    void answer(const std::string& more, int delayMs) {
+        backend.next({"auth/login", R"({"ret":0,"openid":"o","uid":"u","token":"t")" + more + "}",
+                      200, delayMs});
+    }
+
+    const Messenger ferno{game, "ferno", "frlogin.dll"};
+    std::atomic<int> heard{0};
+    const Observer observer{Callbacks{[this](const LoginRet&) { ++heard; }, {}, {}}};
+};
+
+TEST_F(Loop, EachCallIsAnsweredAndTheStateFollowsUntilTheScopeEnds) {
     {
         MainLoop loop;
         ASSERT_TRUE(loop.isOn());
-        loop.setLoginTimeout(std::chrono::minutes(1));
-        const auto note = [&](const char* kind, uint64_t request, const auto& text) {
-            heard += kind + std::to_string(request) + " " + text + " ";
-        };
-        const auto nextResult = [&] {
-            const Overloaded visitor{
-                [&](const LoginRet& ret, uint64_t n) {
-                    note("login ", n, std::to_string(ret.retCode));
-                },
-                [&](const BaseRet& ret, uint64_t n) {
-                    note("base ", n, std::to_string(ret.methodNameID));
-                },
-                [&](const QrCodeRet& ret, uint64_t n) { note("code ", n, ret.qrCodeUrl); },
-                [&](const Refreshed& ret, uint64_t n) { note("refreshed ", n, ret.login.token); }};
-            waitUntil("a result", [&] { return loop.poll(visitor) != 0; });
-        };
+        EXPECT_EQ(loop.state().stage, Stage::signedOut);
         login("Steam");
         EXPECT_EQ(loop.state().stage, Stage::loggingIn);
-        nextResult();
+        EXPECT_EQ(next(loop), "login 1: 0 ");
         const State in = loop.state();
+        LoginRet held;
+        EXPECT_TRUE(getLoginRet(held));
         EXPECT_EQ(in.stage, Stage::signedIn);
         EXPECT_EQ(in.channel + std::to_string(in.request), "Steam1");
-        EXPECT_NE(in.openid, "");
+        EXPECT_EQ(in.openid, held.openid);
+        EXPECT_EQ(in.tokenExpire, held.tokenExpire);
         logout();
-        nextResult();
+        EXPECT_EQ(next(loop), "base 2: 0 ");
         EXPECT_TRUE(loop.waitIdle(std::chrono::seconds(3)));
+        EXPECT_EQ(backend.requests("auth/logout").size(), 1u);
+        EXPECT_EQ(loop.state().stage, Stage::signedOut);
+
         login("Ferno");
-        nextResult();
+        EXPECT_EQ(next(loop), "code 3: https://qr/1 ");
         EXPECT_EQ(loop.state().stage, Stage::waitingForScan);
+        EXPECT_TRUE(loop.waitIdle(std::chrono::seconds(3))) << "who waits for a scan waits";
+        login("Discord");
+        EXPECT_EQ(next(loop), "login 4: 10003 ");
+        logout("Discord");
+        EXPECT_EQ(next(loop), "base 5: 10003 ");
+        login("Steam");
+        EXPECT_EQ(next(loop, 2), "login 3: 10004 login 6: 0 ");
+        login("Ferno");
+        EXPECT_EQ(next(loop), "code 7: https://qr/1 ");
         EXPECT_TRUE(loop.cancelLogin());
-        nextResult();
+        EXPECT_EQ(next(loop), "login 7: 10001 ");
         login("Ferno"); // for the end of the scope
     }
-    EXPECT_EQ(heard, "login 1 0 base 2 117 code 3 https://qr/1 login 3 10001 ");
     MainLoop again;
     EXPECT_EQ(again.state().stage, Stage::signedOut);
-    EXPECT_EQ(again.poll([](const auto&, uint64_t) {}), 0u);
+    EXPECT_EQ(poll(again), 0u);
+    EXPECT_EQ(heard, 0) << "an observer has its turn afterwards";
+
+    login("Ferno");
     uninstall();
     EXPECT_FALSE(MainLoop().isOn());
+    vesk_login_state now = {};
+    now.struct_size = sizeof now;
+    EXPECT_EQ(vesk_state(&now) + vesk_cancel_login() + vesk_wait_idle(100), 0);
+    vesk_set_login_timeout(1);
+    login("Steam");
+    logout();
+    EXPECT_EQ(poll(again), 0u);
+}
+
+TEST_F(Loop, ALoginThatTakesTooLongEndsAndItsAnswerIsLoggedOut) {
+    MainLoop loop;
+    loop.setLoginTimeout(std::chrono::milliseconds(150));
+    answer("", 400);
+    login("Steam");
+    EXPECT_EQ(next(loop), "login 1: 10002 ");
+    EXPECT_EQ(loop.state().stage, Stage::signedOut);
+    backend.waitForRequest("auth/logout");
+
+    answer("", 400);
+    login("Steam"); // nobody looks until long after its time
+    backend.waitForRequest("auth/logout", 2);
+    EXPECT_EQ(next(loop), "login 2: 10002 ");
+    EXPECT_EQ(loop.state().stage, Stage::signedOut);
+}
+
+TEST_F(Loop, SwitchedBackTheObserverHearsWhatIsAskedFromThenOn) {
+    MainLoop loop;
+    backend.next({"auth/login", "", 404, 200});
+    login("Steam");
+    EXPECT_EQ(vesk_queue_results(0), 1);
+    EXPECT_EQ(next(loop), "login 1: 4 ");
+    login("Steam");
+    waitUntil("the observer", [this] { return heard == 1; });
+    EXPECT_EQ(poll(loop), 0u);
+}
+
+TEST_F(Loop, AnExpiredTokenIsToldOnce) {
+    MainLoop loop;
+    answer(",\"token_expire_time\":" + std::to_string(std::time(nullptr) + 1), 0);
+    login("Steam");
+    EXPECT_EQ(next(loop), "login 1: 0 ");
+    EXPECT_EQ(next(loop), "refreshed 1: 1002 ");
+    EXPECT_EQ(loop.state().stage, Stage::expired);
+    EXPECT_EQ(poll(loop), 0u);
 }
 
 } // namespace
