@@ -179,8 +179,8 @@ ConsoleOfTheDevKitLogsIn() {
 
 MsvcAbiLinksByFindPackage() {
     mkdir build
-    llvm-dlltool -m i386:x86-64 -d "$root/tests/cinterface/kernel32.def" -l build/kernel32.lib
-    build "$tests/msvc" -DSOURCES="$root/tests/cinterface" -DCMAKE_SYSTEM_NAME=Windows \
+    llvm-dlltool -m i386:x86-64 -d "$tests/msvc/kernel32.def" -l build/kernel32.lib
+    build "$tests/msvc" -DCMAKE_SYSTEM_NAME=Windows \
         -DCMAKE_C_COMPILER=clang -DCMAKE_C_COMPILER_TARGET=x86_64-pc-windows-msvc \
         -DCMAKE_TRY_COMPILE_TARGET_TYPE=STATIC_LIBRARY -DCMAKE_MSVC_RUNTIME_LIBRARY= \
         -DCMAKE_C_STANDARD_LIBRARIES=
