@@ -1,5 +1,5 @@
-// JSON texts of any bytes: the reader, the manager, and the merge of two. The first byte of an
-// input says where the second text begins.
+// JSON texts of any bytes: the reader, the manager, the merge of two, and a backend's answer to a
+// login. The first byte of an input says where the second text begins.
 #include <cstdint>
 #include <rapidjson/document.h>
 #include <string>
@@ -8,6 +8,8 @@
 #include "foundation/json/veskjsonmanager.h"
 #include "foundation/json/veskjsonreader.h"
 #include "foundation/json/veskjsonwriter.h"
+#include "login/veskloginresults.h"
+#include "vesk/veskerror.h"
 
 using namespace Braxel::VESK;
 using vesk::fuzz::expect;
@@ -67,6 +69,21 @@ void putInto(std::string text) {
     expect(!manager.IsObject() || after.HasMember("put"), "the member is there afterwards");
 }
 
+void takeAsAnswer(const std::string& body) {
+    InnerLoginRet ret;
+    ConvertLoginRet(ret, 0, body, "1-1");
+    const bool succeeded =
+        ret.retCode == VESKError::SUCCESS || ret.retCode == VESKError::NEED_REALNAME;
+    expect(succeeded || ret.retCode == VESKError::SERVER_ERROR,
+           "an answer is a success or a failure of the backend");
+    expect(!succeeded || ret.thirdCode == 0, "only \"ret\" 0 is a success");
+
+    InnerLoginRet copy;
+    copy.FromJson(ret.ToJson());
+    expect(copy.thirdCode == ret.thirdCode && copy.tokenExpire == ret.tokenExpire,
+           "numbers survive the stored form");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -77,6 +94,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const size_t middle = data[0] * text.size() / 255;
     readAll(text);
     putInto(text);
+    takeAsAnswer(text);
     merge(text.substr(0, middle), text.substr(middle));
     return 0;
 }
