@@ -1,8 +1,8 @@
-#include "eventsource.h"
-
 #include <mutex>
 #include <olectl.h>
 #include <system_error>
+
+#include "opensdk.h"
 
 namespace vesk::kzsim {
 
@@ -20,7 +20,7 @@ IID idOfEvents() {
     return idOf(firesThroughDispatch(Settings()) ? VESK_KZ_IID_DISPEVENTS : VESK_KZ_IID_EVENTS);
 }
 
-scanclient::PlayerScript player() {
+simulator::PlayerScript player() {
     return {"KZ",
             "0:info:1:",
             "0:result:1:6:1:no scan page",

@@ -1,5 +1,3 @@
-#include "script.h"
-
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
@@ -7,7 +5,7 @@
 #include <utility>
 
 #include "common/text.h"
-#include "server.h"
+#include "events.h"
 
 namespace vesk::kzsim {
 
@@ -63,110 +61,103 @@ public:
         : mRest(std::move(text)), mSettings(settings) {}
 
     /// @return false when it is none; the delay may have been read all the same.
-    bool read(Step& step);
+    bool read(Step& step) {
+        const LONG delay = number();
+        if (!mGood || delay < 0) {
+            return false;
+        }
+        step.delay = static_cast<ULONGLONG>(delay);
+        readEvent(next(), step.event);
+        return mGood && mRest.empty();
+    }
 
 private:
-    void readEvent(const std::string& name, Event& event);
-    void readFields(const Kind& kind, PropertyBag& bag);
-    void readList(PropertyBag& bag);
+    void readEvent(const std::string& name, Event& event) {
+        const auto* kind = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                        [&](const Kind& known) { return name == known.name; });
+        if (name != "null") {
+            event.bag = PropertyBag::make();
+        }
+        if (kind != std::end(kKinds)) {
+            event.type = kind->type;
+            readFields(*kind, *event.bag.Get());
+        } else if (name == "list") {
+            event.type = kLocalLoginList;
+            readList(*event.bag.Get());
+        } else if (name == "type" || name == "null") {
+            event.type = number();
+        } else {
+            mGood = false;
+        }
+    }
+
+    void readFields(const Kind& kind, PropertyBag& bag) {
+        bool logsIn = kind.player != nullptr;
+        for (const Number& field : kind.numbers) {
+            if (field.property != nullptr) {
+                const LONG value = number();
+                bag.set(field.property, value);
+                logsIn = logsIn && value == field.ofLogin;
+            }
+        }
+        if (kind.text != nullptr) {
+            bag.set(kind.text, rest());
+        }
+        if (kind.type == kQrCodeInfo) {
+            bag.set("QRCodeID", "qr-" + std::to_string(++theQrCodes));
+            bag.set("ResultMessage", std::string("simulated"));
+        }
+        if (logsIn) {
+            bag.set("openid", openid(kind.player));
+            bag.set("ctk", mSettings.text("ctk", "kz-ctk-1"));
+        }
+        if (kind.player != nullptr && !mRest.empty()) {
+            bag.set("ErrorCode", number());
+            if (!mRest.empty()) {
+                bag.set("ResultMessage", rest());
+            }
+        }
+    }
+
+    void readList(PropertyBag& bag) {
+        const std::string what = next();
+        bag.set("ResultCode", what == "code" ? number() : LONG{0});
+        if (what == "empty") {
+            bag.set("LocalLoginList", PropertyBag::List());
+        } else if (what == "unreadable") {
+            bag.set("LocalLoginList", PropertyBag::List(1));
+        } else if (what == "user") {
+            const PropertyBag::Pointer user = PropertyBag::make();
+            user->set("openid", openid("local_openid"));
+            bag.set("LocalLoginList", PropertyBag::List{user});
+        } else if (what != "absent" && what != "code") {
+            mGood = false;
+        }
+    }
 
     std::string openid(const char* key) const { return mSettings.text(key, "kz-openid-1"); }
-    std::string next();
+
+    std::string next() {
+        const size_t colon = std::min(mRest.find(':'), mRest.size());
+        const std::string field = mRest.substr(0, colon);
+        mRest.erase(0, colon + 1);
+        return field;
+    }
+
     std::string rest() { return std::exchange(mRest, std::string()); }
-    LONG number();
+
+    LONG number() {
+        const std::string field = next();
+        char* end = nullptr;
+        const LONG value = std::strtol(field.c_str(), &end, 10);
+        mGood = mGood && !field.empty() && *end == '\0';
+        return value;
+    }
 
     std::string mRest;
     const Settings& mSettings;
     bool mGood = true;
 };
-
-bool StepReader::read(Step& step) {
-    const LONG delay = number();
-    if (!mGood || delay < 0) {
-        return false;
-    }
-    step.delay = static_cast<ULONGLONG>(delay);
-    readEvent(next(), step.event);
-    return mGood && mRest.empty();
-}
-
-void StepReader::readEvent(const std::string& name, Event& event) {
-    const auto* kind = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                    [&](const Kind& known) { return name == known.name; });
-    if (name != "null") {
-        event.bag = PropertyBag::make();
-    }
-    if (kind != std::end(kKinds)) {
-        event.type = kind->type;
-        readFields(*kind, *event.bag.Get());
-    } else if (name == "list") {
-        event.type = kLocalLoginList;
-        readList(*event.bag.Get());
-    } else if (name == "type" || name == "null") {
-        event.type = number();
-    } else {
-        mGood = false;
-    }
-}
-
-void StepReader::readFields(const Kind& kind, PropertyBag& bag) {
-    bool logsIn = kind.player != nullptr;
-    for (const Number& field : kind.numbers) {
-        if (field.property != nullptr) {
-            const LONG value = number();
-            bag.set(field.property, value);
-            logsIn = logsIn && value == field.ofLogin;
-        }
-    }
-    if (kind.text != nullptr) {
-        bag.set(kind.text, rest());
-    }
-    if (kind.type == kQrCodeInfo) {
-        bag.set("QRCodeID", "qr-" + std::to_string(++theQrCodes));
-        bag.set("ResultMessage", std::string("simulated"));
-    }
-    if (logsIn) {
-        bag.set("openid", openid(kind.player));
-        bag.set("ctk", mSettings.text("ctk", "kz-ctk-1"));
-    }
-    if (kind.player != nullptr && !mRest.empty()) {
-        bag.set("ErrorCode", number());
-        if (!mRest.empty()) {
-            bag.set("ResultMessage", rest());
-        }
-    }
-}
-
-void StepReader::readList(PropertyBag& bag) {
-    const std::string what = next();
-    bag.set("ResultCode", what == "code" ? number() : LONG{0});
-    if (what == "empty") {
-        bag.set("LocalLoginList", PropertyBag::List());
-    } else if (what == "unreadable") {
-        bag.set("LocalLoginList", PropertyBag::List(1));
-    } else if (what == "user") {
-        const PropertyBag::Pointer user = PropertyBag::make();
-        user->set("openid", openid("local_openid"));
-        bag.set("LocalLoginList", PropertyBag::List{user});
-    } else if (what != "absent" && what != "code") {
-        mGood = false;
-    }
-}
-
-std::string StepReader::next() {
-    const size_t colon = std::min(mRest.find(':'), mRest.size());
-    const std::string field = mRest.substr(0, colon);
-    mRest.erase(0, colon + 1);
-    return field;
-}
-
-LONG StepReader::number() {
-    const std::string field = next();
-    char* end = nullptr;
-    const LONG value = std::strtol(field.c_str(), &end, 10);
-    mGood = mGood && !field.empty() && *end == '\0';
-    return value;
-}
 
 } // namespace
 
