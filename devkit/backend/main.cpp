@@ -5,9 +5,8 @@
 #include <stdexcept>
 
 #include "answers/endpoints.h"
-#include "faults/faultapi.h"
+#include "faults/faults.h"
 #include "scanpage/scanpage.h"
-#include "scanpage/scansessions.h"
 #include "server/controlport.h"
 #include "server/httpserver.h"
 #include "server/system.h"
@@ -72,11 +71,10 @@ void serve(const Options& options) {
     Issued issued;
     ScanSessions sessions(issued, waitingRoom);
     Endpoints endpoints(options.settings, log, issued, waitingRoom);
-    FaultApi faults(options.tls ? &conduct : nullptr, backendServer.port());
     endpoints.install(backendServer.routes());
     installControlPort(controlServer.routes());
     endpoints.installControl(controlServer.routes());
-    faults.install(controlServer.routes());
+    installFaultApi(controlServer.routes(), options.tls ? &conduct : nullptr, backendServer.port());
     sessions.install(controlServer.routes());
     installScanPage(controlServer.routes(), sessions, log, waitingRoom);
     backendServer.start();

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "devkit/qrreader.h"
-#include "scanpage/qrimage.h"
+#include "scanpage/scanpage.h"
 
 namespace vesk::test {
 namespace {

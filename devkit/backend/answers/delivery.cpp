@@ -1,9 +1,8 @@
-#include "answers/delivery.h"
-
 #include <algorithm>
 #include <chrono>
 #include <optional>
 
+#include "answers/scriptedanswer.h"
 #include "server/httpserver.h"
 #include "server/system.h"
 

@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "answers/delivery.h"
 #include "answers/issued.h"
 #include "answers/requestlog.h"
 #include "answers/scriptedanswer.h"

@@ -8,6 +8,9 @@
 #include <optional>
 #include <string>
 
+#include "httplib.h"
+#include "server/waitingroom.h"
+
 namespace vesk::backend {
 
 /// What happens to the connection of a scripted request; the order is that of the names.
@@ -64,6 +67,18 @@ private:
     std::mutex mMutex;
     std::map<std::string, std::deque<ScriptedAnswer>> mQueues;
 };
+
+struct Answer {
+    /// 0 when none is sent.
+    int status = 200;
+    std::string body;
+};
+
+/// Answers as the script says: late or never, the body whole or cut, once or many times, byte by
+/// byte, with or without the truth about its length.
+/// @param waitingRoom outlives the response
+void deliver(const ScriptedAnswer& script, const Answer& answer, WaitingRoom& waitingRoom,
+             const httplib::Request& request, httplib::Response& response);
 
 } // namespace vesk::backend
 

@@ -117,11 +117,6 @@ struct CheckedRequest {
 CheckedRequest checkRequest(const ReceivedRequest& request, const CheckSettings& settings,
                             long long now);
 
-/// Checks that the query holds channelid, gameid, os, [seq], ts, version and sig in exactly this
-/// order and nothing else, then the values, then the signature.
-void checkQuery(const ReceivedRequest& request, Endpoint endpoint, const CheckSettings& settings,
-                long long now, Query& query);
-
 /// Checks the body's shape: JSON, exactly the expected members in their order, each of its type.
 /// @param channelId the query's channel id, which decides what "channel_info" must hold
 BodyContent checkBody(const std::string& body, Endpoint endpoint, const std::string& channelId);

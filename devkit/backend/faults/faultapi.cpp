@@ -1,7 +1,7 @@
-#include "faults/faultapi.h"
-
 #include <climits>
+#include <mutex>
 
+#include "faults/faults.h"
 #include "server/controlport.h"
 #include "server/json.h"
 
@@ -26,59 +26,77 @@ LineFault readFault(const PostedJson& body) {
     return fault;
 }
 
+/// What the routes share.
+struct Faults {
+    TlsConduct* const conduct;
+    const int target;
+    std::mutex mutex{}; // guards the pointer
+    std::unique_ptr<FaultyLine> opened{};
+
+    /// The line, which is opened when it is asked for first.
+    FaultyLine& line() {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (!opened) {
+            opened = openLine(target);
+        }
+        return *opened;
+    }
+
+    std::string describeLine() {
+        const FaultyLine& found = line();
+        const std::string scheme = conduct == nullptr ? "http" : "https";
+        return JsonLine()
+            .add("url", scheme + "://localhost:" + std::to_string(found.port()))
+            .add("connections", found.connections())
+            .text();
+    }
+
+    TlsConduct& tls() const {
+        if (conduct == nullptr) {
+            throw Refusal(400, "this backend has no TLS: start it with --tls");
+        }
+        return *conduct;
+    }
+
+    std::string describeTls() const {
+        const TlsCounts counts = conduct == nullptr ? TlsCounts() : conduct->counts();
+        return JsonLine()
+            .add("handshakes", counts.handshakes)
+            .add("resumed", counts.resumed)
+            .text();
+    }
+};
+
 } // namespace
 
-void FaultApi::install(httplib::Server& server) {
+void installFaultApi(httplib::Server& server, TlsConduct* conduct, int target) {
     using httplib::Request;
-    onGet(server, "/line", [this](const Request&) { return describeLine(); });
-    onJson(server, "/line", [this](const Request&, const PostedJson& body) {
-        line().set(readFault(body));
-        return describeLine();
+    const std::shared_ptr<Faults> faults(new Faults{conduct, target});
+    onGet(server, "/line", [faults](const Request&) { return faults->describeLine(); });
+    onJson(server, "/line", [faults](const Request&, const PostedJson& body) {
+        faults->line().set(readFault(body));
+        return faults->describeLine();
     });
-    onGet(server, "/tls", [this](const Request&) { return describeTls(); });
-    onJson(server, "/tls", [this](const Request&, const PostedJson& body) {
-        TlsConduct& told = conduct();
+    onGet(server, "/tls", [faults](const Request&) { return faults->describeTls(); });
+    onJson(server, "/tls", [faults](const Request&, const PostedJson& body) {
+        TlsConduct& told = faults->tls();
         if (body.has("version")) {
-            told.speakVersion(body.choice("version", kTlsVersionNames, false));
+            told.version = body.choice("version", kTlsVersionNames, false);
         }
         if (body.has("sessions") || !body.has("version")) {
-            told.treatSessions(body.choice("sessions", kSessionRuleNames, false));
+            const size_t rule = body.choice("sessions", kSessionRuleNames, false);
+            ++told.sessionAge;
+            told.sessionRule = rule;
         }
-        return describeTls();
+        return faults->describeTls();
     });
-    onJson(server, "/certificate", [this](const Request&, const PostedJson& body) {
-        conduct().showCertificate(body.choice("kind", kCertificateNames, false));
-        return describeTls();
+    onJson(server, "/certificate", [faults](const Request&, const PostedJson& body) {
+        TlsConduct& told = faults->tls();
+        const size_t kind = body.choice("kind", kCertificateNames, false);
+        ++told.sessionAge; // sessions are forgotten, as after the restart of a server
+        told.certificate = kind;
+        return faults->describeTls();
     });
-}
-
-TlsConduct& FaultApi::conduct() {
-    if (mConduct == nullptr) {
-        throw Refusal(400, "this backend has no TLS: start it with --tls");
-    }
-    return *mConduct;
-}
-
-std::string FaultApi::describeTls() const {
-    const TlsCounts counts = mConduct == nullptr ? TlsCounts() : mConduct->counts();
-    return JsonLine().add("handshakes", counts.handshakes).add("resumed", counts.resumed).text();
-}
-
-FaultyLine& FaultApi::line() {
-    const std::lock_guard<std::mutex> lock(mMutex);
-    if (!mLine) {
-        mLine = openLine(mTarget);
-    }
-    return *mLine;
-}
-
-std::string FaultApi::describeLine() {
-    const FaultyLine& opened = line();
-    const std::string scheme = mConduct == nullptr ? "http" : "https";
-    return JsonLine()
-        .add("url", scheme + "://localhost:" + std::to_string(opened.port()))
-        .add("connections", opened.connections())
-        .text();
 }
 
 } // namespace vesk::backend

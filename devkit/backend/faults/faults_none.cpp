@@ -1,7 +1,7 @@
+#include "faults/faults.h"
+
 #include <stdexcept>
 
-#include "faults/faultyline.h"
-#include "faults/tlsserver.h"
 #include "server/controlport.h"
 
 namespace vesk::backend {

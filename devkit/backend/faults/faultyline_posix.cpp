@@ -1,5 +1,3 @@
-#include "faults/faultyline.h"
-
 #include <algorithm>
 #include <arpa/inet.h>
 #include <atomic>
@@ -15,6 +13,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "faults/faults.h"
 #include "server/controlport.h"
 
 namespace vesk::backend {

@@ -1,5 +1,3 @@
-#include "scanpage/qrimage.h"
-
 #include <memory>
 #include <qrencode.h>
 
@@ -7,6 +5,8 @@
 #define STB_IMAGE_WRITE_STATIC
 #define STBI_WRITE_NO_STDIO
 #include <stb_image_write.h>
+
+#include "scanpage/scanpage.h"
 
 namespace vesk::backend {
 

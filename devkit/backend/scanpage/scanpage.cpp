@@ -2,9 +2,6 @@
 
 #include <atomic>
 #include <memory>
-#include <string>
-
-#include "server/controlport.h"
 
 namespace vesk::backend {
 
