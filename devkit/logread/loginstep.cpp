@@ -1,9 +1,8 @@
-#include "loginstep.h"
-
 #include <algorithm>
 #include <charconv>
 
 #include "common/resultcodes.h"
+#include "loginstory.h"
 
 namespace vesk::logread {
 
@@ -36,6 +35,7 @@ constexpr std::string_view kNoAnswer = "the log ends, or the game did, before th
 constexpr std::string_view kSilent = "the component says nothing: give each login a time limit";
 
 constexpr Row kRows[] = {
+    {"VESKLogin::Login", " permissions:", Kind::request, ""},
     {"VESKLoginManager::Login", "] Login", Kind::begin, "request", "", 0,
      "channels are named KZ, Ferno and Steam, exactly so"},
     {"VESKLoginManager::AutoLogin", "begin autologin", Kind::begin, "automatic request"},
@@ -200,6 +200,9 @@ LoginStep makeStep(const Row& row, const LogRecord& record) {
     }
     if (row.part == ", channel:") {
         step.channel = valueBehind(record.message, row.part, " \n");
+    } else if (row.kind == Kind::request) { // whatever was asked for, blanks in it too
+        step.channel =
+            valueBehind(record.message.substr(0, record.message.find(row.part)), "channel:", "\n");
     }
     return step;
 }
@@ -222,14 +225,6 @@ std::optional<LoginStep> readLoginStep(const LogRecord& record) {
         return error;
     }
     return std::nullopt;
-}
-
-std::optional<std::string> readRequestedChannel(const LogRecord& record) {
-    if (!isMethod(record.method, "VESKLogin::Login") || !holds(record.message, " permissions:")) {
-        return std::nullopt;
-    }
-    return valueBehind(record.message.substr(0, record.message.find(" permissions:")),
-                       "channel:", "\n");
 }
 
 } // namespace vesk::logread

@@ -51,13 +51,13 @@ void appendLine(std::string& out, std::string_view topic, std::string_view text)
 } // namespace
 
 void LoginStory::take(const LogRecord& record) {
-    if (std::optional<std::string> channel = readRequestedChannel(record)) {
-        mRequestedChannel = std::move(*channel);
+    std::optional<LoginStep> step = readLoginStep(record);
+    if (step && step->kind == Kind::request) {
+        mRequestedChannel = std::move(step->channel);
         return;
     }
-    const std::optional<int64_t> at = toMilliseconds(record.time);
-    std::optional<LoginStep> step = at ? readLoginStep(record) : std::nullopt;
-    if (!step) {
+    const std::optional<int64_t> at = step ? toMilliseconds(record.time) : std::nullopt;
+    if (!at) {
         return;
     }
     if (step->kind == Kind::begin && !step->sequenceId.empty()) {
@@ -149,6 +149,7 @@ void LoginStory::learn(Login& login, LoginStep& step) {
         }
         break;
     case Kind::drop:
+    case Kind::request:
         break;
     }
 }

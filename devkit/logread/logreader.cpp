@@ -1,6 +1,8 @@
 #include "logreader.h"
 
 #include <algorithm>
+#include <fstream>
+#include <stdexcept>
 #include <utility>
 
 #include "common/text.h"
@@ -23,11 +25,34 @@ bool holdsId(std::string_view text, std::string_view id) {
     return false;
 }
 
-/// Whether the text looks like the pattern, in which '0' stands for any digit.
-bool looksLike(std::string_view text, std::string_view pattern) {
-    return std::equal(
-        text.begin(), text.end(), pattern.begin(), pattern.end(),
-        [](char c, char wanted) { return wanted == '0' ? devkit::isDigit(c) : c == wanted; });
+constexpr size_t kBufferSize = 0x100000;
+constexpr size_t kFirstBytes = 256;
+// More than the longest record.
+constexpr std::streamoff kTailSize = 0x20000;
+
+/// The stream has failed when the log cannot be read. Throws when it is no plain file: a pipe or
+/// device may never end, and even opening it may never return.
+std::ifstream openLog(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        throw std::runtime_error(path.string() + " is no plain file");
+    }
+    return std::ifstream(path, std::ios::binary);
+}
+
+size_t readSome(std::istream& file, char* bytes, size_t size) {
+    file.read(bytes, static_cast<std::streamsize>(size));
+    return static_cast<size_t>(file.gcount());
+}
+
+/// @return false when the file has ended otherwise than at its end
+bool feedRest(std::istream& file, LogReader& reader) {
+    std::string buffer(kBufferSize, '\0');
+    while (const size_t length = readSome(file, buffer.data(), buffer.size())) {
+        reader.feed(std::string_view(buffer).substr(0, length));
+    }
+    return file.eof();
 }
 
 } // namespace
@@ -40,14 +65,6 @@ bool RecordFilter::passes(const LogRecord& record) {
     const size_t wanted = kLevels.find(level);
     const size_t found = record.level == 0 ? 0 : kLevels.find(record.level);
     return found >= wanted && (sequenceId.empty() || holdsId(record.message, sequenceId));
-}
-
-bool isTime(std::string_view text) {
-    return looksLike(text, "0000-00-00 00:00") || looksLike(text, "0000-00-00 00:00:00");
-}
-
-bool isTimeOfDay(std::string_view text) {
-    return looksLike(text, "00:00") || looksLike(text, "00:00:00");
 }
 
 LogReader::LogReader(RecordConsumer consumer, RecordFilter filter, bool redact)
@@ -85,6 +102,70 @@ void LogReader::redact(LogRecord& record) {
         record.head = mHead;
         record.method = mMethod;
     }
+}
+
+void readLog(const std::filesystem::path& path, LogReader& reader) {
+    std::ifstream file = openLog(path);
+    if (!feedRest(file, reader)) {
+        throw std::runtime_error("cannot read " + path.string());
+    }
+    reader.flush();
+}
+
+std::string lastDay(const std::filesystem::path& path) {
+    std::ifstream file = openLog(path);
+    file.seekg(0, std::ios::end);
+    const std::streamoff size = std::max<std::streamoff>(file.tellg(), 0);
+    file.seekg(std::max<std::streamoff>(size - kTailSize, 0));
+    std::string day;
+    const auto take = [&day](const LogRecord& record) {
+        if (!record.time.empty()) {
+            day = record.time.substr(0, record.time.find(' '));
+        }
+    };
+    LogReader reader(take, RecordFilter(), false);
+    feedRest(file, reader);
+    reader.flush();
+    return day;
+}
+
+LogFollower::LogFollower(std::filesystem::path file, LogReader& reader)
+    : mPath(std::move(file)), mReader(reader), mBuffer(kBufferSize, '\0') {}
+
+bool LogFollower::poll() {
+    std::ifstream file = openLog(mPath);
+    if (!file.seekg(0, std::ios::end)) {
+        return false;
+    }
+    const auto size = static_cast<uint64_t>(std::max<std::streamoff>(file.tellg(), 0));
+    if (isAnotherFile(file, size)) {
+        mReader.startAnew();
+        mOffset = 0;
+        mFirstBytes.clear();
+    }
+    if (size == mOffset) {
+        mReader.flushWhole();
+        return true;
+    }
+    file.clear();
+    file.seekg(static_cast<std::streamoff>(mOffset));
+    while (const size_t length = readSome(file, mBuffer.data(), mBuffer.size())) {
+        if (mOffset == mFirstBytes.size() && mFirstBytes.size() < kFirstBytes) {
+            mFirstBytes.append(mBuffer, 0, std::min(length, kFirstBytes - mFirstBytes.size()));
+        }
+        mOffset += length;
+        mReader.feed(std::string_view(mBuffer).substr(0, length));
+    }
+    return true;
+}
+
+bool LogFollower::isAnotherFile(std::istream& file, uint64_t size) const {
+    if (size < mOffset) {
+        return true;
+    }
+    std::string first(mFirstBytes.size(), '\0');
+    file.seekg(0);
+    return readSome(file, first.data(), first.size()) != first.size() || first != mFirstBytes;
 }
 
 } // namespace vesk::logread

@@ -1,10 +1,13 @@
 #ifndef VESK_DEVKIT_LOGREAD_LOGREADER_H
 #define VESK_DEVKIT_LOGREAD_LOGREADER_H
 
+#include <cstdint>
+#include <filesystem>
+#include <iosfwd>
 #include <optional>
 #include <string>
 
-#include "recordsplitter.h"
+#include "logrecord.h"
 #include "redactor.h"
 
 namespace vesk::logread {
@@ -24,12 +27,6 @@ struct RecordFilter {
 private:
     bool mIsTime = false;
 };
-
-/// Whether the text is "YYYY-MM-DD HH:MM[:SS]".
-bool isTime(std::string_view text);
-
-/// Whether the text is "HH:MM[:SS]".
-bool isTimeOfDay(std::string_view text);
 
 /// Splits, decodes, redacts and filters, and hands over what is left.
 class LogReader {
@@ -54,6 +51,33 @@ private:
     std::optional<Redactor> mRedactor;
     std::string mText, mHead, mMethod, mMessage;
     RecordSplitter mSplitter;
+};
+
+/// Reads a log to its end. Throws when that is not possible.
+void readLog(const std::filesystem::path& path, LogReader& reader);
+
+/// The day of a log's last record, "2026-11-24"; empty when there is none.
+std::string lastDay(const std::filesystem::path& path);
+
+/// Reads what is new in a file each time it is asked, and notices when it is another file. It keeps
+/// the file open at no time: the SDK deletes a large log, which Windows would refuse.
+class LogFollower {
+public:
+    LogFollower(std::filesystem::path file, LogReader& reader);
+
+    /// Hands what is new to the reader; when nothing is, the record that waits as well.
+    /// @return false when the file cannot be read at present. Throws when it is no plain file.
+    bool poll();
+
+private:
+    bool isAnotherFile(std::istream& file, uint64_t size) const;
+
+    std::filesystem::path mPath;
+    LogReader& mReader;
+    uint64_t mOffset = 0;
+    // The first bytes hold the time of the first record, so that no two logs begin alike.
+    std::string mFirstBytes;
+    std::string mBuffer;
 };
 
 } // namespace vesk::logread

@@ -2,11 +2,12 @@
 #include <chrono>
 #include <cstdio>
 #include <exception>
+#include <regex>
 #include <stdexcept>
 #include <thread>
 
-#include "logfile.h"
 #include "loginstory.h"
+#include "logreader.h"
 #include "recordprinter.h"
 
 namespace {
@@ -29,8 +30,10 @@ struct Options {
 };
 
 std::string checkTime(const std::string& text) {
-    const bool isRight = isTime(text) || isTimeOfDay(text);
-    return isRight ? std::string() : "neither \"YYYY-MM-DD HH:MM:SS\" nor \"HH:MM:SS\": " + text;
+    const std::regex time(R"((\d{4}-\d\d-\d\d )?\d\d:\d\d(:\d\d)?)");
+    return std::regex_match(text, time)
+               ? std::string()
+               : "neither \"YYYY-MM-DD HH:MM:SS\" nor \"HH:MM:SS\": " + text;
 }
 
 void define(CLI::App& app, Options& options) {
@@ -61,8 +64,10 @@ void writeOut(std::string_view text) {
 RecordFilter makeFilter(const Options& options) {
     RecordFilter filter;
     filter.level = options.level[0];
-    const std::string day = isTimeOfDay(options.since) ? lastDay(options.file) + " " : "";
-    filter.since = options.since.empty() ? "" : day + options.since;
+    filter.since = options.since;
+    if (!options.since.empty() && options.since.find('-') == std::string::npos) {
+        filter.since.insert(0, lastDay(options.file) + " ");
+    }
     // A login's story needs the components' records too, and those know no id.
     filter.sequenceId = options.login ? "" : options.sequenceId;
     return filter;

@@ -4,9 +4,70 @@
 #include <array>
 #include <charconv>
 
+#include "common/text.h"
+
 namespace vesk::logread {
 
 namespace {
+
+bool isNameCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+constexpr std::array<std::string_view, 16> kParts = {
+    "token",  "ticket",  "secret", "passw",   "pwd",      "cookie",  "authorization", "credential",
+    "openid", "steamid", "qrcode", "precode", "username", "picture", "birthdate",     "devinfo"};
+constexpr std::array<std::string_view, 7> kNames = {"ctk",       "ctt", "sig", "sign",
+                                                    "signature", "uid", "pass"};
+// "token_expire_time" is a time.
+constexpr std::array<std::string_view, 3> kHarmless = {"expire", "timeout", "length"};
+
+std::string plainForm(std::string_view name) {
+    std::string plain;
+    for (const char c : name) {
+        if (c >= 'A' && c <= 'Z') {
+            plain.push_back(static_cast<char>(c - 'A' + 'a'));
+        } else if (c != '_') {
+            plain.push_back(c);
+        }
+    }
+    return plain;
+}
+
+/// Whether a member, setting or label of this name holds a credential, or says who the player is.
+/// Case and underscores do not count: "openID" is "open_id".
+bool isSecretName(std::string_view name) {
+    const std::string plain = plainForm(name);
+    const auto holds = [&](std::string_view part) { return plain.find(part) != std::string::npos; };
+    if (std::any_of(kHarmless.begin(), kHarmless.end(), holds)) {
+        return false;
+    }
+    const bool isKey = plain.size() > 3 && plain.compare(plain.size() - 3, 3, "key") == 0;
+    return isKey || std::any_of(kParts.begin(), kParts.end(), holds) ||
+           std::find(kNames.begin(), kNames.end(), plain) != kNames.end();
+}
+
+constexpr size_t kShortestWord = 8;
+constexpr size_t kMostWords = 10000;
+// A sequence id is no secret, but may stand in a text that is masked as a whole.
+constexpr auto kDashesOfSequenceId = 7;
+
+bool isWordCharacter(char c) {
+    return isNameCharacter(c) || c == '-';
+}
+
+/// Calls take() for each word and for what stands between words, in their order.
+template <typename Take>
+void forEachPiece(std::string_view text, const Take& take) {
+    while (!text.empty()) {
+        const bool isWord = isWordCharacter(text.front());
+        const auto end = std::find_if(text.begin(), text.end(),
+                                      [&](char c) { return isWordCharacter(c) != isWord; });
+        const auto length = static_cast<size_t>(end - text.begin());
+        take(text.substr(0, length));
+        text.remove_prefix(length);
+    }
+}
 
 // What follows these is a secret to its end. The text that a game passes to a login may hold
 // anything, and so may the piece of an answer at which the reading of JSON gave up.
@@ -26,10 +87,6 @@ constexpr std::array<std::string_view, 11> kNextLabels = {
 
 // What follows a member that the JSON writer logs.
 constexpr std::string_view kTypeOfMember = ", type";
-
-bool isNameCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-}
 
 size_t skip(std::string_view text, size_t at, std::string_view characters) {
     return std::min(text.find_first_not_of(characters, at), text.size());
@@ -73,6 +130,21 @@ bool startsWithLabel(std::string_view text) {
     return std::any_of(kNextLabels.begin(), kNextLabels.end(), [&](std::string_view label) {
         return text.substr(0, label.size()) == label;
     });
+}
+
+/// A setting's value reaches to the end of its line, that in an address to the next parameter.
+size_t endOfAddressValue(std::string_view text, size_t at, bool isSetting) {
+    const size_t end = std::min(text.find_first_of(isSetting ? "\n" : "& \n\"", at), text.size());
+    return !isSetting && end > at && text[end - 1] == ',' ? end - 1 : end;
+}
+
+/// A value in a sentence reaches to the next label, or to the end.
+size_t endOfLabelled(std::string_view text, size_t at) {
+    size_t end = text.find_first_of(", ", at);
+    while (end < text.size() && !startsWithLabel(text.substr(end))) {
+        end = text.find_first_of(", ", end + 1);
+    }
+    return std::min(end, text.size());
 }
 
 size_t findControl(std::string_view text) {
@@ -144,6 +216,26 @@ std::string withoutJsonEscapes(std::string_view text) {
 
 } // namespace
 
+void KnownSecrets::learn(std::string_view secret) {
+    forEachPiece(secret, [this](std::string_view word) {
+        // A word without a digit may be a word of the language.
+        if (word.size() >= kShortestWord && mWords.size() < kMostWords &&
+            std::any_of(word.begin(), word.end(), devkit::isDigit) &&
+            std::count(word.begin(), word.end(), '-') != kDashesOfSequenceId) {
+            mWords.emplace(word);
+        }
+    });
+}
+
+std::string KnownSecrets::mask(std::string_view text) const {
+    std::string out;
+    forEachPiece(text, [&](std::string_view word) {
+        const bool known = word.size() >= kShortestWord && mWords.find(word) != mWords.end();
+        out.append(known ? kMask : word);
+    });
+    return out;
+}
+
 std::string Redactor::redact(std::string_view written) {
     const std::string message = withoutJsonEscapes(written);
     mOut.clear();
@@ -201,10 +293,8 @@ size_t Redactor::redactName(size_t at) {
     if (name == "key") {
         return maskValueOfKey(value);
     }
-    if (mText[sign] == ':') {
-        return maskLabelled(value);
-    }
-    return maskAddressValue(value, isSettingName(name));
+    return mask(value, mText[sign] == ':' ? endOfLabelled(mText, value)
+                                          : endOfAddressValue(mText, value, isSettingName(name)));
 }
 
 size_t Redactor::maskJsonValue(size_t at) {
@@ -216,25 +306,6 @@ size_t Redactor::maskJsonValue(size_t at) {
     const bool isNested = at < mText.size() && (mText[at] == '{' || mText[at] == '[');
     const size_t end = mText.find_first_of(",}] \n\\\"", at);
     return mask(at, isNested ? mText.size() : std::min(end, mText.size()));
-}
-
-/// A setting's value reaches to the end of its line, that in an address to the next parameter.
-size_t Redactor::maskAddressValue(size_t at, bool isSetting) {
-    size_t end = mText.find_first_of(isSetting ? "\n" : "& \n\"", at);
-    end = std::min(end, mText.size());
-    if (!isSetting && end > at && mText[end - 1] == ',') {
-        --end;
-    }
-    return mask(at, end);
-}
-
-/// A value in a sentence: to the next label, or to the end.
-size_t Redactor::maskLabelled(size_t at) {
-    size_t end = mText.find_first_of(", ", at);
-    while (end < mText.size() && !startsWithLabel(mText.substr(end))) {
-        end = mText.find_first_of(", ", end + 1);
-    }
-    return mask(at, std::min(end, mText.size()));
 }
 
 /// "key:NAME value:...": the name is the value of another name.

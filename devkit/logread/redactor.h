@@ -10,10 +10,6 @@ namespace vesk::logread {
 /// What stands in a secret's place.
 constexpr std::string_view kMask = "***";
 
-/// Whether a member, setting or label of this name holds a credential, or says who the player is.
-/// Case and underscores do not count: "openID" is "open_id".
-bool isSecretName(std::string_view name);
-
 /// Finds a secret that was seen under its name again where no name stands before it.
 class KnownSecrets {
 public:
@@ -38,8 +34,6 @@ public:
 private:
     size_t redactName(size_t at);
     size_t maskJsonValue(size_t at);
-    size_t maskAddressValue(size_t at, bool isSetting);
-    size_t maskLabelled(size_t at);
     size_t maskValueOfKey(size_t at);
     size_t mask(size_t begin, size_t end);
     bool isSecret(std::string_view name) const;

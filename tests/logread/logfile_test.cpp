@@ -1,4 +1,4 @@
-#include "logfile.h"
+#include "logreader.h"
 
 #include <gmock/gmock.h>
 
