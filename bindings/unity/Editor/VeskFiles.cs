@@ -1,3 +1,4 @@
+using System;
 using System.IO;
 using UnityEditor;
 using UnityEditor.Build;
@@ -67,11 +68,12 @@ namespace Braxel.Vesk.Editor
                 }
                 try
                 {
-                    file.CopyTo(copy.FullName, true);
+                    // Version control may keep the project's file read-only, the next copy overwrites.
+                    file.CopyTo(copy.FullName, true).IsReadOnly = false;
                 }
-                catch (IOException inUse) // a component that the editor has loaded
+                catch (Exception failure) when (failure is IOException || failure is UnauthorizedAccessException)
                 {
-                    Debug.LogWarning("VESK: restart the editor. " + inUse.Message);
+                    Debug.LogWarning("VESK: if the editor uses this component, restart it. " + failure.Message);
                 }
             }
         }
