@@ -79,13 +79,5 @@ TEST_F(KZUnload, OneObjectForTheProcessIsStartedOnceWhoeverAsks) {
     expectGone(seconds(15));
 }
 
-TEST_F(KZUnload, AfterAStartThatFailedAndAnotherThatDidNot) {
-    kz.script("initialize=0x80004005\n");
-    sdk.login("KZ");
-    showCode("");
-    leave();
-    EXPECT_EQ(kz.componentLines("UnInitialize").size(), 1u);
-}
-
 } // namespace
 } // namespace vesk::test

@@ -112,21 +112,6 @@ TEST_F(SteamLogin, TicketIsReusedAfterARefusalAndEndsWithTheLoginWithoutAWord) {
 
 using LoginFlow = GameTest;
 
-const char* const kDropped = " login observer is null or this seqID in cache";
-
-TEST_F(LoginFlow, OnlyTheNewerOfTwoLoginsIsAnswered) {
-    backend.next(loginAnswer("old", "", 400));
-    backend.next(loginAnswer("new"));
-    startLogin();
-    backend.waitForRequest("auth/login");
-    EXPECT_EQ(login().openid, "openid-new");
-
-    waitForLogLine(kDropped);
-    EXPECT_EQ(observer.loginCount(), 1u);
-    EXPECT_EQ(held().openid, "openid-new");
-    EXPECT_EQ(readFile(game.loginCache()), "Steamuid-new");
-}
-
 TEST_F(LoginFlow, ExtraJsonIsCheckedButNeitherStopsALoginNorLeavesTheGame) {
     const char* const wrongType = "unknown error , it should be String type";
     const char* const notAnObject = "unknown error occur while parser json or val is NULL";

@@ -5,33 +5,17 @@
 namespace vesk::test {
 namespace {
 
-TEST_F(Unload, AfterAVisit) {
+TEST_F(Unload, WhileTheTimerSleeps) {
     sdk.login("Steam");
     EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
     VESKLoginRet held;
     EXPECT_TRUE(sdk.getLoginRet(held));
     EXPECT_NE(held.token, "");
-    sdk.logout();
-    EXPECT_EQ(observer.nextBase().ret.retCode, VESKError::SUCCESS);
-    unInstall();
-    expectGone(seconds(5));
-    EXPECT_EQ(game.logLines("UnInstall platform sdk"), 1u);
-    EXPECT_EQ(game.steamCalls("Shutdown"), 1u);
-}
-
-TEST_F(Unload, TwiceWithoutAnyLogin) {
-    sdk.unInstall();
-    sdk.unInstall();
-    sdk.leave(seconds(2));
-    EXPECT_EQ(game.logLines("UnInstall vesk dll"), 1u);
-}
-
-TEST_F(Unload, WhileTheTimerSleeps) {
-    sdk.login("Steam");
-    EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
     waitForLogLine("timer is waiting");
     unInstall();
     expectGone(seconds(2));
+    EXPECT_EQ(game.logLines("UnInstall platform sdk"), 1u);
+    EXPECT_EQ(game.steamCalls("Shutdown"), 1u);
 }
 
 TEST_F(Unload, WithRequestsInFlightAndQueued) {
