@@ -32,20 +32,11 @@ internal static class Unity
         Expect("Log out", "Good bye");
         Expect("Ferno", "Scan the code with Ferno");
         Expect("Back", "Who are you?");
-        Expect("Ferno", "Scan the code with Ferno");
         Scan("confirm", "Welcome, ");
         Expect("Log out", "Good bye");
-        Expect("Ferno", "Scan the code with Ferno");
         Scan("deny", VeskLogin.Describe(VeskError.ChannelLoginFailed, -1).Remedy);
         Array.ForEach(new[] { "OnApplicationQuit", "OnDisable", "OnDestroy" }, message => Send(Screen, message));
-        try
-        {
-            VeskLogin.Update();
-        }
-        catch (InvalidOperationException)
-        {
-            Console.WriteLine("\nlogged in twice, told why not, ended");
-        }
+        VeskLogin.Update(); // throws, as the SDK has ended
     }
 
     private static void Send(object target, string message)
@@ -67,9 +58,10 @@ internal static class Unity
         }
     }
 
-    // The picture is there; the player does that, and it goes.
+    // The picture comes; the player does that, and it goes.
     private static void Scan(string button, string text)
     {
+        Expect("Ferno", "Scan the code with Ferno");
         Texture picture = GUI.Picture;
         Check(picture.width > 100 && picture.width == picture.height, "no picture of a code");
         WebClient page = new WebClient();
