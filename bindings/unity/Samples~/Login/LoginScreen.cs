@@ -181,7 +181,7 @@ namespace Braxel.Vesk.Samples
             if (quitting && !Application.isEditor) // in the editor the SDK lives on after play mode
             {
                 VeskLogin.WaitIdle(3000); // a logout reaches the backend
-
+                VeskLogin.Uninstall(); // every later call throws
             }
         }
     }
