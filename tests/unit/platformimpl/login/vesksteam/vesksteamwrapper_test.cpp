@@ -1,5 +1,6 @@
 #include "platformimpl/login/vesksteam/vesksteamwrapper.h"
 
+#include "platformimpl/login/veskloginimpl.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
@@ -27,6 +28,13 @@ TEST_F(SteamWrapper, IdIsSignedAndTheTicketEndsWithItsBuffer) {
     newMessages();
     steam.GetSteamID();
     EXPECT_THAT(newMessages(), Contains("Call SteamAPI_ISteamUser_GetSteamID"));
+}
+
+TEST_F(SteamWrapper, ChannelsAreClosedOnceTheyAreUninstalled) {
+    VESKLoginIMPL::GetInstance()->UnInstallPlugins();
+    LogoutRequest request;
+    request.channel = "Steam";
+    EXPECT_FALSE(VESKLoginIMPL::GetInstance()->Logout(request)) << "nobody is there to answer";
 }
 
 } // namespace vesk::test
