@@ -11,36 +11,7 @@
 
 namespace vesk::test {
 
-class ThreadTimer : public UnitTest {
-protected:
-    inline static std::atomic<int> deleted{0};
-    inline static std::atomic<int> ticks{0};
-
-    class Timer : public VESKThreadTimer {
-    public:
-        explicit Timer(double seconds, Callback tick = &countTick) {
-            interval = seconds;
-            callback = tick;
-            context = &ticks;
-        }
-        ~Timer() override { ++deleted; }
-    };
-
-    static void countTick(void* counter, VESKThreadTimer*) {
-        ++*static_cast<std::atomic<int>*>(counter);
-    }
-    static void countTickAndStop(void* counter, VESKThreadTimer* timer) {
-        countTick(counter, timer);
-        timer->stop();
-    }
-
-    /// Waits until that many timers have deleted themselves and said their last word.
-    void waitForEnd(int timers) const {
-        waitUntil("the timers' end", [&] {
-            return deleted == timers && logged("]timer runloop end") == size_t(timers);
-        });
-    }
-};
+using ThreadTimer = UnitTest;
 
 TEST_F(ThreadTimer, DeadlineTakesMillisecondsForMicroseconds) {
     const Rows<double, int64_t, int32_t, int64_t, int32_t> rows = {
@@ -59,12 +30,26 @@ TEST_F(ThreadTimer, DeadlineTakesMillisecondsForMicroseconds) {
 }
 
 TEST_F(ThreadTimer, StopIsHeededInsideTheCallbackAndAtAnyMoment) {
-    EXPECT_EQ((new Timer(0.001, &countTickAndStop))->start(), 0);
+    static std::atomic<int> ticks{0};
+    const auto start = [](double seconds, VESKThreadTimer::Callback tick) {
+        auto* timer = new VESKThreadTimer; // deletes itself at its end
+        timer->interval = seconds;
+        timer->callback = tick;
+        EXPECT_EQ(timer->start(), 0);
+        return timer;
+    };
+    const auto waitForEnd = [this](size_t timers) {
+        waitUntil("the end", [&] { return logged("]timer runloop end") == timers; });
+    };
+    start(0.001, [](void*, VESKThreadTimer* timer) {
+        ++ticks;
+        timer->stop();
+    });
     waitForEnd(1);
     EXPECT_EQ(ticks, 1);
     for (int i = 0; i < 50; ++i) {
-        auto* timer = new Timer(i % 2 == 0 ? 60.0 : 0.0001, i % 3 == 0 ? nullptr : &countTick);
-        ASSERT_EQ(timer->start(), 0);
+        const auto count = [](void*, VESKThreadTimer*) { ++ticks; };
+        auto* timer = start(i % 2 == 0 ? 60.0 : 0.0001, i % 3 == 0 ? nullptr : +count);
         EXPECT_EQ(timer->start(), -1);
         std::this_thread::sleep_for(std::chrono::microseconds(i % 4 * 20 * i));
         timer->stop();
