@@ -118,8 +118,9 @@ bool VESKHTTPClient::Request(const HttpParams& params, Completion completion, vo
     return CreateRequestThread();
 }
 
-VESKHTTPClient::Outcome VESKHTTPClient::GetOutcome() const {
-    return {mUrl, mReqSeq, mResponseCode, mRequesterCallback, mUserData, mTransferTime, mStartTime};
+VESKHTTPClient::Outcome VESKHTTPClient::TakeOutcome() noexcept {
+    return {std::move(mUrl), mReqSeq,       mResponseCode, mRequesterCallback,
+            mUserData,       mTransferTime, mStartTime};
 }
 
 bool VESKHTTPClient::CreateRequestThread() {

@@ -48,7 +48,7 @@ public:
     bool Request(const HttpParams& params, Completion completion, void* context);
 
     /// What is known of the request; for use inside the completion, until the client goes back.
-    Outcome GetOutcome() const;
+    Outcome TakeOutcome() noexcept;
 
 private:
     bool CreateRequestThread();

@@ -317,8 +317,8 @@ void VESKHTTPManager::OnHTTPClientCallBack(int32_t result, const char* body, siz
     VESKHTTPManager* manager = static_cast<VESKHTTPManager*>(context);
     VESK_LOG_DEBUG("VESKHTTPManager::OnHTTPClientCallBack",
                    "[VESK HTTP] get http Callback, result:%d", result);
-    // Everything is copied first: once retrieved, the client may serve another request.
-    const VESKHTTPClient::Outcome outcome = client->GetOutcome();
+    // Everything is taken first: once retrieved, the client may serve another request.
+    const VESKHTTPClient::Outcome outcome = client->TakeOutcome();
     std::string answer;
     try {
         answer.assign(body == nullptr ? "" : body, length);
