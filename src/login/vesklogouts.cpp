@@ -46,10 +46,15 @@ void VESKLogouts::Logout(const ShortRequest& request, bool channelOnly) {
     VESK_LOG_OF(kLogoutsLog, kLogDebug, "VESKLoginManager::Logout", "[ %s ] logout %s",
                 seqID.c_str(), logout.channel.c_str());
     Keep(seqID, channelOnly, storedLogins);
-    if (ChannelFacts(logout.channel).kind == VESKChannelKind::kGuest) {
-        DeliverLogoutRet(InnerBaseRet(VESKError::SUCCESS), kObserverIDPluginLogout, seqID);
-    } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
-        Take(seqID); // nobody will answer
+    try {
+        if (ChannelFacts(logout.channel).kind == VESKChannelKind::kGuest) {
+            DeliverLogoutRet(InnerBaseRet(VESKError::SUCCESS), kObserverIDPluginLogout, seqID);
+        } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
+            Take(seqID); // nobody will answer
+        }
+    } catch (...) {
+        Take(seqID); // nor then
+        throw;
     }
     // A channel may take its time: by now the task may be that of a login which has followed.
     if (storedLogins == mHeld.StoredLogins()) {
