@@ -55,11 +55,14 @@ int32_t vesk_next_result(vesk_result** result) {
     *result = nullptr;
     return Quietly([&] {
         VESKMainLoop* loop = VESKMainLoop::Existing();
-        std::unique_ptr<Braxel::VESK::VESKResult> next = loop != nullptr ? loop->Next() : nullptr;
-        if (next == nullptr) {
+        if (loop == nullptr || !loop->HasResult()) {
             return false;
         }
-        *result = new VESKHeldResult(std::move(next));
+        auto held = std::make_unique<VESKHeldResult>(); // first: without memory the result waits on
+        if (!held->Hold(loop->Next())) {
+            return false; // another thread has taken it
+        }
+        *result = held.release();
         return true;
     });
 }

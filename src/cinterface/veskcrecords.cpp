@@ -57,8 +57,11 @@ VESKHeldLoginRet::VESKHeldLoginRet(const VESKLoginRet& ret) : vesk_login_ret(), 
     static_cast<vesk_login_ret&>(*this) = ToC(mRet);
 }
 
-VESKHeldResult::VESKHeldResult(std::unique_ptr<VESKResult> result)
-    : vesk_result(), mResult(std::move(result)) {
+bool VESKHeldResult::Hold(std::unique_ptr<VESKResult> result) noexcept {
+    if (result == nullptr) {
+        return false;
+    }
+    mResult = std::move(result);
     struct_size = sizeof(vesk_result);
     kind = mResult->kind;
     request = mResult->request;
@@ -69,6 +72,7 @@ VESKHeldResult::VESKHeldResult(std::unique_ptr<VESKResult> result)
     } else if (const auto* const qrCodeRet = std::get_if<VESKQrCodeRet>(&mResult->ret)) {
         qr_code = &mRecord.emplace<vesk_qr_code_ret>(ToC(*qrCodeRet));
     }
+    return true;
 }
 
 vesk_base_ret ToC(const VESKBaseRet& ret) {

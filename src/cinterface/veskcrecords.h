@@ -25,12 +25,15 @@ private:
 
 /// The same for a result that waited.
 struct VESKHeldResult : vesk_result {
-    explicit VESKHeldResult(std::unique_ptr<VESKResult> result);
+    VESKHeldResult() : vesk_result() {}
     VESKHeldResult(const VESKHeldResult&) = delete;
     VESKHeldResult& operator=(const VESKHeldResult&) = delete;
 
+    /// @return false when there is none.
+    bool Hold(std::unique_ptr<VESKResult> result) noexcept;
+
 private:
-    const std::unique_ptr<VESKResult> mResult;
+    std::unique_ptr<VESKResult> mResult;
     std::variant<vesk_login_ret, vesk_base_ret, vesk_qr_code_ret> mRecord;
 };
 

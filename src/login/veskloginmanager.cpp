@@ -39,7 +39,12 @@ void OrOutOfMemory(const char* method, int32_t methodNameID, const std::string& 
     } catch (...) {
         VESK_LOG_AT(kLogError, method, "[ %s ] exception inside an answer", seqID.c_str());
         VESKLoginManager::GetInstance()->Current().Reopen(seqID);
-        DeliverNetworkError(kOutOfMemory, methodNameID, seqID);
+        try {
+            DeliverNetworkError(kOutOfMemory, methodNameID, seqID);
+        } catch (...) { // nor is there any for that
+            VESKResultSink::LoginIsLost(seqID);
+            throw;
+        }
     }
 }
 

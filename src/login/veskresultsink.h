@@ -43,6 +43,13 @@ public:
         }
     }
 
+    /// There is no memory to tell the game how the login @p seqID has ended.
+    static void LoginIsLost(const std::string& seqID) noexcept {
+        if (VESKResultSink* sink = Get()) {
+            sink->OnLost(seqID);
+        }
+    }
+
     /// UnInstall was called: nothing may be kept running or waiting.
     static void SdkEnds() {
         if (VESKResultSink* sink = Get()) {
@@ -57,6 +64,7 @@ private:
     virtual void OnLoginBegun(const std::string& seqID) = 0;
     virtual void OnLoginAnswer() = 0;
     virtual void OnRefreshed(const InnerLoginRet& ret) = 0;
+    virtual void OnLost(const std::string& seqID) noexcept = 0;
     virtual void OnEnd() = 0;
 
     inline static std::atomic<VESKResultSink*> sSink{nullptr};

@@ -74,42 +74,49 @@ bool VESKMainLoop::Take(Call call) {
     if (mEnded || (!mOn && mCalls.empty() && !mWorks)) {
         return false;
     }
-    if (mOn) {
-        call.request = ++mLastRequest;
-        Settle();
-        const bool isLogout = call.kind == Call::Kind::kLogout;
-        if (!IsPossible(call)) {
-            RefuseChannel(call);
-            return true;
-        }
-        if (!isLogout) {
-            EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
-            mLogin.request = call.request;
-            mLogin.channel = call.channel;
-            mLogin.ends =
-                mTimeout.count() == 0 ? Clock::time_point::max() : Clock::now() + mTimeout;
-        }
+    std::list<Call> calls; // what may want for memory comes before the first change
+    calls.push_back(std::move(call));
+    if (mOn && !Number(calls.front())) {
+        return true;
     } // else one that waits behind those of the mode that was switched off
-    mCalls.push_back(std::move(call));
+    mCalls.splice(mCalls.end(), calls);
     mCalled.notify_all();
     return true;
 }
 
-void VESKMainLoop::RefuseChannel(const Call& call) {
-    const char* message = "there is no channel of this name";
-    if (call.kind == Call::Kind::kLogout) {
-        mResults.PushBase(call.request, MakeRet<VESKBaseRet>(kMethodNameLogout,
-                                                             VESKError::UNKNOWN_CHANNEL, message));
-    } else {
-        auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::UNKNOWN_CHANNEL, message);
-        ret.channel = call.channel;
-        mResults.PushLogin(call.request, ret);
+/// The call gets its number, from where on it is owed an answer.
+/// @return false when it has that already.
+bool VESKMainLoop::Number(Call& call) {
+    Settle();
+    const bool isLogout = call.kind == Call::Kind::kLogout;
+    const bool isPossible = IsPossible(call);
+    call.request = mLastRequest + 1;
+    std::string channel = call.channel;
+    VESKResultQueue::Results room =
+        VESKResultQueue::Room(isLogout ? VESK_RESULT_BASE : VESK_RESULT_LOGIN, call.request);
+    if (isPossible && !isLogout) {
+        EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
+        mLogin.request = call.request;
+        mLogin.channel = std::move(channel);
+        mLogin.ends = mTimeout.count() == 0 ? Clock::time_point::max() : Clock::now() + mTimeout;
     }
+    ++mLastRequest;
+    mResults.Owe(room);
+    if (!isPossible) {
+        mResults.Refuse(call.request, {VESKError::UNKNOWN_CHANNEL,
+                                       "there is no channel of this name", call.channel});
+    }
+    return isPossible;
+}
+
+bool VESKMainLoop::HasResult() {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    Settle();
+    return !mResults.IsEmpty();
 }
 
 std::unique_ptr<VESKResult> VESKMainLoop::Next() {
     const std::lock_guard<VESKMutex> lock(mMutex);
-    Settle();
     return mResults.Pop();
 }
 
@@ -151,17 +158,14 @@ bool VESKMainLoop::IsBusy() {
 
 /// Ends the login before its answer. What comes later for it reaches nobody.
 /// @return false when none runs or its success is on its way.
-bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut) {
+bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut, int32_t thirdCode) {
     if (mLogin.request == 0) {
         return false;
     }
     if (mLogin.seqID.empty()) {
         // A cancelled one stays: see Begins.
         if (code == VESKError::LOGIN_OVERTAKEN) {
-            const uint64_t request = mLogin.request;
-            mCalls.erase(std::remove_if(mCalls.begin(), mCalls.end(),
-                                        [&](const Call& call) { return call.request == request; }),
-                         mCalls.end());
+            mCalls.remove_if([&](const Call& call) { return call.request == mLogin.request; });
         }
     } else {
         VESKLoginManager* manager = VESKSingleton<VESKLoginManager>::Existing();
@@ -176,38 +180,34 @@ bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut) {
         }
     }
     FinishStored(); // it began before
-    auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, code, message);
-    ret.channel = mLogin.channel;
-    Finish(mLogin, ret);
+    Finish(mLogin, code, message, thirdCode);
     return true;
 }
 
 /// From now on its success is nobody's any more.
 void VESKMainLoop::FinishStored() {
     if (mStored.request != 0) {
-        auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::LOGIN_OVERTAKEN, kOvertaken);
-        ret.channel = mStored.channel;
-        Finish(mStored, ret);
+        Finish(mStored, VESKError::LOGIN_OVERTAKEN, kOvertaken);
     }
 }
 
-void VESKMainLoop::Finish(Login& login, const VESKLoginRet& ret) {
-    constexpr size_t kMostRemembered = 256;
-    const uint64_t request = login.request;
+void VESKMainLoop::Finish(Login& login, int32_t code, const char* message, int32_t thirdCode) {
+    mResults.Refuse(login.request, {code, message, login.channel, thirdCode}, IsHeldBack(login));
+    Forget(login);
+}
+
+/// What is refused at once is told behind the success of the login that was there before.
+bool VESKMainLoop::IsHeldBack(const Login& login) const {
+    return mStored.request != 0 && &login != &mStored;
+}
+
+void VESKMainLoop::Forget(Login& login) {
     if (!login.seqID.empty()) {
-        mFinished.push_back(login.seqID);
-        if (mFinished.size() > kMostRemembered) {
-            mFinished.pop_front();
-        }
+        mFinished[mFinishedCount++ % mFinished.size()] = std::move(login.seqID);
     }
     login = Login();
-    if (mStored.request != 0) { // what is refused at once is told behind the older success
-        mHeldBack.emplace_back(request, ret);
-        return;
-    }
-    mResults.PushLogin(request, ret);
-    for (const auto& newer : std::exchange(mHeldBack, {})) {
-        mResults.PushLogin(newer.first, newer.second);
+    if (mStored.request == 0) {
+        mResults.Release();
     }
 }
 
@@ -243,7 +243,8 @@ bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const std::string& seqID) {
             if (ret.retCode == VESKError::SUCCESS) {
                 mHeldRequest = login->request;
             }
-            Finish(*login, ret);
+            mResults.Answer(login->request, ret, IsHeldBack(*login));
+            Forget(*login);
             return true;
         }
     }
@@ -251,7 +252,7 @@ bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const std::string& seqID) {
         return true;
     }
     if (mOn) {
-        mResults.PushLogin(0, ret);
+        mResults.PushUnasked(ret);
     }
     return mOn;
 }
@@ -260,7 +261,7 @@ bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
     const auto found = mLogouts.find(seqID);
     if (found != mLogouts.end()) {
-        mResults.PushBase(found->second, ret);
+        mResults.Answer(found->second, ret);
         mLogouts.erase(found);
         return true;
     }
@@ -268,7 +269,7 @@ bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
         return true;
     }
     if (mOn) {
-        mResults.PushBase(0, ret);
+        mResults.PushUnasked(ret);
     }
     return mOn;
 }
@@ -282,11 +283,17 @@ bool VESKMainLoop::OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) 
     } else if (mEnded || HasFinished(seqID)) {
         return true;
     }
-    if (isOurs || mOn) {
-        mResults.PushQrCode(isOurs ? mLogin.request : 0, ret);
-        return true;
+    if (!isOurs && !mOn) {
+        return false;
     }
-    return false;
+    try {
+        mResults.PushQrCode(isOurs ? mLogin.request : 0, ret);
+    } catch (...) { // what nobody can scan must not be waited for
+        if (isOurs) {
+            EndLogin(VESKError::NETWORK_ERROR, kNoMemory, true, kOutOfMemory);
+        }
+    }
+    return true;
 }
 
 void VESKMainLoop::OnRefreshed(const InnerLoginRet& ret) {
@@ -316,6 +323,15 @@ void VESKMainLoop::OnLoginAnswer() {
     Settle();
 }
 
+void VESKMainLoop::OnLost(const std::string& seqID) noexcept {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    for (Login* login : {&mLogin, &mStored}) {
+        if (login->request != 0 && seqID == login->seqID) {
+            Finish(*login, VESKError::NETWORK_ERROR, kNoMemory, kOutOfMemory);
+        }
+    }
+}
+
 void VESKMainLoop::OnEnd() {
     const std::lock_guard<VESKMutex> lock(mMutex);
     mEnded = true;
@@ -324,7 +340,6 @@ void VESKMainLoop::OnEnd() {
     mResults.Clear();
     mLogouts.clear();
     mLogin = mStored = Login();
-    mHeldBack.clear();
     mCalled.notify_all();
 }
 

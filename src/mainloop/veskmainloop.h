@@ -1,14 +1,14 @@
 #ifndef VESK_MAINLOOP_VESKMAINLOOP_H
 #define VESK_MAINLOOP_VESKMAINLOOP_H
 
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "login/veskresultsink.h"
 #include "mainloop/veskresultqueue.h"
@@ -45,6 +45,9 @@ public:
     /// @return false when the mode is off: the caller runs it.
     bool Take(Call call);
 
+    /// Whether a result waits.
+    bool HasResult();
+    /// Null when none does.
     std::unique_ptr<VESKResult> Next();
     bool CancelLogin();
     void SetLoginTimeout(uint32_t milliseconds);
@@ -70,22 +73,30 @@ private:
         Clock::time_point ends = Clock::time_point::max();
     };
 
+    // What the game hears is what it hears of a request that runs out of memory: libcurl's code.
+    static constexpr int32_t kOutOfMemory = 27;
+    static constexpr const char* kNoMemory = "memory has run out";
+
     VESKMainLoop() = default;
     void OnLoginBegun(const std::string& seqID) override;
     void OnLoginAnswer() override;
     void OnRefreshed(const InnerLoginRet& ret) override;
+    void OnLost(const std::string& seqID) noexcept override;
     void OnEnd() override;
 
     static void Worker(void* mainLoop);
+    void Listen();
     void Run(const Call& call);
     void Fail(const Call& call);
     bool Begins(const Call& call, const std::string& seqID);
 
     // With mMutex held.
-    bool EndLogin(int32_t code, const char* message, bool logOut);
-    void Finish(Login& login, const VESKLoginRet& ret);
+    bool EndLogin(int32_t code, const char* message, bool logOut, int32_t thirdCode = -1);
+    bool Number(Call& call);
+    void Finish(Login& login, int32_t code, const char* message, int32_t thirdCode = -1);
     void FinishStored();
-    void RefuseChannel(const Call& call);
+    bool IsHeldBack(const Login& login) const;
+    void Forget(Login& login);
     void Settle();
     bool HasFinished(const std::string& seqID) const;
 
@@ -94,15 +105,16 @@ private:
     bool mOn = false;
     bool mEnded = false;
     bool mHasWorker = false;
-    bool mWorks = false; // the worker is inside an operation
-    std::deque<Call> mCalls;
+    bool mListens = false; // the worker's own
+    bool mWorks = false;   // the worker is inside an operation
+    std::list<Call> mCalls;
     VESKResultQueue mResults;
     uint64_t mLastRequest = 0;
     std::chrono::milliseconds mTimeout{300000};
     Login mLogin;
-    Login mStored; // overtaken, but its success is stored and on its way
-    std::vector<std::pair<uint64_t, VESKLoginRet>> mHeldBack; // until that has been told
-    std::deque<std::string> mFinished;             // the latest logins of this mode that have ended
+    Login mStored;                          // overtaken, but its success is stored and on its way
+    std::array<std::string, 256> mFinished; // the latest logins of this mode that have ended
+    size_t mFinishedCount = 0;
     std::map<std::string, uint64_t> mLogouts;      // their numbers, by sequence id
     uint64_t mHeldRequest = 0;                     // of the login that is held
     std::shared_ptr<const InnerLoginRet> mExpired; // the record of which that was told

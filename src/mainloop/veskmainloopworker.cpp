@@ -1,6 +1,5 @@
-#include <algorithm>
+#include <list>
 #include <mutex>
-#include <utility>
 
 #include "login/veskguarded.h"
 #include "login/veskloginmanager.h"
@@ -15,8 +14,9 @@ namespace VESK {
 
 void VESKMainLoop::Worker(void* mainLoop) {
     VESKMainLoop& loop = *static_cast<VESKMainLoop*>(mainLoop);
-    if (!HasEnded()) {
-        ListenForResults();
+    try {
+        loop.Listen();
+    } catch (...) { // NOLINT(bugprone-empty-catch): the first operation tries again
     }
     std::unique_lock<VESKMutex> lock(loop.mMutex);
     while (!loop.mEnded) {
@@ -24,13 +24,20 @@ void VESKMainLoop::Worker(void* mainLoop) {
             loop.mCalled.wait(lock);
             continue;
         }
-        const Call call = std::move(loop.mCalls.front());
-        loop.mCalls.pop_front();
+        std::list<Call> call;
+        call.splice(call.end(), loop.mCalls, loop.mCalls.begin());
         loop.mWorks = true;
         lock.unlock();
-        loop.Run(call);
+        loop.Run(call.front());
         lock.lock();
         loop.mWorks = false;
+    }
+}
+
+void VESKMainLoop::Listen() {
+    if (!mListens && !HasEnded()) {
+        ListenForResults();
+        mListens = true;
     }
 }
 
@@ -40,6 +47,7 @@ void VESKMainLoop::Run(const Call& call) {
         if (HasEnded()) {
             return;
         }
+        Listen();
         switch (call.kind) {
         case Call::Kind::kLogin:
             RunLogin(call.channel.c_str(), call.permissions.c_str(), call.subChannel.c_str(),
@@ -53,10 +61,7 @@ void VESKMainLoop::Run(const Call& call) {
             break;
         }
     } catch (...) {
-        try {
-            Fail(call);
-        } catch (...) { // NOLINT(bugprone-empty-catch): the worker has to go on
-        }
+        Fail(call);
     }
 }
 
@@ -81,27 +86,14 @@ bool VESKMainLoop::Begins(const Call& call, const std::string& seqID) {
            VESKLoginManager::GetInstance()->Current().Withdraw(seqID, true);
 }
 
-/// For want of memory: the game hears what it hears of a request that runs out of it.
+/// For want of memory.
 void VESKMainLoop::Fail(const Call& call) {
-    constexpr int32_t kOutOfMemory = 27; // libcurl's code
-    const char* message = "memory has run out";
     const std::lock_guard<VESKMutex> lock(mMutex);
-    if (call.kind != Call::Kind::kLogout) {
-        if (call.request != 0 && call.request == mLogin.request) {
-            auto ret = MakeRet<VESKLoginRet>(kMethodNameLogin, VESKError::NETWORK_ERROR, message);
-            ret.thirdCode = kOutOfMemory;
-            Finish(mLogin, ret);
-        }
-        return;
-    }
-    const auto found = std::find_if(mLogouts.begin(), mLogouts.end(), [&](const auto& logout) {
-        return logout.second == call.request;
-    });
-    if (found != mLogouts.end()) {
-        mLogouts.erase(found);
-        auto ret = MakeRet<VESKBaseRet>(kMethodNameLogout, VESKError::NETWORK_ERROR, message);
-        ret.thirdCode = kOutOfMemory;
-        mResults.PushBase(call.request, ret);
+    if (call.kind == Call::Kind::kLogout) {
+        mResults.Refuse(call.request,
+                        {VESKError::NETWORK_ERROR, kNoMemory, call.channel, kOutOfMemory});
+    } else if (call.request != 0 && call.request == mLogin.request) {
+        Finish(mLogin, VESKError::NETWORK_ERROR, kNoMemory, kOutOfMemory);
     }
 }
 

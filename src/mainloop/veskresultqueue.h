@@ -3,8 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
+#include <string>
 #include <variant>
 
 #include "vesk/veskret.h"
@@ -19,42 +20,57 @@ struct VESKResult {
     std::variant<VESKLoginRet, VESKBaseRet, VESKQrCodeRet> ret;
 };
 
-/// A result that nobody outside has given.
-template <typename Ret>
-Ret MakeRet(int32_t methodNameID, int32_t code, const char* message) {
-    Ret ret;
-    ret.methodNameID = methodNameID;
-    ret.retCode = code;
-    ret.retMsg = message;
-    return ret;
-}
-
-/// The results that wait, oldest first. Whoever has the queue guards it.
+/// The results that wait, oldest first, and the answers that are owed. Room for an answer is made
+/// with its call, so that want of memory loses none later. Whoever has the queue guards it.
 class VESKResultQueue {
 public:
-    /// Results of logouts beyond these are lost. Results of logins never are, and of the others
+    /// Each by itself: they go from list to list, and the thread that takes one out copies nothing.
+    using Results = std::list<std::unique_ptr<VESKResult>>;
+
+    /// Answers of logouts beyond these are lost. Those of logins never are, and of other results
     /// there is no more than one.
     static constexpr size_t kMost = 4096;
 
-    void PushLogin(uint64_t request, const VESKLoginRet& ret);
-    void PushBase(uint64_t request, const VESKBaseRet& ret);
+    /// An answer that nobody outside has given.
+    struct Refusal {
+        int32_t code;
+        const char* message;
+        const std::string& channel; ///< the login's
+        int32_t thirdCode = -1;
+    };
+
+    /// Makes room for the answer of the call @p request.
+    static Results Room(int32_t kind, uint64_t request);
+    /// From now on that answer is owed.
+    void Owe(Results& room) noexcept;
+
+    /// Gives the answer that is owed, if it still is. Without memory it has codes and no texts.
+    /// @param isHeldBack it waits for Release() first @{
+    void Answer(uint64_t request, const VESKLoginRet& ret, bool isHeldBack) noexcept;
+    void Answer(uint64_t request, const VESKBaseRet& ret) noexcept;
+    void Refuse(uint64_t request, const Refusal& why, bool isHeldBack = false) noexcept; ///@}
+    void Release() noexcept;
+
+    /// What answers no call of this mode. @{
+    void PushUnasked(const VESKLoginRet& ret);
+    void PushUnasked(const VESKBaseRet& ret); ///@}
+
     /// In the place of an older one that nobody has taken. @{
     void PushQrCode(uint64_t request, const VESKQrCodeRet& ret);
     void PushRefreshed(uint64_t request, const VESKLoginRet& ret); ///@}
 
-    /// The login of @p request has ended: nobody needs its QR code.
-    void DropQrCode(uint64_t request);
-
+    bool IsEmpty() const { return mResults.empty(); }
     /// Null when nothing waits.
-    std::unique_ptr<VESKResult> Pop();
-
-    void Clear() { mResults.clear(); }
+    std::unique_ptr<VESKResult> Pop() noexcept;
+    void Clear() noexcept;
 
 private:
-    void Drop(int32_t kind);
+    void Send(Results::const_iterator owed, bool isHeldBack) noexcept;
+    void Replace(Results newer) noexcept;
 
-    // Each by itself: the thread that takes one out copies nothing.
-    std::deque<std::unique_ptr<VESKResult>> mResults;
+    Results mResults;
+    Results mOwed;
+    Results mHeldBack;
 };
 
 } // namespace VESK

@@ -1,9 +1,11 @@
 #include <ctime>
 #include <fcntl.h>
+#include <set>
 #include <sys/resource.h>
 
 #include "faults/faulttest.h"
 #include "faults/systemfaults.h"
+#include "vesk/vesk_mainloop.h"
 
 namespace vesk::test {
 
@@ -229,6 +231,43 @@ TEST_F(ResourceFaults, RefusedMemoryCostsAtMostTheLogin) {
     std::printf("\n%zu logins with refused memory, %zu of them without an answer\n", refused,
                 silent);
     expectWhole();
+}
+
+TEST_F(ResourceFaults, RefusedMemoryLosesNoAnswerOfTheMainLoop) {
+    const auto requests = [] {
+        vesk_login_state now = {};
+        now.struct_size = sizeof now;
+        EXPECT_EQ(vesk_state(&now), 1);
+        return now.request;
+    };
+    settle();
+    ASSERT_EQ(vesk_queue_results(1), 1);
+    vesk_set_login_timeout(0);
+    bool isRefused = true;
+    for (long nth = 1; isRefused && !HasFailure(); nth += 1 + nth / 20) {
+        SCOPED_TRACE("allocation " + std::to_string(nth));
+        const uint64_t before = requests();
+        std::set<uint64_t> answered;
+        const auto poll = [&] {
+            vesk_result* result = nullptr;
+            while (vesk_next_result(&result) == 1) {
+                EXPECT_TRUE(result->request == 0 || answered.insert(result->request).second);
+                vesk_result_free(result);
+            }
+        };
+        SystemFaults::allocations.begin(nth, 5);
+        vesk_login("Steam", "", "", "");
+        EXPECT_EQ(vesk_wait_idle(15000), 1);
+        poll();
+        vesk_logout("", "", 0);
+        EXPECT_EQ(vesk_wait_idle(15000), 1);
+        poll();
+        isRefused = SystemFaults::allocations.end() != 0;
+        poll(); // what had no memory before
+        // A call that had none itself has no number, and no answer.
+        EXPECT_EQ(answered.size(), requests() - before);
+        countRow("memory, main loop", 0);
+    }
 }
 
 TEST_F(ResourceFaults, CallbacksWithoutMemoryThrowNothingIntoTheComponent) {
