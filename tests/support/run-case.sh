@@ -99,6 +99,7 @@ timeout "${VESK_CASE_SECONDS:-60}" ${launcher:+"$launcher"} "$work/game/$(basena
     </dev/null >"$work/output" 2>&1 || status=$?
 # What the library prints at each assignment of a text would drown the rest.
 sed 's/len:[0-9][0-9]*//g' "$work/output"
+[ $status != 124 ] || echo "stopped after ${VESK_CASE_SECONDS:-60} seconds"
 [ $status = 0 ] || exit $status
 
 if [ -n "$plain" ]; then
