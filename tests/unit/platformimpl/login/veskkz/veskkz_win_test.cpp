@@ -11,29 +11,8 @@ namespace {
 
 /// Beside the program lie the simulated KZ component and a steam_api64.dll, which is no COM server.
 struct DllApiHelper : UnitTest {
-    ~DllApiHelper() override {
-        for (HMODULE module : modules) {
-            CoFreeLibrary(module);
-        }
-    }
-
-    /// Loads the file for the length of the case.
-    HMODULE load(const std::wstring& name) {
-        HMODULE module = SSO_SafeCoLoadLibrary(name);
-        if (module != nullptr) {
-            modules.push_back(module);
-        }
-        return module;
-    }
-
-    HRESULT create(const std::wstring& name, const char* classId, void** object) {
-        HMODULE module = nullptr;
-        const HRESULT result =
-            CreateObjectFromDllFile(name, KZId(classId), IID_IUnknown, object, &module);
-        if (module != nullptr) {
-            modules.push_back(module);
-        }
-        return result;
+    static HRESULT create(const std::filesystem::path& file, const char* classId, void** object) {
+        return CreateObjectFromDllFile(file.wstring(), KZId(classId), IID_IUnknown, object);
     }
 
     static std::filesystem::path fileOf(HMODULE module) {
@@ -45,9 +24,12 @@ struct DllApiHelper : UnitTest {
     std::filesystem::path beside(const char* name) const {
         return (folder / name).make_preferred();
     }
-
-    std::vector<HMODULE> modules;
 };
+
+// For the length of the case: each has a process of its own.
+HMODULE load(const std::wstring& name) {
+    return SSO_SafeCoLoadLibrary(name);
+}
 
 std::filesystem::path directoryFrom(UINT(WINAPI* call)(wchar_t*, UINT)) {
     wchar_t directory[MAX_PATH] = {};
@@ -98,14 +80,12 @@ TEST_F(DllApiHelper, BareNameIsNotFoundInTheWorkingDirectory) {
 
 TEST_F(DllApiHelper, EachWayToMissTheObjectIsLogged) {
     void* object = &object;
-    EXPECT_EQ(create(beside("KZOpenSDK.dll").wstring(), VESK_KZ_CLSID_OPENSDK, nullptr), E_POINTER);
-    EXPECT_TRUE(FAILED(create(beside("missing.dll").wstring(), VESK_KZ_CLSID_OPENSDK, &object)));
+    EXPECT_EQ(create(beside("KZOpenSDK.dll"), VESK_KZ_CLSID_OPENSDK, nullptr), E_POINTER);
+    EXPECT_TRUE(FAILED(create(beside("missing.dll"), VESK_KZ_CLSID_OPENSDK, &object)));
     EXPECT_EQ(object, nullptr);
-    EXPECT_TRUE(
-        FAILED(create(beside("steam_api64.dll").wstring(), VESK_KZ_CLSID_OPENSDK, &object)));
-    EXPECT_EQ(create(beside("KZOpenSDK.dll").wstring(), VESK_KZ_IID_EVENTS, &object),
+    EXPECT_TRUE(FAILED(create(beside("steam_api64.dll"), VESK_KZ_CLSID_OPENSDK, &object)));
+    EXPECT_EQ(create(beside("KZOpenSDK.dll"), VESK_KZ_IID_EVENTS, &object),
               CLASS_E_CLASSNOTAVAILABLE);
-    EXPECT_EQ(object, nullptr);
     EXPECT_THAT(newMessages(),
                 ElementsAre("CreateObjectFromDllFile: ppObject nullptr!",
                             AllOf(HasSubstr("missing.dll"), EndsWith(" failed error(126)!")),
