@@ -1,5 +1,4 @@
-# What an archive of scripts/package holds besides the installed tree, and how CPack makes it. The
-# dev kit's programs and the samples add their own rules where they are built. None of this is part
+# What an archive of scripts/package holds besides the installed tree. The dev kit's programs and the samples add their own rules where they are built. None of this is part
 # of a plain `cmake --install`.
 set(archive COMPONENT archive EXCLUDE_FROM_ALL)
 
@@ -16,8 +15,6 @@ install(FILES "${PROJECT_BINARY_DIR}/archive-readme/README.md" CHANGELOG.md CONT
     DESTINATION . ${archive})
 install(DIRECTORY docs DESTINATION . ${archive})
 install(DIRECTORY bindings/csharp DESTINATION bindings ${archive})
-# packaging/licences.sh writes them.
-install(DIRECTORY "${PROJECT_BINARY_DIR}/licences" DESTINATION . ${archive})
 
 if(VESK_BUILD_DEVKIT)
     install(FILES packaging/devkit.md DESTINATION devkit RENAME README.md ${archive})
@@ -31,16 +28,3 @@ if(VESK_BUILD_DEVKIT)
     install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
         DESTINATION devkit/console ${archive})
 endif()
-
-set(system linux)
-set(CPACK_GENERATOR TGZ)
-if(WIN32)
-    set(system windows)
-    set(CPACK_GENERATOR ZIP)
-endif()
-set(CPACK_PACKAGE_FILE_NAME "VESKCore-${PROJECT_VERSION}-${system}-x64")
-set(CPACK_INSTALL_CMAKE_PROJECTS
-    "${PROJECT_BINARY_DIR};VESKCore;ALL;/" "${PROJECT_BINARY_DIR};VESKCore;archive;/")
-set(CPACK_PACKAGING_INSTALL_PREFIX /)
-set(CPACK_STRIP_FILES ON)
-include(CPack)

@@ -13,6 +13,13 @@ else()
         # Log lines and debug information know their source file. Where it was built is nobody's business,
         # and the same sources shall give the same bytes in every folder.
         "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${PROJECT_BINARY_DIR}=.")
+    if(DEFINED vesk_cache) # by the toolchain file
+        target_compile_options(vesk_options INTERFACE "-ffile-prefix-map=${vesk_cache}/=")
+    endif()
+endif()
+if(MINGW)
+    # And at every time.
+    target_link_options(vesk_options INTERFACE -Wl,--no-insert-timestamp)
 endif()
 
 if(VESK_WARNINGS_ARE_ERRORS)

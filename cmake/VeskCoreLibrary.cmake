@@ -69,8 +69,6 @@ if(WIN32)
         # inside, nothing may be exported.
         target_link_options(VESKCore PRIVATE -static -Wl,--exclude-all-symbols
             -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat
-            # The same sources shall give the same bytes at every time.
-            -Wl,--no-insert-timestamp
             # The names of all functions, for Windows' own debuggers.
             "-Wl,--pdb=$<TARGET_FILE_DIR:VESKCore>/VESKCore.pdb")
     endif()

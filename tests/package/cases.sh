@@ -4,7 +4,8 @@
 everywhere=(
     HoldsTheExpectedEntries HoldsTheLicences NamesNothingOfTheBuildingMachine PagesLinkToFilesInside
     PagesNameWhatIsInside WrongSystemIsOneSentence
-    LibraryExportsAndImportsTheList FindPackageGivesARunningGameWhoseFilesAreKept PkgConfigLinksIt
+    LibraryExportsAndImportsTheList SymbolsFindTheLine InventoryTellsWhatIsInside BearsTheTimeOfTheCommit
+    FindPackageGivesARunningGameWhoseFilesAreKept PkgConfigLinksIt
     PlainFlagsLinkItFromC SampleLogsIn ConsoleOfTheDevKitLogsIn
 )
 windows=(CrossToolchainFindsIt FirstPageLogsIn MsvcAbiLinksByFindPackage)
@@ -12,7 +13,7 @@ once=(PageNamesTheOldestGlibc PortHasTheVersion PortConfiguresWithoutDevKit
     UnityArchiveHasItsLayout UnitySampleLogsIn)
 
 HoldsTheExpectedEntries() {
-    local wanted="CHANGELOG.md CONTRIBUTING.md README.md bindings devkit docs include lib licences samples"
+    local wanted="CHANGELOG.md CONTRIBUTING.md README.md bindings devkit docs include lib licences samples sbom.spdx.json symbols"
     [[ "$platform" == linux ]] || wanted="${wanted/bindings/bin bindings}"
     diff <(tr ' ' '\n' <<<"$wanted") <(LC_ALL=C ls "$package")
     local libraries=(libVESKCore.so) programs=(vesk-devbackend vesk-doctor vesk-logread)
@@ -66,6 +67,74 @@ PagesNameWhatIsInside() {
 
 LibraryExportsAndImportsTheList() {
     "$root/scripts/check-binary" "$platform" "$(ls "$package"/{bin,lib}/"$shared" 2>/dev/null)"
+}
+
+# As docs/integration.md says it: a place in the stripped library, and what lies there.
+SymbolsFindTheLine() {
+    local library place line base=0
+    library="$(echo "$package"/*/"$shared")"
+    if [[ "$platform" == windows ]]; then
+        base="0x$(objdump -p "$library" | awk '$1 == "ImageBase" { print $2 }')"
+        place="$(llvm-readobj --coff-exports "$library" | awk '$1 == "Name:" { on = $2 == "vesk_describe" } on && $1 == "RVA:" { print $2 }')"
+    else
+        place="0x$(nm -D "$library" | awk '$3 == "vesk_describe" { print $1 }')"
+    fi
+    line="$(grep -n ' vesk_describe(' "$root/src/cinterface/veskcmainloop.cpp" | cut -d : -f 1)"
+    addr2line -Cfie "$package/symbols/$shared.debug" "$(printf '%#x' $((base + place)))" | tee out
+    # The line of the name, or of what is inlined first.
+    tail -n 1 out | grep -E "/src/cinterface/veskcmainloop.cpp:($line|$((line + 1)))( |\$)" || complain "another line than $line"
+    [[ "$platform" == windows ]] || return 0
+    # The PDB, of a function that is not exported.
+    cp "$library" .
+    cp "$root/dist/VESKCore-$version-windows-x64-VESKCore.pdb" VESKCore.pdb
+    place="$(nm -C "$package/symbols/$shared.debug" | awk '/ T .*VESKHTTPClient::SetTransport\(/ { print $1 }')"
+    ! llvm-nm VESKCore.dll 2>&1 | grep SetTransport || complain "the library is not stripped"
+    llvm-symbolizer --obj=VESKCore.dll "0x$place" | tee out
+    expect "VESKHTTPClient::SetTransport("
+}
+
+InventoryTellsWhatIsInside() {
+    local file="$package/sbom.spdx.json" name sum word="STATIC_LINK" inside=curl
+    # What SPDX 2.3 demands of a document, of each package, file and relationship.
+    jq -e '.spdxVersion == "SPDX-2.3" and .dataLicense == "CC0-1.0" and .SPDXID == "SPDXRef-DOCUMENT" and .name != "" and
+        (.documentNamespace | test("^[a-z]+:[^#]+$")) and (.creationInfo.creators | length > 0) and
+        (.creationInfo.created | test("^20[0-9-]{8}T[0-9:]{8}Z$")) and (.packages + .files | length > 10) and
+        ([.packages[], .files[] | .SPDXID] | length == (unique | length) and all(test("^SPDXRef-[A-Za-z0-9.-]+$"))) and
+        ([.packages[] | .name, .versionInfo, .downloadLocation] | all(. != null and . != "")) and
+        ([.files[] | (.fileName | test("^[.]/")) and ([.checksums[].algorithm] | index("SHA1") != null)] | all) and
+        ([.packages[], .files[] | .SPDXID] + [.SPDXID]) as $ids |
+        .relationships | all(([.spdxElementId, .relatedSpdxElement] - $ids) == [])' "$file"
+    jq -r '.packages[] | .name + " " + .versionInfo' "$file" >out
+    expect "VESKCore $version"
+    name="$(g++ -E -P -x c++ -include rapidjson/rapidjson.h - <<<RAPIDJSON_VERSION_STRING | tail -n 1 | tr -d '" ')"
+    grep -Fx "rapidjson $name" out
+    [[ "$platform" == windows ]] || word=DYNAMIC_LINK inside=openssl
+    name="$(sed -n 's/^curl //p' out)"
+    if [[ "$platform" == windows ]]; then
+        grep -Fx "$name" < <(strings -a "$package/bin/$shared") || complain "the library has another curl than $name"
+    fi
+    curl-config --version | grep -Fx "libcurl $name"
+    jq -r '(.files | map({(.SPDXID): .fileName}) | add) as $name |
+        .relationships[] | "\($name[.spdxElementId]) \(.relationshipType) \(.relatedSpdxElement)"' "$file" >out
+    expect "$(cd "$package" && echo ./*/"$shared") $word SPDXRef-$inside"
+    jq -r '.files[] | "\(.checksums[] | select(.algorithm == "SHA256").checksumValue)  \(.fileName)"' "$file" >sums
+    (cd "$package" && sha256sum --strict --check "$OLDPWD/sums")
+}
+
+# The same bytes whoever packs it, and when: entries, and what the tools write into programs for Windows.
+BearsTheTimeOfTheCommit() {
+    local time="@${SOURCE_DATE_EPOCH:-$(git -C "$root" log -1 --format=%ct)}"
+    export TZ=UTC
+    [[ "$(find "$package" -type f -printf '%Ts\n' | sort -u | wc -l)" == 1 ]] || complain "files have several times"
+    if [[ "$platform" == linux ]]; then
+        tar --full-time --numeric-owner -tvzf "$root/dist/VESKCore-$version-linux-x64.tar.gz" |
+            awk '{ print $2, $4, $5 }' | sort -u >out
+        diff out <(date -d "$time" '+0/0 %F %T')
+    else
+        find "$package" -name '*.dll' -o -name '*.exe' -o -name '*.debug' | xargs -n 1 x86_64-w64-mingw32-objdump -p |
+            sed -nE '/stamp[[:space:]]+0$/d; s/^Time.Date[[:space:]]+//p' | sort -u >out
+        diff out <(LC_ALL=C date -d "$time" '+%a %b %e %T %Y')
+    fi
 }
 
 FindPackageGivesARunningGameWhoseFilesAreKept() {
