@@ -76,11 +76,10 @@ class ActingObserver final : public Braxel::VESK::VESKLoginObserver {
 public:
     std::function<void(const Braxel::VESK::VESKLoginRet&)> onLogin = [](const auto&) {};
     std::function<void(const Braxel::VESK::VESKBaseRet&)> onBase = [](const auto&) {};
-    std::function<void(const Braxel::VESK::VESKQrCodeRet&)> onQrCode = [](const auto&) {};
 
     void OnLoginRetNotify(const Braxel::VESK::VESKLoginRet& ret) override { onLogin(ret); }
     void OnBaseRetNotify(const Braxel::VESK::VESKBaseRet& ret) override { onBase(ret); }
-    void OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet& ret) override { onQrCode(ret); }
+    void OnQrCodeRetNotify(const Braxel::VESK::VESKQrCodeRet&) override {}
 };
 
 } // namespace vesk::test
