@@ -131,7 +131,7 @@ BearsTheTimeOfTheCommit() {
             awk '{ print $2, $4, $5 }' | sort -u >out
         diff out <(date -d "$time" '+0/0 %F %T')
     else
-        find "$package" -name '*.dll' -o -name '*.exe' -o -name '*.debug' | xargs -n 1 x86_64-w64-mingw32-objdump -p |
+        find "$package" -regex '.*[.]\(dll\|exe\|debug\)' -exec x86_64-w64-mingw32-objdump -p {} \; |
             sed -nE '/stamp[[:space:]]+0$/d; s/^Time.Date[[:space:]]+//p' | sort -u >out
         diff out <(LC_ALL=C date -d "$time" '+%a %b %e %T %Y')
     fi
