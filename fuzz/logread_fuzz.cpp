@@ -9,7 +9,6 @@
 #include "loginstory.h"
 #include "logread/logbytes.h"
 #include "logreader.h"
-#include "recordprinter.h"
 
 namespace {
 

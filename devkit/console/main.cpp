@@ -8,10 +8,8 @@
 #include <string>
 #include <thread>
 
+#include "console.h"
 #include "doctor.h"
-#include "options.h"
-#include "report.h"
-#include "terminal.h"
 #include "vesk/vesk.hpp"
 
 namespace {
@@ -134,10 +132,6 @@ int main(int argc, char** argv) {
     }
     if (!options.help.empty()) {
         std::fputs(options.help.c_str(), stdout);
-        return 0;
-    }
-    if (options.version) {
-        std::printf("vesk-console with VESKCore %s\n", vesk_version());
         return 0;
     }
     const Terminal terminal;

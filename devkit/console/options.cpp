@@ -1,7 +1,7 @@
-#include "options.h"
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
+
+#include "console.h"
 
 namespace {
 
@@ -152,7 +152,8 @@ void define(CLI::App& app, Options& options) {
     words.pop_back(); // help stands in front of a word
     app.add_option("WORD", options.words)->check(CLI::IsMember(words));
     app.option_defaults()->take_last();
-    app.add_flag("--version", options.version);
+    app.set_version_flag("--version",
+                         std::string("vesk-console with VESKCore ") + vesk_version() + "\n");
     // The SDK never answers a login through a channel that it does not know.
     app.add_option("--channel", options.channel)->check(CLI::IsMember({"KZ", "Ferno", "Steam"}));
     app.add_option("--extra-json", options.extraJson);
@@ -178,9 +179,11 @@ Options parseOptions(int argc, char** argv) {
     define(app, options);
     try {
         app.parse(argc, argv);
-        options.complaint = options.version ? "" : complaintAbout(options);
+        options.complaint = complaintAbout(options);
     } catch (const CLI::CallForHelp&) {
         options.help = generalHelp();
+    } catch (const CLI::CallForVersion& version) {
+        options.help = version.what();
     } catch (const CLI::ParseError& error) {
         options.complaint = error.what();
     }

@@ -1,6 +1,6 @@
-#include "terminal.h"
-
 #include <windows.h>
+
+#include "console.h"
 
 Terminal::Terminal() {
     HANDLE const console = GetStdHandle(STD_ERROR_HANDLE);

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "common/file.h"
+#include "common/system.h"
 #include "doctor.h"
 #include "module.h"
 

@@ -2,7 +2,7 @@
 #include <cctype>
 #include <cstdlib>
 
-#include "common/file.h"
+#include "common/system.h"
 #include "doctor.h"
 
 namespace vesk::doctor {
@@ -152,12 +152,6 @@ const std::vector<SettingKey>& settingKeys() {
     return keys;
 }
 
-bool isSettingKey(const std::string& name) {
-    const auto& keys = settingKeys();
-    return std::any_of(keys.begin(), keys.end(),
-                       [&](const SettingKey& key) { return name == key.name; });
-}
-
 /// The key that was probably meant by @p name, which is none; empty when nothing is like it.
 std::string likelyKey(const std::string& name) {
     constexpr size_t kLongestKey = 40;
@@ -184,18 +178,12 @@ std::string lineNumber(const IniFile::Setting& setting) {
 
 /// Whether a name can be shown: a line that was mixed up may have a secret in the key's place.
 bool looksLikeName(const std::string& key) {
-    bool underscore = false;
-    for (const char c : key) {
-        underscore = underscore || c == '_';
-        if (c != '_' && std::isupper(static_cast<unsigned char>(c)) == 0) {
-            return false;
-        }
-    }
-    return underscore;
+    return key.find('_') != std::string::npos &&
+           key.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_") == std::string::npos;
 }
 
-Finding judgeUnknownKey(const IniFile& config, const IniFile::Setting& setting) {
-    const std::string where = std::string(kConfigFile) + ", " + lineNumber(setting);
+Finding judgeUnknownKey(const IniFile& config, const IniFile::Setting& setting,
+                        const std::string& where) {
     const std::string likely = likelyKey(setting.key);
     if (likely.empty()) {
         const std::string name = looksLikeName(setting.key) ? setting.key : "a key";
@@ -213,8 +201,9 @@ Finding judgeUnknownKey(const IniFile& config, const IniFile::Setting& setting) 
 
 Findings judgeLine(const IniFile& config, const IniFile::Setting& setting) {
     const std::string where = std::string(kConfigFile) + ", " + lineNumber(setting);
-    if (!isSettingKey(setting.key)) {
-        return {judgeUnknownKey(config, setting)};
+    const auto isIt = [&](const SettingKey& key) { return setting.key == key.name; };
+    if (std::none_of(settingKeys().begin(), settingKeys().end(), isIt)) {
+        return {judgeUnknownKey(config, setting, where)};
     }
     Findings findings;
     if (config.find(setting.key) != &setting) {

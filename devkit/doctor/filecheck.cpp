@@ -3,7 +3,7 @@
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
-#include "common/file.h"
+#include "common/system.h"
 #include "doctor.h"
 
 namespace fs = std::filesystem;

@@ -5,7 +5,6 @@
 #include <ctime>
 
 #include "common/resultcodes.h"
-#include "recordprinter.h"
 
 namespace vesk::logread {
 

@@ -84,6 +84,20 @@ private:
     uint64_t mPlainEnds = 0;
 };
 
+/// Appends text with the bytes of its control characters as "\x1b", so that a log cannot steer the
+/// terminal, nor show its text in another order. Line feeds and tabs stay; a carriage return before
+/// a line feed is left out.
+void appendPrintable(std::string& out, std::string_view text);
+
+/// Appends one record as text, line end included.
+using RecordFormat = void (*)(std::string& out, const LogRecord& record);
+
+/// The record as the SDK has written it, before scrambling.
+void appendAsText(std::string& out, const LogRecord& record);
+
+/// One JSON object a record; what is not known is null.
+void appendAsJson(std::string& out, const LogRecord& record);
+
 } // namespace vesk::logread
 
 #endif

@@ -1,11 +1,13 @@
 // What the tools share, as far as no tool's own test tells the same.
-#include <cstdlib>
 #include <gmock/gmock.h>
+#include <regex>
+#include <sstream>
 
-#include "common/file.h"
 #include "common/inifile.h"
-#include "common/jsonline.h"
-#include "common/ownmodule.h"
+#include "common/resultcodes.h"
+#include "common/system.h"
+#include "common/text.h"
+#include "support/files.h"
 
 namespace vesk::test {
 namespace {
@@ -42,9 +44,46 @@ TEST(Common, OwnFolderIsTheProgramsOwn) {
     const auto file = ownFolder() / "common_test.txt";
     appendToFile(file, "one\n");
     appendToFile(file, "two");
-    EXPECT_EQ(readFile(std::filesystem::path(std::getenv("VESK_TEST_FOLDER")) / "common_test.txt"),
+    EXPECT_EQ(devkit::readFile(std::filesystem::path(environment("VESK_TEST_FOLDER")) /
+                               "common_test.txt"),
               "one\ntwo");
-    EXPECT_EQ(readFile(ownFolder()), "");
+    EXPECT_EQ(devkit::readFile(ownFolder()), "");
+}
+
+/// A row as docs/codes.md has it.
+std::string rowOfPage(const Advice& row) {
+    std::ostringstream out;
+    if (row.IsForOthers()) {
+        out << "| other";
+    } else {
+        out << "| " << row.first;
+    }
+    if (row.last != row.first && !row.IsForOthers()) {
+        out << " to " << row.last;
+    }
+    out << " | " << row.CauseName() << " | " << row.meaning << " | " << row.remedy
+        << (*row.remedy == '\0' ? "| " : " | ");
+    if (row.retryAfter > 0) {
+        out << "after " << row.retryAfter / 1000 << " s |";
+    } else {
+        out << (row.retryAfter == 0 ? "yes |" : "no |");
+    }
+    return out.str();
+}
+
+TEST(ResultCodes, ThePageAndTheTableHaveTheSameRows) {
+    std::vector<std::string> table, page;
+    const auto [begin, end] = Advice::Table();
+    std::transform(begin, end, std::back_inserter(table), rowOfPage);
+    std::istringstream text(test::readFile(environment("VESK_TEST_FOLDER") + "/codes.md"));
+    for (std::string line; std::getline(text, line);) {
+        if (std::regex_search(line, std::regex(R"(^\| (-?\d|other))"))) {
+            // Without a code's name, and without what only a page has.
+            line = std::regex_replace(line, std::regex(R"(^(\| \d+) `\w+`)"), "$1");
+            page.push_back(std::regex_replace(line, std::regex("`"), ""));
+        }
+    }
+    EXPECT_EQ(page, table);
 }
 
 } // namespace

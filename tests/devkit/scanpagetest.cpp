@@ -1,6 +1,8 @@
 #include "devkit/scanpagetest.h"
 
 #include <rapidjson/document.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
 
 #include "support/waituntil.h"
 
@@ -8,17 +10,10 @@ namespace vesk::test {
 namespace {
 
 std::string textOf(const rapidjson::Value& value) {
-    if (value.IsArray()) {
-        std::string list;
-        for (const auto& item : value.GetArray()) {
-            list += (list.empty() ? "" : ",") + textOf(item);
-        }
-        return list;
-    }
-    if (value.IsBool()) {
-        return value.IsTrue() ? "true" : "false";
-    }
-    return value.IsString() ? value.GetString() : "";
+    rapidjson::StringBuffer json;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(json);
+    value.Accept(writer);
+    return value.IsString() ? value.GetString() : json.GetString();
 }
 
 } // namespace

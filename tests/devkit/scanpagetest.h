@@ -9,7 +9,7 @@
 
 namespace vesk::test {
 
-/// A QR code as the control API lists it: its members as texts, the buttons with commas between.
+/// A QR code as the control API lists it: texts as they are, other members as JSON.
 using Session = std::map<std::string, std::string>;
 
 /// The player at the scan page, as a script plays him.

@@ -54,10 +54,8 @@ std::vector<std::string> readLog(const std::string& bytes, size_t piece, bool re
 std::string printLog(const std::string& bytes, RecordFormat format, RecordFilter filter,
                      bool redact, size_t piece) {
     std::string out;
-    RecordPrinter printer(format, [&](std::string_view text) { out.append(text); });
-    LogReader reader([&](const LogRecord& record) { printer.take(record); }, filter, redact);
+    LogReader reader([&](const LogRecord& record) { format(out, record); }, filter, redact);
     feed(reader, bytes, piece);
-    printer.flush();
     return out;
 }
 

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "logreader.h"
-#include "recordprinter.h"
 
 namespace vesk::test {
 

@@ -24,7 +24,8 @@ ReceivedRequest received(const httplib::Request& request, const std::string& bod
         // The library adds the addresses of the connection as if they were headers.
         if (name != "REMOTE_ADDR" && name != "REMOTE_PORT" && name != "LOCAL_ADDR" &&
             name != "LOCAL_PORT") {
-            result.headers.emplace_back(name, value);
+            std::string& joined = result.headers[name];
+            joined += (joined.empty() ? "" : ", ") + value;
         }
     }
     return result;

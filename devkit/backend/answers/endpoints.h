@@ -3,8 +3,7 @@
 
 #include <string>
 
-#include "answers/issued.h"
-#include "answers/requestlog.h"
+#include "answers/memory.h"
 #include "answers/scriptedanswer.h"
 #include "checks/requestcheck.h"
 #include "httplib.h"

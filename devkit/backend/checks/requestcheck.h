@@ -2,10 +2,9 @@
 #define VESK_DEVKIT_BACKEND_CHECKS_REQUESTCHECK_H
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace vesk::backend {
 
@@ -67,7 +66,8 @@ struct ReceivedRequest {
     std::string method;
     /// Path and query as they stood in the request line.
     std::string target;
-    std::vector<std::pair<std::string, std::string>> headers;
+    /// One that came several times has its values joined.
+    std::map<std::string, std::string> headers;
     std::string body;
 
     /// The target up to the first '?'.
@@ -116,10 +116,6 @@ struct CheckedRequest {
 /// @param now the backend's clock in Unix seconds
 CheckedRequest checkRequest(const ReceivedRequest& request, const CheckSettings& settings,
                             long long now);
-
-/// Checks the body's shape: JSON, exactly the expected members in their order, each of its type.
-/// @param channelId the query's channel id, which decides what "channel_info" must hold
-BodyContent checkBody(const std::string& body, Endpoint endpoint, const std::string& channelId);
 
 } // namespace vesk::backend
 

@@ -12,8 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "answers/issued.h"
-#include "answers/requestlog.h"
+#include "answers/memory.h"
 #include "httplib.h"
 #include "server/controlport.h"
 #include "server/waitingroom.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/jsonline.h"
+#include "common/text.h"
 
 namespace vesk::backend {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "common/jsonline.h"
+#include "common/text.h"
 
 namespace vesk::simulator {
 

@@ -6,8 +6,7 @@
 #include <cstring>
 #include <thread>
 
-#include "common/file.h"
-#include "common/ownmodule.h"
+#include "common/system.h"
 
 namespace vesk::simulator {
 

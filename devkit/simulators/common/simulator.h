@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "common/inifile.h"
-#include "common/jsonline.h"
+#include "common/text.h"
 
 namespace vesk::simulator {
 

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/ownmodule.h"
+#include "common/system.h"
 #include "common/text.h"
 #include "playerdesk.h"
 #include "simulator.h"

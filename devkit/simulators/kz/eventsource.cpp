@@ -38,10 +38,6 @@ HRESULT resultOf(const Settings& settings, const char* key) {
     return static_cast<HRESULT>(settings.number(key, S_OK));
 }
 
-HRESULT EventSource::EnumConnectionPoints(IEnumConnectionPoints** /*connectionPoints*/) {
-    return E_NOTIMPL;
-}
-
 HRESULT EventSource::FindConnectionPoint(REFIID id, IConnectionPoint** connectionPoint) {
     if (connectionPoint == nullptr) {
         return E_POINTER;
@@ -92,10 +88,6 @@ HRESULT EventSource::Unadvise(DWORD cookie) {
     simulator::writeDown(JsonLine().add("call", "Unadvise").add("cookie", cookie));
     const bool found = mListeners->remove(cookie, Settings().number("keep_sink", 0));
     return found ? S_OK : CONNECT_E_NOCONNECTION;
-}
-
-HRESULT EventSource::EnumConnections(IEnumConnections** /*connections*/) {
-    return E_NOTIMPL;
 }
 
 void EventSource::open(bool isOpen) {

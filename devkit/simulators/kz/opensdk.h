@@ -23,7 +23,9 @@ public:
     EventSource& operator=(const EventSource&) = delete;
 
     HRESULT STDMETHODCALLTYPE
-    EnumConnectionPoints(IEnumConnectionPoints** connectionPoints) override;
+    EnumConnectionPoints(IEnumConnectionPoints** /*connectionPoints*/) override {
+        return E_NOTIMPL;
+    }
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id,
                                                   IConnectionPoint** connectionPoint) override;
 
@@ -32,7 +34,9 @@ public:
     GetConnectionPointContainer(IConnectionPointContainer** container) override;
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* listener, DWORD* cookie) override;
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
-    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override;
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** /*connections*/) override {
+        return E_NOTIMPL;
+    }
 
 protected:
     EventSource() = default;

@@ -1,5 +1,3 @@
-#include "server.h"
-
 #include <cstring>
 #include <objbase.h>
 

@@ -1,13 +1,17 @@
-#ifndef VESK_DEVKIT_BACKEND_ANSWERS_ISSUED_H
-#define VESK_DEVKIT_BACKEND_ANSWERS_ISSUED_H
+#ifndef VESK_DEVKIT_BACKEND_ANSWERS_MEMORY_H
+#define VESK_DEVKIT_BACKEND_ANSWERS_MEMORY_H
 
+#include <chrono>
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "checks/requestcheck.h"
+#include "server/waitingroom.h"
 
 namespace vesk::backend {
 
@@ -50,6 +54,39 @@ private:
     std::map<std::pair<std::string, std::string>, std::string> mChannelIds;
     /// From pre-code to sequence id.
     std::map<std::string, std::string> mSeqs;
+};
+
+/// One request and what became of it.
+struct LoggedRequest {
+    ReceivedRequest request;
+    Problem problem;
+    bool scripted = false;
+    /// The HTTP status of the answer; 0 when none is sent.
+    int status = 0;
+    std::chrono::system_clock::time_point received = std::chrono::system_clock::now();
+    /// Counts up from 1; the log sets it.
+    uint64_t number = 0;
+};
+
+/// Keeps the requests in the order they came. Safe to use from several threads.
+class RequestLog {
+public:
+    /// @param waitingRoom hears of every change
+    explicit RequestLog(WaitingRoom& waitingRoom) : mWaitingRoom(waitingRoom) {}
+
+    void add(const LoggedRequest& entry);
+
+    /// The newest @p count requests as a JSON array, oldest first; of each text @p maxBytes at
+    /// most.
+    std::string toJson(size_t count = SIZE_MAX, size_t maxBytes = std::string::npos) const;
+
+    void clear();
+
+private:
+    WaitingRoom& mWaitingRoom;
+    mutable std::mutex mMutex;
+    uint64_t mLastNumber = 0;
+    std::vector<LoggedRequest> mEntries;
 };
 
 } // namespace vesk::backend

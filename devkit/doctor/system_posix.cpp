@@ -1,16 +1,20 @@
-#include "module.h"
+#include "common/system.h"
 
 #include <algorithm>
 #include <cstring>
+#include <ctime>
 #include <dlfcn.h>
 #include <elf.h>
 #include <iterator>
+#include <memory>
+#include <openssl/pem.h>
+#include <openssl/x509.h>
 #include <set>
 #include <stdexcept>
 #include <string_view>
 
-#include "common/file.h"
-#include "common/ownmodule.h"
+#include "connection.h"
+#include "module.h"
 
 namespace fs = std::filesystem;
 
@@ -20,6 +24,22 @@ const char* const kSdkLibrary = "libVESKCore.so";
 const ModuleKind kSystem = ModuleKind::Linux64;
 
 namespace {
+
+std::string textOf(const X509_NAME* name) {
+    for (const int kind : {NID_commonName, NID_organizationName}) {
+        char text[256] = {};
+        if (X509_NAME_get_text_by_NID(name, kind, text, sizeof text) > 0) {
+            return text;
+        }
+    }
+    return "a certificate without a name";
+}
+
+int64_t secondsOf(const ASN1_TIME* time) {
+    std::tm utc = {};
+    ASN1_TIME_to_tm(time, &utc);
+    return timegm(&utc);
+}
 
 /// A record at a place in a file; throws std::out_of_range beyond its end.
 template <typename Record>
@@ -68,6 +88,19 @@ LoadedSdk openSdk(const char* name, int mode) {
 }
 
 } // namespace
+
+std::optional<Certificate> readCertificate(const std::string& block) {
+    const std::unique_ptr<BIO, decltype(&BIO_free)> bytes(
+        BIO_new_mem_buf(block.data(), static_cast<int>(block.size())), &BIO_free);
+    const std::unique_ptr<X509, decltype(&X509_free)> read(
+        PEM_read_bio_X509(bytes.get(), nullptr, nullptr, nullptr), &X509_free);
+    if (!read) {
+        return {};
+    }
+    return Certificate{
+        textOf(X509_get_subject_name(read.get())), textOf(X509_get_issuer_name(read.get())),
+        secondsOf(X509_get0_notBefore(read.get())), secondsOf(X509_get0_notAfter(read.get()))};
+}
 
 // Loading it instead would run its constructors, and end this program when it is cut off: what is
 // missing is mapped all the same.
