@@ -1,9 +1,14 @@
+#define STB_IMAGE_IMPLEMENTATION
+#define STB_IMAGE_STATIC
+#define STBI_NO_STDIO
+#define STBI_ONLY_PNG
 #include "qrblocks.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <regex>
 #include <sstream>
+#include <stb_image.h>
 
 #include "devkit/qrreader.h"
 #include "scanpage/scanpage.h"
@@ -43,12 +48,27 @@ std::string textOfModules(const Modules& rows) {
     return textOfPixels(pixels.data(), static_cast<int>(width), static_cast<int>(height));
 }
 
-TEST(QrBlocks, ReadAsThePictureDoes) {
+/// What a telephone reads from a picture.
+std::string scan(const std::string& png) {
+    int width = 0;
+    int height = 0;
+    const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
+        stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(png.data()),
+                              static_cast<int>(png.size()), &width, &height, nullptr, 1),
+        &stbi_image_free);
+    const stbi_uc* const begin = pixels.get();
+    EXPECT_EQ(std::find(begin, begin + (pixels ? width * height : 0), 0) - begin, 20 * width + 20)
+        << "the quiet zone has four modules of five pixels";
+    return pixels ? textOfPixels(begin, width, height) : "no PNG";
+}
+
+TEST(QrBlocks, ReadAsThePictureDoesAndThatAsItsText) {
     // 21, 29 and 109 modules a side: all are odd, so the last line has half a row.
     for (const std::string& text :
-         {std::string("x"), std::string("https://ferno.example/qr/123456"),
-          std::string(800, 'x')}) {
-        const Modules rows = modulesOf(qrBlocks(*backend::qrPng(text), false));
+         {std::string("x"), std::string("<script>'&\xC3\xA4</script>"), std::string(800, 'x')}) {
+        const std::string picture = *backend::qrPng(text);
+        EXPECT_EQ(scan(picture), text);
+        const Modules rows = modulesOf(qrBlocks(picture, false));
         EXPECT_EQ(textOfModules(rows), text);
         const size_t end = rows.at(0).size() - 1;
         for (size_t y = 0; y <= end; ++y) {

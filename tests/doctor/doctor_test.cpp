@@ -1,8 +1,11 @@
+#include "doctor.h"
+
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <sstream>
 
 #include "doctor/doctortest.h"
+#include "support/backendcontrol.h"
 #include "support/files.h"
 
 namespace vesk::test {
@@ -57,8 +60,7 @@ TEST_F(DoctorTest, NamesWhatIsWrongWithASetting) {
          "Remove one"},
         {line("VESK_SDK_KEY dev-key-0123", "x"), "warning", file, "line 10 is passed over",
          "KEY ="},
-        {line("FERNO_APP_ID = a#b"), "warning", "VESKConfig.ini, line 6", "\"#\"",
-         "begins a comment"},
+        {line("FERNO_APP_ID = a#b"), "warning", "VESKConfig.ini, line 6", "#", "begins a comment"},
         {line("FERNO_APP_ID = \"a\""), "warning", "VESKConfig.ini, line 6", "quotes",
          "Remove the quotes"},
         {line("VESK_HTTP_TIMEOUT ="), "problem", "VESK_HTTP_TIMEOUT", "counts as 0",
@@ -87,7 +89,7 @@ TEST_F(DoctorTest, NamesWhatIsWrongWithAFile) {
         {gone("VESKRetMsg.json"), "problem", "VESKRetMsg.json", "missing", "comes with the SDK"},
         {is("VESKRetMsg.json", "{\n\"0\":\"a\",\n}"), "problem", "VESKRetMsg.json",
          "not valid JSON, line 3", "Correct that line"},
-        {is("VESKRetMsg.json", "[]"), "problem", "VESKRetMsg.json", "no object", "Write {"},
+        {is("VESKRetMsg.json", "[]"), "problem", "VESKRetMsg.json", "no object", "Write "},
         {is("VESKRetMsg_.json", "{"), "problem", "VESKRetMsg_.json", "not valid", "Correct"},
         {gone("cacert.pem"), "problem", "cacert.pem", "no such file", "certificate authority"},
         {is("cacert.pem", "nothing"), "problem", "cacert.pem", "no certificate", "PEM"},
@@ -226,6 +228,112 @@ TEST_F(DoctorTest, SurvivesAComponentThatIsCutOffAnywhere) {
     }
     // A Windows file may lack its end, where nothing is that counts.
     EXPECT_GT(problems, 10u);
+}
+
+// The first label is too long for any name server, so that none is asked.
+const std::string kNoName = "https://" + std::string(64, 'n') + ".invalid";
+
+TEST_F(DoctorTest, NamesTheStepAtWhichTheBackendIsLost) {
+    const auto url = [this](const std::string& address) {
+        return [this, address] { setLine("VESK_URL = " + address); };
+    };
+    const std::string port = mUrl.substr(mUrl.rfind(':'));
+    expectEach(
+        {
+            {url(kNoName), "problem", "name", "libcurl reports 6", "DNS"},
+            {url("https://localhost:1"), "problem", "connection", "libcurl reports 7", "--port 1"},
+            {url("https://localhost" + environment("VESK_TEST_CONTROL_URL").substr(16)), "problem",
+             "certificate", "libcurl reports 35", "other than TLS"},
+            {url("http://localhost" + port), "problem", "answer", "libcurl reports", "scheme"},
+            {[this] { copy("expired_ca.pem", "cacert.pem"); }, "problem", "certificate",
+             "which is not in cacert.pem: libcurl reports 60", "Put that authority's certificate"},
+            {[this] { fs::remove(mFolder / "cacert.pem"); }, "problem", "certificate",
+             "libcurl reports 77", "cacert.pem is missing"},
+        },
+        false);
+}
+
+TEST_F(DoctorTest, NamesTheFaultOfTheBackendsCertificate) {
+    BackendControl backend(environment("VESK_TEST_CONTROL_URL"));
+    const auto shows = [&](const char* kind) {
+        return [&backend, kind] { backend.showCertificate(kind); };
+    };
+    expectEach(
+        {
+            {shows("expired"), "problem", "certificate", "and here it is", "has to renew"},
+            {shows("not-yet-valid"), "problem", "certificate", "is valid from",
+             "this computer's date"},
+            {shows("wrong-name"), "problem", "certificate", "libcurl reports 60", "another host"},
+            {shows("self-signed"), "problem", "certificate", "not in cacert.pem",
+             "Put that authority"},
+            {shows("unknown-ca"), "problem", "certificate", "libcurl reports 60", "cacert.pem"},
+        },
+        false);
+}
+
+/// What the doctor says about a step of a connection, as "verdict: found -> remedy".
+std::string judged(const doctor::Connection& connection, const std::string& check) {
+    const doctor::BackendAddress address("https://login.example.com");
+    for (const auto& finding : doctor::checkConnection(address, connection, doctor::PemFile())) {
+        if (finding.check == check) {
+            const char* const verdicts[] = {"problem", "warning", "ok"};
+            return std::string(verdicts[static_cast<int>(finding.verdict)]) + ": " + finding.found +
+                   " -> " + finding.remedy;
+        }
+    }
+    return "nothing";
+}
+
+TEST_F(DoctorTest, JudgesClockAnswerAndCertificateByTheirFigures) {
+    using doctor::Connection;
+    const doctor::PemFile pem(readFile(mFolder / "expired_ca.pem"));
+    ASSERT_EQ(pem.certificates.size(), 1u);
+    const auto clock = [](int64_t ahead) {
+        Connection connection;
+        connection.ownTime = 1800000000;
+        connection.backendTime = connection.ownTime - ahead;
+        return connection;
+    };
+    const auto answer = [](long status, const char* location, Connection::Step reached) {
+        Connection connection;
+        connection.status = status;
+        connection.location = location;
+        connection.reached = reached;
+        return connection;
+    };
+    const auto daysLeft = [&pem](int days) {
+        Connection connection;
+        connection.certificates = pem.certificates;
+        connection.ownTime = pem.certificates[0].end - days * 86400;
+        connection.reached = days < 0 ? Connection::Step::Secure : Connection::Step::Done;
+        connection.code = 60;
+        return connection;
+    };
+    const auto whole = Connection::Step::Done;
+    const std::string elsewhere = "https://elsewhere.example";
+    const struct {
+        Connection connection;
+        const char *check, *words;
+    } rows[] = {
+        {clock(0), "clock", "ok: this computer's is 0 seconds ahead"},
+        {clock(-30), "clock", "ok: this computer's is 30 seconds behind the backend's"},
+        {clock(31), "clock", "warning: this computer's is 31 seconds ahead of the backend's"},
+        {clock(-300), "clock", "warning: this computer's is 300 seconds behind"},
+        {clock(301), "clock", "problem: this computer's is 301 seconds ahead"},
+        {Connection(), "clock", "warning: the backend's answer has no \"Date\""},
+        {answer(404, "", whole), "answer", "ok: HTTP status 404"},
+        {answer(503, "", whole), "answer", "a fault of its own"},
+        {answer(302, elsewhere.c_str(), whole), "answer", "Set VESK_URL to the address"},
+        {answer(0, "", Connection::Step::Answer), "answer", "problem"},
+        {answer(0, "", Connection::Step::Answer), "clock", "nothing"},
+        {daysLeft(13), "certificate", "warning: trusted, valid until 2020-12-31"},
+        {daysLeft(15), "certificate", "ok: trusted, valid until 2020-12-31"},
+        {daysLeft(-5), "certificate",
+         "valid from 2020-01-01 until 2020-12-31, and here it is 2021-01-05"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_THAT(judged(row.connection, row.check), HasSubstr(row.words));
+    }
 }
 
 } // namespace

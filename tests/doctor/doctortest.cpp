@@ -1,29 +1,13 @@
 #include "doctor/doctortest.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <gmock/gmock.h>
-#include <rapidjson/document.h>
+#include <regex>
 #include <sstream>
 
 #include "doctor.h"
 
 namespace vesk::test {
-
-std::vector<Diagnosis::Line> parseLines(const std::string& text) {
-    std::vector<Diagnosis::Line> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        rapidjson::Document json;
-        json.Parse<rapidjson::kParseValidateEncodingFlag>(line.c_str());
-        EXPECT_FALSE(json.HasParseError()) << line;
-        if (!json.HasParseError() && json["event"] == "check") {
-            lines.push_back({json["check"].GetString(), json["verdict"].GetString(),
-                             json["found"].GetString(), json["remedy"].GetString()});
-        }
-    }
-    return lines;
-}
 
 DoctorTest::DoctorTest() : mTrust(readFile(mFolder / "cacert.pem")) {
     heal();
@@ -79,7 +63,6 @@ Diagnosis DoctorTest::diagnose(bool offline) const {
     diagnosis.status = doctor::runDoctor(options, output);
     std::fclose(output);
     diagnosis.text = readFile(file);
-    diagnosis.lines = parseLines(diagnosis.text);
     return diagnosis;
 }
 
@@ -87,13 +70,12 @@ void DoctorTest::expectEach(const std::vector<Defect>& defects, bool offline) co
     for (const Defect& defect : defects) {
         defect.spoil();
         const Diagnosis diagnosis = diagnose(offline);
-        const bool said = std::any_of(
-            diagnosis.lines.begin(), diagnosis.lines.end(), [&](const Diagnosis::Line& line) {
-                return line.check == defect.check && line.verdict == defect.verdict &&
-                       line.found.find(defect.found) != std::string::npos &&
-                       line.remedy.find(defect.remedy) != std::string::npos;
-            });
-        EXPECT_TRUE(said) << defect.check << ", " << defect.found << "\n" << diagnosis.text;
+        // A line of JSON, in which other quotes than those of its members are escaped.
+        const std::string said = std::string("\"check\":\"") + defect.check + "\",\"verdict\":\"" +
+                                 defect.verdict + "\",\"found\":\"[^\n]*" + defect.found +
+                                 "[^\n]*\",\"remedy\":\"[^\n]*" + defect.remedy;
+        EXPECT_TRUE(std::regex_search(diagnosis.text, std::regex(said))) << said << "\n"
+                                                                         << diagnosis.text;
         EXPECT_EQ(diagnosis.status, defect.verdict == std::string("problem") ? 1 : 0)
             << diagnosis.text;
         EXPECT_THAT(diagnosis.text, testing::Not(testing::HasSubstr("dev-key-0123")));

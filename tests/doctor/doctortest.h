@@ -15,20 +15,9 @@ namespace fs = std::filesystem;
 
 /// What the doctor has said.
 struct Diagnosis {
-    struct Line {
-        std::string check;
-        std::string verdict;
-        std::string found;
-        std::string remedy;
-    };
-
     int status = -1;
-    std::string text;
-    std::vector<Line> lines; ///< without the sum
+    std::string text; ///< one JSON object a line
 };
-
-/// Parses the JSON lines of a doctor; a line that is none fails the test.
-std::vector<Diagnosis::Line> parseLines(const std::string& text);
 
 /// A way to spoil the folder, and words that the doctor has to say about it.
 struct Defect {
