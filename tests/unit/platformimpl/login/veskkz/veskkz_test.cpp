@@ -2,8 +2,10 @@
 #include <map>
 #include <thread>
 
+#include "common/veskdefine.h"
 #include "platformimpl/login/veskkz/kzcomponent.h"
 #include "platformimpl/login/veskkz/veskkzwrapper.h"
+#include "platformimpl/login/veskkz/veskloginkz.h"
 #include "unit/unittest.h"
 
 namespace vesk::test {
@@ -78,7 +80,10 @@ struct ScriptedKZ : KZComponent {
         return true;
     }
     std::string GetGenerateSerialNumber() override { return "SN-1"; }
-    bool LoginByQRCode(const std::string&) override { return true; }
+    bool LoginByQRCode(const std::string& preCode) override {
+        script.calls.push_back("LoginByQRCode " + preCode);
+        return true;
+    }
     int32_t GetLocalLoginList() override { return 0; }
     bool LoginByLocalLoginUser(const std::string& openid) override {
         script.calls.push_back("LoginByLocalLoginUser " + openid);
@@ -232,6 +237,23 @@ TEST_F(KZWrapper, EventsOfManyThreadsAreDecodedWhileItIsUninitialised) {
     });
     EXPECT_GE(count, 20);
     EXPECT_LE(count, 160);
+}
+
+// As when their pre-codes cross.
+TEST_F(KZWrapper, OlderLoginNeitherShowsACodeNorTakesTheAnswers) {
+    static std::string answered;
+    VESKInnerObserverHolder<InnerLoginPluginRet>::Register(
+        kObserverIDPluginLogin,
+        [](const InnerLoginPluginRet&, const char* seqID) { answered += seqID; });
+    VESKKZWrapper::GetInstance()->UseComponent(
+        [this] { return std::make_unique<ScriptedKZ>(script); });
+    VESKLoginKZ& channel = *VESKLoginKZ::GetInstance();
+    channel.QrCodeLogin("newer", "p2", 2);
+    channel.QrCodeLogin("older", "p1", 1);
+    EXPECT_THAT(script.calls, ElementsAre("Initialize  ", "LoginByQRCode p2"));
+    const Bag user({{L"ResultCode", 0}, {L"QRCodeState", 3}}, {{L"openid", "o"}, {L"ctk", "c"}});
+    script.send(3, &user);
+    EXPECT_EQ(answered, "newer");
 }
 
 } // namespace
