@@ -177,12 +177,16 @@ TEST_F(Ferno, PreCodeFailuresAreAnsweredWithoutTheComponent) {
     EXPECT_TRUE(componentLines("frlogin").empty());
 }
 
-TEST_F(Ferno, LogoutWhileACodeIsShownLeavesTheLoginRunning) {
-    script("on_qrcode=10:qr:u,1000:success");
+TEST_F(Ferno, LogoutWhileACodeIsShownLeavesTheLoginAndWhatComesAfterItReachesNobody) {
+    script("on_qrcode=10:qr:u,500:success,2500:kickout:1,10:success");
     startLogin();
     observer.nextQrCode();
     EXPECT_EQ(logout("Ferno").retCode, VESKError::NO_STORED_LOGIN);
     EXPECT_EQ(observer.nextLogin().ret.retCode, VESKError::SUCCESS);
+    waitForLogLine("mCurrentLoginSeqID is not equal");
+    EXPECT_EQ(game.logLines(" login observer is null or this seqID in cache"), 1u);
+    EXPECT_EQ(observer.loginCount(), 1u);
+    EXPECT_TRUE(isHeld());
 }
 
 TEST_F(Ferno, LogoutThatTakesLongLeavesTheLoginThatFollows) {

@@ -31,11 +31,22 @@ namespace {
 
 struct Kind {
     const char *channel, *simulator, *file, *fresh, *failing;
+    const char* members; ///< of channelInfo, before those of every channel
     int64_t lifetime;
 };
-const Kind kFerno = {"Ferno", "ferno", "frlogin.dll", "ctt=fresh\n", "on_token=10:token_fail:3:4\n",
+const Kind kFerno = {"Ferno",
+                     "ferno",
+                     "frlogin.dll",
+                     "ctt=fresh\n",
+                     "on_token=10:token_fail:3:4\n",
+                     R"("ctt":"fresh","expired":300)",
                      300};
-const Kind kKZ = {"KZ", "kz", "KZOpenSDK.dll", "ctk=fresh\n", "on_refresh=10:record:5:6:gone\n",
+const Kind kKZ = {"KZ",
+                  "kz",
+                  "KZOpenSDK.dll",
+                  "ctk=fresh\n",
+                  "on_refresh=10:record:5:6:gone\n",
+                  R"("ctk":"fresh","expired":3600,"pay_token":"")",
                   3600};
 
 class Refresh : public GameTest {
@@ -84,6 +95,10 @@ TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
         EXPECT_EQ(held().retCode, VESKError::SUCCESS);
         EXPECT_LE(std::abs(held().tokenExpire - std::time(nullptr) - kind.lifetime), 5);
         EXPECT_EQ(held().openid, "openid-1");
+        EXPECT_EQ(held().channelInfo,
+                  std::string(R"({"openid":"openid-1",)") + kind.members +
+                      R"(,"access_token":"fresh","refresh_token":"","scope":"",)"
+                      R"("funcs":"","other_funcs":"","extend":""})");
         EXPECT_EQ(observer.loginCount(), logins) << "nobody is told";
         EXPECT_EQ(refreshedCode(), VESK_SUCCESS);
         VESKLoginManager::MakeRefreshTask()->DoTask();
