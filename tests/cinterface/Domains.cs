@@ -6,8 +6,8 @@ using System.Threading.Tasks;
 using Braxel.Vesk;
 
 // Script domains come and go while the library stays, as in an editor: each logs in, and is unloaded
-// while a QR code waits for its player and a thread is inside the frame's call. Then what a game does
-// wrong: a handler that throws, a call after the end.
+// while a QR code waits for its player and a thread is inside the frame's call. Then a handler
+// throws, and the end comes while tasks run.
 internal static class Domains
 {
     private static readonly string Script =
@@ -16,7 +16,7 @@ internal static class Domains
     private static void Main()
     {
         TimeSpan longest = TimeSpan.Zero;
-        for (int i = 0; i < 40; ++i)
+        for (int i = 0; i < 20; ++i)
         {
             AppDomain domain = AppDomain.CreateDomain("script");
             domain.DoCallBack(Play);
@@ -71,20 +71,10 @@ internal static class Domains
         {
             heard = failure.Message;
         }
-        Advice advice = VeskLogin.Describe(VeskError.UnknownChannel, -1);
-        Check(advice.Cause == Cause.Programming && !advice.CanRetry
-            && advice.Remedy.Contains("Steam"), advice.Meaning + advice.Remedy);
         Task<LoginRet> login = VeskLogin.LoginAsync("Steam");
         VeskLogin.Uninstall();
         Check(logout.IsCompleted && login.IsCanceled, "a task has not ended");
-        try
-        {
-            VeskLogin.Update();
-        }
-        catch (InvalidOperationException)
-        {
-            Console.WriteLine("\n" + heard);
-        }
+        Console.WriteLine("\n" + heard);
     }
 
     private static void Frames(Func<bool> until)
