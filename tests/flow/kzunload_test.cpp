@@ -19,8 +19,9 @@ struct KZUnload : Unload {
 
     void expectEnd() {
         expectGone(seconds(15));
-        waitUntil("the component to go",
-                  [this] { return !kz.componentLines("\"unloaded\":true").empty(); });
+        waitUntil("the component to go", [this] {
+            return !kz.componentLines("{\"objects\":0,\"unloaded\":true}").empty();
+        });
     }
 };
 
