@@ -17,7 +17,8 @@ endif()
 
 # Headers and libraries of the building machine stay out of sight.
 set(CMAKE_FIND_ROOT_PATH
-    /usr/x86_64-w64-mingw32 "${vesk_cache}/curl-windows" "${vesk_cache}/devkit-windows")
+    /usr/x86_64-w64-mingw32 "${vesk_cache}/curl-windows" "${vesk_cache}/devkit-windows"
+    "${vesk_cache}/sdl2-windows")
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
