@@ -19,7 +19,15 @@ install(DIRECTORY bindings/csharp DESTINATION bindings ${archive})
 if(VESK_BUILD_DEVKIT)
     install(FILES packaging/devkit.md DESTINATION devkit RENAME README.md ${archive})
     install(FILES devkit/backend/README.md DESTINATION devkit/backend ${archive})
-    install(DIRECTORY samples/minimal samples/config DESTINATION samples ${archive})
+    install(DIRECTORY samples/minimal samples/config samples/game DESTINATION samples ${archive})
+    # What the window sample is built with, so that SDL and libcurl are all it needs.
+    install(FILES ${VESK_STB_INCLUDE_DIR}/stb_image.h ${VESK_STB_INCLUDE_DIR}/stb_truetype.h
+        /usr/share/fonts/truetype/open-sans/OpenSans-Regular.ttf
+        DESTINATION samples/game/third_party ${archive})
+    install(FILES /usr/share/doc/fonts-open-sans/copyright
+        DESTINATION samples/game/third_party RENAME OpenSans-copyright.txt ${archive})
+    install(FILES /usr/share/common-licenses/Apache-2.0
+        DESTINATION samples/game/third_party RENAME OpenSans-licence.txt ${archive})
     # A folder as a game has it: the program, the library and the files of both.
     install(TARGETS vesk-console RUNTIME DESTINATION devkit/console ${archive})
     install(TARGETS VESKCore

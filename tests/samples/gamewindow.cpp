@@ -83,7 +83,6 @@ void GameWindow::SetUp() {
 }
 
 void GameWindow::TearDown() {
-    keep("end");
     press("q");
     EXPECT_EQ(pclose(mGame), 0) << readFile(game.path() / "game.txt");
     mDisplay.reset();
