@@ -301,7 +301,7 @@ TEST_F(ResourceFaults, RefusedMemoryAtTheFirstUseLeavesTheSdkUsable) {
     };
     expectGame(kUsable, [&] { return use(kNever); });
     const long calls = std::stol(readFile(game.path() / "calls"));
-    for (long nth = 1; nth <= calls; nth += 1 + calls / 60) {
+    for (long nth = 1; nth <= calls; nth += 1 + calls / 30) {
         SCOPED_TRACE("allocation " + std::to_string(nth) + " of " + std::to_string(calls));
         expectGame(kUsable, [&] { return use(nth); });
         countRow("memory", 0);
