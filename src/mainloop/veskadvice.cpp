@@ -65,8 +65,8 @@ constexpr VESKAdvice kTable[] = {
     One(kResult, VESKError::CHANNEL_LOGIN_FAILED, VESK_CAUSE_PLAYER, kNow,
         "the messenger did not log the player in: its code has expired or was denied, it has "
         "logged the player out, or its component is missing",
-        "let the player try again; at once and without a QR code: put the component beside the "
-        "SDK"),
+        "let the player try again; if it fails at once, before a QR code, put the component beside "
+        "the SDK"),
     One(kResult, VESKError::LOGIN_CANCELLED, VESK_CAUSE_PLAYER, kNow,
         "the game has taken the login back", "offer a login"),
     One(kResult, VESKError::LOGIN_TIMED_OUT, VESK_CAUSE_PLAYER, kNow,
