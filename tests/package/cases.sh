@@ -6,7 +6,7 @@ everywhere=(
     PagesNameWhatIsInside WrongSystemIsOneSentence
     LibraryExportsAndImportsTheList SymbolsFindTheLine InventoryTellsWhatIsInside BearsTheTimeOfTheCommit
     FindPackageGivesARunningGameWhoseFilesAreKept PkgConfigLinksIt
-    PlainFlagsLinkItFromC SampleLogsIn ConsoleOfTheDevKitLogsIn
+    PlainFlagsLinkItFromC SampleLogsIn WindowSampleBuilds ConsoleOfTheDevKitLogsIn
 )
 windows=(CrossToolchainFindsIt FirstPageLogsIn MsvcAbiLinksByFindPackage)
 once=(PageNamesTheOldestGlibc PortHasTheVersion PortConfiguresWithoutDevKit
@@ -217,6 +217,16 @@ SampleLogsIn() {
     startBackend build
     run build/minimal
     expect "login: 0 Success, thirdCode 0"
+}
+
+# With SDL and libcurl, and nothing else from outside of the archive.
+WindowSampleBuilds() {
+    local folders="$package"
+    "$root/scripts/bootstrap" --game
+    [[ "$platform" == linux ]] || folders+=";$VESK_CACHE/sdl2-windows;$VESK_CACHE/curl-windows"
+    cp -r "$package/samples/game" sample
+    build sample "${compilers[@]}" -DCMAKE_PREFIX_PATH="$folders"
+    [[ -s "build/game$suffix" && -s build/OpenSans-Regular.ttf ]] || complain "not built"
 }
 
 ConsoleOfTheDevKitLogsIn() {
