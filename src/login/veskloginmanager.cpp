@@ -48,6 +48,12 @@ void OrOutOfMemory(const char* method, int32_t methodNameID, const std::string& 
     }
 }
 
+void LoginChannel(const ExtendedLoginRequest& request) {
+    if (!VESKLoginIMPL::GetInstance()->LoginChannel(request)) {
+        VESKResultSink::ChannelIsSilent(request.seqID);
+    }
+}
+
 } // namespace
 
 VESKLoginManager::VESKLoginManager() : mLogouts(mHeld) {
@@ -88,7 +94,7 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
     if (kind == VESKChannelKind::kMessenger) {
         GetLoginPreCode(extended);
     } else if (kind == VESKChannelKind::kDirect) {
-        VESKLoginIMPL::GetInstance()->LoginChannel(extended);
+        LoginChannel(extended);
     }
 }
 
@@ -149,7 +155,7 @@ void VESKLoginManager::HandlePreCode(ExtendedLoginRequest& request, const std::s
     if (backendCode == 0 && !request.preCode.empty()) {
         // The channel has one login at a time: that of a newer one must not be taken over.
         if (IsCurrent(request.seqID, kOnPreCodeResp)) {
-            VESKLoginIMPL::GetInstance()->LoginChannel(request);
+            LoginChannel(request);
         }
         return;
     }

@@ -43,6 +43,13 @@ public:
         }
     }
 
+    /// The channel has not taken the login @p seqID, and says nothing of it.
+    static void ChannelIsSilent(const std::string& seqID) {
+        if (VESKResultSink* sink = Get()) {
+            sink->OnSilence(seqID);
+        }
+    }
+
     /// There is no memory to tell the game how the login @p seqID has ended.
     static void LoginIsLost(const std::string& seqID) noexcept {
         if (VESKResultSink* sink = Get()) {
@@ -64,6 +71,7 @@ private:
     virtual void OnLoginBegun(const std::string& seqID) = 0;
     virtual void OnLoginAnswer() = 0;
     virtual void OnRefreshed(const InnerLoginRet& ret) = 0;
+    virtual void OnSilence(const std::string& seqID) = 0;
     virtual void OnLost(const std::string& seqID) noexcept = 0;
     virtual void OnEnd() = 0;
 

@@ -50,9 +50,9 @@ constexpr VESKAdvice kTable[] = {
         "automatic login is not possible with this VESK_URL, or the remembered player is not of KZ",
         "call Login"),
     One(kResult, VESKError::CHANNEL_INIT_FAILED, VESK_CAUSE_CHANNEL_COMPONENT, kNever,
-        "the channel could not be started, and the backend was not asked",
-        "Steam: start the Steam client, and the game from it. KZ: ask its component's maker. The "
-        "log says which it was"),
+        "the channel could not be started, and the backend was not asked for a login",
+        "Steam: start the Steam client, and the game from it. KZ, Ferno: put the component beside the "
+        "SDK, or ask its maker. The log says which it was"),
     One(kResult, VESKError::NEED_REALNAME, VESK_CAUSE_PLAYER, kNever,
         "the account has to pass real-name authentication first; the login is not held",
         "send the player to the authentication, then log in again"),

@@ -323,6 +323,14 @@ void VESKMainLoop::OnLoginAnswer() {
     Settle();
 }
 
+void VESKMainLoop::OnSilence(const std::string& seqID) {
+    const std::lock_guard<VESKMutex> lock(mMutex);
+    if (mLogin.request != 0 && seqID == mLogin.seqID) {
+        EndLogin(VESKError::CHANNEL_INIT_FAILED,
+                 "the channel's component is missing or has not taken the login", true);
+    }
+}
+
 void VESKMainLoop::OnLost(const std::string& seqID) noexcept {
     const std::lock_guard<VESKMutex> lock(mMutex);
     for (Login* login : {&mLogin, &mStored}) {

@@ -81,6 +81,7 @@ private:
     void OnLoginBegun(const std::string& seqID) override;
     void OnLoginAnswer() override;
     void OnRefreshed(const InnerLoginRet& ret) override;
+    void OnSilence(const std::string& seqID) override;
     void OnLost(const std::string& seqID) noexcept override;
     void OnEnd() override;
 

@@ -159,6 +159,8 @@ TEST_F(Loop, EachCallIsAnsweredAndTheStateFollowsUntilTheScopeEnds) {
         EXPECT_EQ(next(loop), "code 7: https://qr/1 ");
         EXPECT_TRUE(loop.cancelLogin());
         EXPECT_EQ(next(loop), "login 7: 10001 ");
+        login("KZ"); // whose component is not there
+        EXPECT_EQ(next(loop), "login 8: 17 ");
         login("Ferno"); // for the end of the scope
     }
     MainLoop again;

@@ -13,20 +13,25 @@
 namespace Braxel {
 namespace VESK {
 
-void VESKLoginIMPL::LoginChannel(const ExtendedLoginRequest& request) {
+bool VESKLoginIMPL::LoginChannel(const ExtendedLoginRequest& request) {
     VESK_LOG_DEBUG("VESKLoginIMPL::LoginChannel", "[ %s ], channel:%s preCode:%s",
                    request.seqID.c_str(), request.channel.c_str(), request.preCode.c_str());
     const VESKCallGate::Pass pass(mGate);
     if (!pass) {
-        return;
+        return false;
     }
     if (request.channel == "KZ") {
-        VESKLoginKZ::GetInstance()->QrCodeLogin(request.seqID, request.preCode, request.order);
-    } else if (request.channel == "Ferno") {
-        VESKLoginFerno::GetInstance()->QrCodeLogin(request.seqID, request.preCode, request.order);
-    } else if (request.channel == "Steam") {
+        return VESKLoginKZ::GetInstance()->QrCodeLogin(request.seqID, request.preCode,
+                                                       request.order);
+    }
+    if (request.channel == "Ferno") {
+        return VESKLoginFerno::GetInstance()->QrCodeLogin(request.seqID, request.preCode,
+                                                          request.order);
+    }
+    if (request.channel == "Steam") {
         VESKLoginSteam::GetInstance()->Login(request.seqID);
     }
+    return true;
 }
 
 void VESKLoginIMPL::PluginAutoLogin(const AutoLoginRequest& request) {

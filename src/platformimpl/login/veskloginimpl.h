@@ -18,7 +18,8 @@ class VESKLoginIMPL {
 public:
     static VESKLoginIMPL* GetInstance() { return VESKSingleton<VESKLoginIMPL>::GetInstance(); }
 
-    void LoginChannel(const ExtendedLoginRequest& request);
+    /// @return false when the channel is known to give no answer. An observer hears nothing then.
+    bool LoginChannel(const ExtendedLoginRequest& request);
     void PluginAutoLogin(const AutoLoginRequest& request);
 
     /// @return whether there is a channel to answer.

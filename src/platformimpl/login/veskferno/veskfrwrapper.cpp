@@ -129,19 +129,19 @@ bool VESKFRWrapper::Unload() {
     return gone;
 }
 
-void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,
+bool VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,
                           const std::string& scope) {
     VESK_LOG_INFO("VESKFRWrapper::Login", "Start Ferno login");
     const VESKComponentLife::Call call(mLife);
     const os::DynamicLibrary library = Library();
     if (!call || !library.IsOpen()) {
         VESK_LOG_ERROR("VESKFRWrapper::Login", "Load frlogin.dll failed");
-        return;
+        return false;
     }
     const auto request = library.Find<FrRequestQrCode>("frlogin_req_qrcode");
     if (request == nullptr) {
         VESK_LOG_ERROR("VESKFRWrapper::Login", "Error! Not found function \"frlogin_req_qrcode\"");
-        return;
+        return false;
     }
     VESK_LOG_INFO("VESKFRWrapper::Login", "Do \"frlogin_req_qrcode\"");
     const int result = request(appID.c_str(), appID.size(), preCode.c_str(), preCode.size(),
@@ -157,6 +157,7 @@ void VESKFRWrapper::Login(const std::string& appID, const std::string& preCode,
             notify->OnInnerLoginNotify(record);
         }
     }
+    return true;
 }
 
 void VESKFRWrapper::GetLoginRecord() {

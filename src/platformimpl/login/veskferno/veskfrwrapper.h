@@ -32,7 +32,8 @@ public:
     void SetNotify(VESKChannelNotify* notify) { mNotify = notify; }
 
     /// Deliberate: a missing library or export is logged and answered by nothing.
-    void Login(const std::string& appID, const std::string& preCode, const std::string& scope);
+    /// @return false then.
+    bool Login(const std::string& appID, const std::string& preCode, const std::string& scope);
     void GetLoginRecord();
     void Logout();
 

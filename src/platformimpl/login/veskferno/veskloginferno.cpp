@@ -33,17 +33,17 @@ void VESKLoginFerno::InitializeOpenSDK() {
     }
 }
 
-void VESKLoginFerno::QrCodeLogin(std::string seqID, std::string preCode, uint64_t order) {
+bool VESKLoginFerno::QrCodeLogin(std::string seqID, std::string preCode, uint64_t order) {
     VESK_LOG_INFO("VESKLoginFerno::QrCodeLogin", "Start Ferno login, seqID:%s preCode:%s",
                   seqID.c_str(), preCode.c_str());
     if (!mInitialised) {
         InitializeOpenSDK();
     }
     if (!mAnswers.SetSeqID(seqID, order)) {
-        return;
+        return true;
     }
     const std::string appID = VESKConfigManager::GetInstance()->Get<const char*>("FERNO_APP_ID");
-    VESKFRWrapper::GetInstance()->Login(appID, preCode, kScopes);
+    return VESKFRWrapper::GetInstance()->Login(appID, preCode, kScopes);
 }
 
 void VESKLoginFerno::GetLoginRecord() {

@@ -22,7 +22,8 @@ public:
     void InitializeOpenSDK();
 
     /// @param order of the login among all; one that is older than the last is dropped.
-    void QrCodeLogin(std::string seqID, std::string preCode, uint64_t order);
+    /// @return false when nobody will answer.
+    bool QrCodeLogin(std::string seqID, std::string preCode, uint64_t order);
     void GetLoginRecord();
     void Logout(std::string seqID);
 

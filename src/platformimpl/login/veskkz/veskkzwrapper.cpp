@@ -139,19 +139,21 @@ std::string VESKKZWrapper::GetGenerateSerialNumber() {
     return number;
 }
 
-void VESKKZWrapper::StartQrCodeLogin(const std::string& preCode) {
+bool VESKKZWrapper::StartQrCodeLogin(const std::string& preCode) {
     const Call component(*this);
     if (!component) {
         VESK_LOG_ERROR("VESKKZWrapper::StartQrCodeLogin", "KZOpenSDK init failed!");
-        return;
+        return false;
     }
     VESK_LOG_INFO("VESKKZWrapper::StartQrCodeLogin", "Start QrCode login, pre_code:%s",
                   preCode.c_str());
-    if (component->LoginByQRCode(preCode)) {
+    const bool isTaken = component->LoginByQRCode(preCode);
+    if (isTaken) {
         VESK_LOG_INFO("VESKKZWrapper::StartQrCodeLogin", "Call OpenSDK LoginByQRCode success");
     } else {
         VESK_LOG_ERROR("VESKKZWrapper::StartQrCodeLogin", "Call OpenSDK LoginByQRCode failed");
     }
+    return isTaken;
 }
 
 bool VESKKZWrapper::AutoLogin(const std::string& openid) {

@@ -47,7 +47,8 @@ public:
 
     // Requests. While the component is not initialised they are logged and do nothing.
     std::string GetGenerateSerialNumber();
-    void StartQrCodeLogin(const std::string& preCode);
+    /// @return whether the component has taken it.
+    bool StartQrCodeLogin(const std::string& preCode);
     bool AutoLogin(const std::string& openid); ///< false when not initialised
     void GetLoginRecord(const std::string& oldToken);
     void Logout();

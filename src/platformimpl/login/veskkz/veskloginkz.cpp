@@ -32,15 +32,14 @@ void VESKLoginKZ::InitializeOpenSDK() {
     }
 }
 
-void VESKLoginKZ::QrCodeLogin(std::string seqID, std::string preCode, uint64_t order) {
+bool VESKLoginKZ::QrCodeLogin(std::string seqID, std::string preCode, uint64_t order) {
     VESK_LOG_INFO("VESKLoginKZ::QrCodeLogin", "QrCode login, seqID:%s preCode:%s", seqID.c_str(),
                   preCode.c_str());
     if (!mInitialised) {
         InitializeOpenSDK();
     }
-    if (mAnswers.SetSeqID(seqID, order) && !AnswerWithoutEvents(seqID)) {
-        VESKKZWrapper::GetInstance()->StartQrCodeLogin(preCode);
-    }
+    return !mAnswers.SetSeqID(seqID, order) || AnswerWithoutEvents(seqID) ||
+           VESKKZWrapper::GetInstance()->StartQrCodeLogin(preCode);
 }
 
 void VESKLoginKZ::AutoLogin(std::string seqID, std::string openid, uint64_t order) {
