@@ -33,6 +33,5 @@ if(VESK_BUILD_DEVKIT)
     install(TARGETS VESKCore
         RUNTIME DESTINATION devkit/console ${archive}
         LIBRARY DESTINATION devkit/console ${archive})
-    install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
-        DESTINATION devkit/console ${archive})
+    install(FILES ${VESK_SAMPLE_FILES} DESTINATION devkit/console ${archive})
 endif()

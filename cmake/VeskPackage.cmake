@@ -19,8 +19,15 @@ if(MINGW)
     # Told -lVESKCore and -static, the linker passes by libVESKCore.dll.a and would take VESKCore.lib.
     install(FILES $<TARGET_LINKER_FILE:VESKCore> DESTINATION lib RENAME libVESKCore.a)
 endif()
-install(FILES samples/config/VESKConfig.ini samples/config/VESKRetMsg.json
-    DESTINATION ${beside_library})
+# The sample settings name the dev backend, which speaks no TLS on Windows.
+file(READ samples/config/VESKConfig.ini text)
+if(WIN32)
+    string(REPLACE "https://localhost:8443" "http://localhost:8080" text "${text}")
+endif()
+file(CONFIGURE OUTPUT VESKConfig.ini CONTENT "${text}" @ONLY)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS samples/config/VESKConfig.ini)
+set(VESK_SAMPLE_FILES "${PROJECT_BINARY_DIR}/VESKConfig.ini" samples/config/VESKRetMsg.json)
+install(FILES ${VESK_SAMPLE_FILES} DESTINATION ${beside_library})
 
 install(EXPORT VESKCoreTargets NAMESPACE VESKCore:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/VESKCoreConfig.cmake.in VESKCoreConfig.cmake
