@@ -19,7 +19,8 @@ install(DIRECTORY bindings/csharp DESTINATION bindings ${archive})
 if(VESK_BUILD_DEVKIT)
     install(FILES packaging/devkit.md DESTINATION devkit RENAME README.md ${archive})
     install(FILES devkit/backend/README.md DESTINATION devkit/backend ${archive})
-    install(DIRECTORY samples/minimal samples/config samples/game DESTINATION samples ${archive})
+    install(DIRECTORY samples/minimal samples/game DESTINATION samples ${archive})
+    install(FILES ${VESK_SAMPLE_FILES} DESTINATION samples/config ${archive})
     # What the window sample is built with, so that SDL and libcurl are all it needs.
     install(FILES ${VESK_STB_INCLUDE_DIR}/stb_image.h ${VESK_STB_INCLUDE_DIR}/stb_truetype.h
         /usr/share/fonts/truetype/open-sans/OpenSans-Regular.ttf

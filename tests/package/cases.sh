@@ -224,7 +224,7 @@ WindowSampleBuilds() {
     [[ "$platform" == linux ]] || folders+=";$VESK_CACHE/sdl2-windows;$VESK_CACHE/curl-windows"
     cp -r "$package/samples/game" sample
     build sample "${compilers[@]}" -DCMAKE_PREFIX_PATH="$folders"
-    [[ -s "build/game$suffix" && -s build/OpenSans-Regular.ttf ]] || complain "not built"
+    [[ -s "build/game$suffix" && -s build/OpenSans-Regular.ttf && -s build/frlogin.dll && -s build/ferno_sim.ini ]] || complain "not built"
 }
 
 ConsoleOfTheDevKitLogsIn() {
