@@ -28,6 +28,7 @@ class Row(NamedTuple):
     more: tuple = ()  # further texts: name here, place, words
     shared: str = ""  # what a Linux program names when it takes the system's
     inside: dict = {}  # platform to the names of files that have it inside
+    beside: str = ""  # where the archive has it as it is, with its texts when no words are given
 
 
 WINDOWS = {"windows": "."}
@@ -42,7 +43,8 @@ ROWS = (
     Row("libqrencode", "libqrencode-dev", "LGPL-2.1-or-later", "qrencode", shared=r"libqrencode\.so\.4",
         inside={"windows": "vesk-devbackend"},
         more=(("LGPL-2.1", COMMON + "LGPL-2.1", "LESSER GENERAL PUBLIC LICENSE"),)),
-    Row("stb", "libstb-dev", "MIT OR Unlicense", "stb",
+    Row("open-sans", "fonts-open-sans", "Apache-2.0", beside="samples/game/third_party/OpenSans-Regular.ttf"),
+    Row("stb", "libstb-dev", "MIT OR Unlicense", "stb", beside="samples/game/third_party/stb_*.h",
         inside={"linux": "vesk-devbackend|vesk-console", "windows": "vesk-devbackend|vesk-console"}),
     Row("mingw-w64-and-winpthreads", "mingw-w64-x86-64-dev", "NOASSERTION", "winpthreads", inside=WINDOWS),
     Row("gcc-runtime", "gcc-mingw-w64-x86-64-posix", "GPL-3.0-or-later WITH GCC-exception-3.1",
@@ -122,6 +124,10 @@ def main():
         for row, how in relations(platform, program):
             used.add(row.name)
             links.append((file, how, f"SPDXRef-{row.name}"))
+    for row in ROWS:
+        if row.beside and any(tree.glob(row.beside)):
+            used.add(row.name)
+            links.append(("SPDXRef-VESKCore", "CONTAINS", f"SPDXRef-{row.name}"))
     rows = [row for row in ROWS if row.name in used]
     write_licences(tree / "licences", rows)
     name = f"VESKCore-{version}-{platform}-x64"

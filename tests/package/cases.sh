@@ -117,6 +117,7 @@ InventoryTellsWhatIsInside() {
     jq -r '(.files | map({(.SPDXID): .fileName}) | add) as $name |
         .relationships[] | "\($name[.spdxElementId]) \(.relationshipType) \(.relatedSpdxElement)"' "$file" >out
     expect "$(cd "$package" && echo ./*/"$shared") $word SPDXRef-$inside"
+    expect "CONTAINS SPDXRef-open-sans"
     jq -r '.files[] | "\(.checksums[] | select(.algorithm == "SHA256").checksumValue)  \(.fileName)"' "$file" >sums
     (cd "$package" && sha256sum --strict --check "$OLDPWD/sums")
 }
