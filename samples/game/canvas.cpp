@@ -27,6 +27,10 @@ Canvas::Canvas(const char* title) {
     SDL_Window* window = nullptr;
     SDL_Renderer* renderer = nullptr;
     SDL_CreateWindowAndRenderer(960, 600, 0, &window, &renderer);
+    const char* const driver = SDL_GetCurrentVideoDriver();
+    if (driver != nullptr && std::string(driver) == "offscreen") { // nobody would see the game
+        throw std::runtime_error("there is no display");
+    }
     mWindow = owned(window, &SDL_DestroyWindow);
     mRenderer = owned(renderer, &SDL_DestroyRenderer);
     SDL_SetWindowTitle(window, title);
