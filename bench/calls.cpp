@@ -105,7 +105,7 @@ void measureRest(Figures& figures) {
                   {plain, resident()}, reported());
 }
 
-const Group group("calls", &measureCalls);
+const Group callGroup("calls", &measureCalls);
 const Group restGroup("rest", &measureRest);
 
 } // namespace

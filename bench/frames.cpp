@@ -126,7 +126,7 @@ double visit(Calls& calls, microseconds length, double workNs) {
     return longest;
 }
 
-void measureCalls(Figures& figures) {
+void measureFrameCalls(Figures& figures) {
     Calls calls;
     visit(calls, kShortFrame, 0);
     std::vector<double> all;
@@ -160,7 +160,7 @@ void measureFrames(Figures& figures) {
 
 void measure(Figures& figures) {
     slowDisk(kDisk);
-    measureCalls(figures);
+    measureFrameCalls(figures);
     measureFrames(figures);
     slowDisk(milliseconds(0));
     vesk_wait_idle(30000);
@@ -172,7 +172,7 @@ void measure(Figures& figures) {
     figures.value("vesk_next_result, nothing waits", "us", costs.measured / 1e3, atMost(0.2));
 }
 
-const Group group("frames", &measure);
+const Group frameGroup("frames", &measure);
 
 } // namespace
 } // namespace vesk::bench

@@ -187,7 +187,7 @@ void measureJson(Figures& figures) {
     measureRecord(figures);
 }
 
-const Group group("json", &measureJson);
+const Group jsonGroup("json", &measureJson);
 
 } // namespace
 } // namespace vesk::bench

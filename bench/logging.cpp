@@ -66,7 +66,7 @@ void measureLogging(Figures& figures) {
                   atMost(1.3));
 }
 
-const Group group("logging", &measureLogging);
+const Group loggingGroup("logging", &measureLogging);
 
 } // namespace
 } // namespace vesk::bench

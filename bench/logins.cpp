@@ -22,7 +22,7 @@ constexpr int kTurns = 300;
 constexpr int kBundleTurns = 120;
 constexpr int kFarTurns = 40;
 
-bool isSecure() {
+bool isBackendSecure() {
     return bench::isSecure(test::environment("VESK_TEST_BACKEND_URL"));
 }
 
@@ -66,7 +66,7 @@ void measureWithLines(Figures& figures, Game& game, const char* channel, const s
         },
         [&] { return logInAndOut(game, channel); });
     const std::string baseline = baselineName(requests) +
-                                 (isSecure() ? ", sessions shared, and " : " and ") +
+                                 (isBackendSecure() ? ", sessions shared, and " : " and ") +
                                  std::to_string(lines.count()) + " raw appends";
     figures.ratio(title.c_str(), baseline.c_str(), "ns", times, goal);
     Game::clearBackend();
@@ -89,8 +89,8 @@ void measureLogins(Figures& figures) {
     Game game;
     game.login("Steam");
     Game::logout("Steam");
-    const std::string how = isSecure() ? ", HTTPS" : ", plain HTTP";
-    const Goal withLines = atMost(isSecure() ? 1.05 : 1.25);
+    const std::string how = isBackendSecure() ? ", HTTPS" : ", plain HTTP";
+    const Goal withLines = atMost(isBackendSecure() ? 1.05 : 1.25);
     const struct {
         const char* channel;
         std::string name;
@@ -98,10 +98,11 @@ void measureLogins(Figures& figures) {
     } channels[] = {{"Steam", "Steam login", atMost(0.90)},
                     {"Ferno", "messenger login", atMost(0.85)}};
     for (const auto& [channel, name, goal] : channels) {
-        measureChannel(figures, game, channel, name + how, isSecure() ? goal : reported(), kTurns);
+        measureChannel(figures, game, channel, name + how, isBackendSecure() ? goal : reported(),
+                       kTurns);
         measureWithLines(figures, game, channel, name + how + ", with its lines", withLines);
     }
-    if (isSecure()) {
+    if (isBackendSecure()) {
         measureWithBundle(figures, game);
     }
 }
@@ -115,7 +116,7 @@ void measureFarLogins(Figures& figures) {
                    kFarTurns);
 }
 
-const Group group("logins", &measureLogins);
+const Group loginGroup("logins", &measureLogins);
 const Group farGroup("far", &measureFarLogins);
 
 } // namespace

@@ -66,7 +66,7 @@ void measureManyLogins(Figures& figures) {
                   more(&test::ProcessCounts::threads), atMost(0));
 }
 
-const Group group("many", &measureManyLogins);
+const Group manyLoginGroup("many", &measureManyLogins);
 
 } // namespace
 } // namespace vesk::bench

@@ -18,7 +18,7 @@ namespace {
 
 constexpr size_t kRequests = 1000;
 constexpr size_t kThreads = 4;
-constexpr int kTurns = 9;
+constexpr int kQueueTurns = 9;
 
 /// Counts answers down.
 struct Answers {
@@ -80,7 +80,7 @@ void measureQueue(Figures& figures) {
     const Game game;
     const PlainRequest request = game.requestsOf("Steam").front();
     const Pair times = takeTurns(
-        kTurns,
+        kQueueTurns,
         [&] {
             Game::clearBackend();
             return workOffPlainly(request);
@@ -95,7 +95,7 @@ void measureQueue(Figures& figures) {
                   secure ? atLeast(1.40) : reported());
 }
 
-const Group group("queue", &measureQueue);
+const Group queueGroup("queue", &measureQueue);
 
 } // namespace
 } // namespace vesk::bench

@@ -13,7 +13,7 @@ namespace vesk::test {
 namespace {
 
 /// How a visit went, as a process can tell it.
-enum Outcome { kHeld = 10, kNotHeld, kNoAddress, kNoTrust, kOther };
+enum FileOutcome { kHeld = 10, kNotHeld, kNoAddress, kNoTrust, kOtherwise };
 
 struct FileFaults : FaultTest {
     /// A login in a process that the permissions of files bind, as they do not bind root.
@@ -30,11 +30,12 @@ struct FileFaults : FaultTest {
         if (ret.retCode == VESKError::SUCCESS) {
             return found ? kHeld : kNotHeld;
         }
-        return ret.thirdCode == 3 ? kNoAddress : ret.thirdCode == 77 ? kNoTrust : kOther;
+        return ret.thirdCode == 3 ? kNoAddress : ret.thirdCode == 77 ? kNoTrust : kOtherwise;
     }
 
     void expectVisit(
-        const std::string& row, Outcome outcome, const std::function<void()>& meanwhile = [] {}) {
+        const std::string& row, FileOutcome outcome,
+        const std::function<void()>& meanwhile = [] {}) {
         SCOPED_TRACE(row);
         expectGame(outcome, [&] { return visit(meanwhile); });
         countRow(row, 0);
@@ -44,7 +45,7 @@ struct FileFaults : FaultTest {
 TEST_F(FileFaults, NoFileIsNeededButTheConfiguration) {
     const struct {
         const char* file;
-        Outcome outcome;
+        FileOutcome outcome;
     } rows[] = {{"VESKConfig.ini", kNoAddress}, {"cacert.pem", kNoTrust},
                 {"VESKRetMsg_.json", kHeld},    {"VESKRetMsg.json", kHeld},
                 {"veskrecord.log", kHeld},      {"upra_login.txt", kHeld}};
@@ -101,7 +102,7 @@ TEST_F(FileFaults, ConfigurationIsReadWhateverElseTheFileHolds) {
     const struct {
         const char* name;
         std::string content;
-        Outcome outcome;
+        FileOutcome outcome;
     } rows[] = {
         {"a long value before", "X=" + megabyte + "\n" + good, kHeld},
         {"a long key before", megabyte + "=1\n" + good, kHeld},

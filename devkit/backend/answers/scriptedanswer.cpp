@@ -7,7 +7,7 @@ namespace vesk::backend {
 
 namespace {
 
-constexpr int kMaxDelayMs = 600000;
+constexpr int kMostDelayMs = 600000;
 constexpr int kMaxCount = 1000000;
 constexpr int kMaxBytes = 1000000000;
 constexpr int kMinStatus = 200;
@@ -39,10 +39,10 @@ ScriptedAnswer readScript(const std::string& json) {
     if (script.has("body")) {
         answer.body = script.text("body");
     }
-    answer.delayMs = script.number("delay_ms", 0, kMaxDelayMs, answer.delayMs);
+    answer.delayMs = script.number("delay_ms", 0, kMostDelayMs, answer.delayMs);
     answer.times = script.number("times", 1, kMaxCount, answer.times);
     answer.repeat = script.number("repeat", 1, kMaxCount, answer.repeat);
-    answer.dripMs = script.number("drip_ms", 0, kMaxDelayMs, answer.dripMs);
+    answer.dripMs = script.number("drip_ms", 0, kMostDelayMs, answer.dripMs);
     answer.announce = script.number("announce", 1, kMaxBytes, answer.announce);
     answer.cutAt = script.number("cut_at", 0, kMaxBytes, answer.cutAt);
     answer.location = script.text("location");
