@@ -267,7 +267,8 @@ PortConfiguresWithoutDevKit() {
     cmake -S "$root" -B build -G Ninja "${options[@]}"
     ninja -C build -t targets all >out
     expect libVESKCore.so
-    ! grep -E 'devkit|samples|tests/' out
+    # The settings are read while configuring, since they are installed.
+    ! grep -vF 'samples/config/VESKConfig.ini: phony' out | grep -E 'devkit|samples|tests/'
 }
 
 # The package manager's archive; the same SDK gives the same one, wherever and whenever.
