@@ -35,7 +35,7 @@ protected:
     /// Keeps the screen as docs/game-NAME.png would show it, in VESK_SCREENSHOTS.
     void keep(const std::string& name);
 
-    const ScanPlayer player;
+    const ScanPlayer player{};
     const GameFolder game;
     BackendControl backend{player.url};
 
