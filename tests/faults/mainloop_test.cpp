@@ -134,7 +134,8 @@ struct MainLoopFaults : FaultTest {
         for (const Player& player : players) {
             for (const Taken& result : player.taken) {
                 if (result.request == 0) {
-                    EXPECT_TRUE(switches) << "answers a call that was not made";
+                    EXPECT_TRUE(switches) << "answers a call that was not made: kind "
+                                          << result.kind << ", code " << result.code;
                 } else if (result.kind <= VESK_RESULT_BASE) {
                     EXPECT_TRUE(answers.emplace(result.request, result).second)
                         << "answered twice: " << result.request - before;
