@@ -8,8 +8,9 @@ namespace VESK {
 
 namespace {
 
-/// For libcurl: a TLS context is made and has read what it was told to read. That is nothing when
-/// something is lent, or else what libcurl was built to trust; either way it is replaced.
+/// For libcurl: a TLS context is made. Its store has in it what libcurl was told to read, or will
+/// have before the server is judged. That is nothing when something is lent, or else what libcurl
+/// was built to trust; either way it is replaced.
 CURLcode OnContext(CURL* /*handle*/, void* context, void* user) {
     auto* tls = static_cast<SSL_CTX*>(context);
     auto* store = static_cast<VESKTrustedStore*>(user);
@@ -17,8 +18,9 @@ CURLcode OnContext(CURL* /*handle*/, void* context, void* user) {
         SSL_CTX_set1_cert_store(tls, static_cast<X509_STORE*>(store->lent.get()));
         return CURLE_OK;
     }
+    // After a redirect libcurl reads nothing: it exchanges that context's store for the first one.
     X509_STORE* own = SSL_CTX_get_cert_store(tls);
-    if (X509_STORE_up_ref(own) == 1) {
+    if (store->read == nullptr && X509_STORE_up_ref(own) == 1) {
         try {
             store->read = std::shared_ptr<X509_STORE>(own, &X509_STORE_free);
         } catch (...) { // NOLINT(bugprone-empty-catch): then the next request reads the file again
