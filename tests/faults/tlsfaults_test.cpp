@@ -1,6 +1,8 @@
 // What a request over TLS leaves to the next one, and when it must not. Not on Windows: Wine's
 // Schannel resumes no session, and libcurl keeps nothing else there.
+#include <atomic>
 #include <future>
+#include <openssl/x509_vfy.h>
 #include <sys/stat.h>
 #include <thread>
 #include <vector>
@@ -161,6 +163,9 @@ TEST_F(TlsFaults, NobodyIsTrustedFromMemory) {
 }
 
 TEST_F(TlsFaults, ManyThreadsShareWhatComesAndGoes) {
+    static std::atomic<int> parsed{0}; // files of authorities that are in memory
+    X509_STORE_get_ex_new_index(
+        0, nullptr, [](auto...) { ++parsed; }, nullptr, [](auto...) { --parsed; });
     remember();
     const std::string url = environment("VESK_TEST_BACKEND_URL");
     std::vector<std::thread> threads;
@@ -184,6 +189,11 @@ TEST_F(TlsFaults, ManyThreadsShareWhatComesAndGoes) {
     EXPECT_GT(backend.resumedSessions(), 100u);
     countRow("64 threads", 0);
     expectWhole();
+    EXPECT_EQ(parsed, 1);
+    const auto last = begin(url);
+    VESKHTTPManager::GetInstance()->Shutdown();
+    last.wait();
+    EXPECT_EQ(parsed, 0) << "what is kept of TLS does not end with the SDK";
 }
 
 } // namespace
