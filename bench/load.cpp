@@ -14,7 +14,7 @@ namespace vesk::bench {
 
 namespace {
 
-constexpr int kTurns = 40;
+constexpr int kLoads = 40;
 
 double timeLoading(const char* library, const char* firstCall) {
     return inChild([&] {
@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     try {
         Figures figures(argv[1]);
         const Pair times = takeTurns(
-            kTurns, [&] { return timeLoading(argv[3], "bench_nothing"); },
+            kLoads, [&] { return timeLoading(argv[3], "bench_nothing"); },
             [&] {
                 return timeLoading(
                     argv[2],

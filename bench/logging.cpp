@@ -15,7 +15,7 @@ namespace vesk::bench {
 namespace {
 
 constexpr size_t kLineLength = 150; // with its line end
-constexpr int kThreads = 8;
+constexpr int kWriters = 8;
 constexpr int kLinesEach = 250;
 constexpr int kRounds = 200;
 
@@ -28,8 +28,8 @@ void logLine(const std::string& padding) {
 double timeTogether(const std::function<void()>& write) {
     const double start = nowNs();
     std::vector<std::thread> threads;
-    threads.reserve(kThreads);
-    for (int i = 0; i < kThreads; ++i) {
+    threads.reserve(kWriters);
+    for (int i = 0; i < kWriters; ++i) {
         threads.emplace_back([&write] {
             for (int line = 0; line < kLinesEach; ++line) {
                 write();
@@ -39,7 +39,7 @@ double timeTogether(const std::function<void()>& write) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    return (nowNs() - start) / (kThreads * kLinesEach);
+    return (nowNs() - start) / (kWriters * kLinesEach);
 }
 
 void measureLogging(Figures& figures) {

@@ -20,7 +20,7 @@ constexpr int kMaxPort = 65535;
 constexpr long long kMaxSkewLimit = 10LL * 365 * 24 * 3600;
 
 /// What the command line asks for.
-struct Options {
+struct ServerOptions {
     int port = 0;
     int controlPort = 0;
     bool tls = false;
@@ -28,7 +28,7 @@ struct Options {
     CheckSettings settings;
 };
 
-void describe(CLI::App& app, Options& options) {
+void describe(CLI::App& app, ServerOptions& options) {
     app.option_defaults()->take_last();
     app.add_option("--port", options.port, "the backend's port; 0 takes any free one")
         ->check(CLI::Range(0, kMaxPort));
@@ -57,7 +57,7 @@ void bindOrThrow(HttpServer& server, int port) {
     }
 }
 
-void serve(const Options& options) {
+void serve(const ServerOptions& options) {
     EndSignal endSignal;
     TlsConduct conduct;
     HttpServer backendServer(options.tls ? makeTlsServer(options.caOut, conduct)
@@ -96,7 +96,7 @@ void serve(const Options& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    Options options;
+    ServerOptions options;
     CLI::App app("A login backend for development, on loopback only.", "vesk-devbackend");
     describe(app, options);
     try {

@@ -23,7 +23,7 @@ constexpr float kFinder = 7;
 constexpr const char* kWhiteOnBlack = "\x1b[38;5;231;48;5;16m";
 constexpr const char* kReset = "\x1b[0m";
 
-size_t append(char* data, size_t size, size_t count, void* body) {
+size_t appendPicture(char* data, size_t size, size_t count, void* body) {
     auto& picture = *static_cast<std::string*>(body);
     picture.append(data, size * count);
     return picture.size() > kMaxPicture ? 0 : size * count;
@@ -105,7 +105,7 @@ std::string fetchPicture(const std::string& address, std::string& problem) {
     curl_easy_setopt(request.get(), CURLOPT_FAILONERROR, 1L);
     curl_easy_setopt(request.get(), CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(request.get(), CURLOPT_TIMEOUT, 5L);
-    curl_easy_setopt(request.get(), CURLOPT_WRITEFUNCTION, &append);
+    curl_easy_setopt(request.get(), CURLOPT_WRITEFUNCTION, &appendPicture);
     curl_easy_setopt(request.get(), CURLOPT_WRITEDATA, &picture);
     const CURLcode code = curl_easy_perform(request.get());
     if (code != CURLE_OK) {

@@ -13,12 +13,12 @@ namespace {
 
 using namespace vesk::logread;
 
-constexpr int kUsageError = 2;
+constexpr int kWrongUsage = 2;
 constexpr size_t kPieceSize = 0x40000;
 constexpr auto kPollInterval = std::chrono::milliseconds(100);
 
 /// What the command line asks for.
-struct Options {
+struct LogOptions {
     std::string file;
     bool follow = false;
     bool json = false;
@@ -38,7 +38,7 @@ std::string checkTime(const std::string& text) {
     return isRight ? std::string() : "neither \"YYYY-MM-DD HH:MM:SS\" nor \"HH:MM:SS\": " + text;
 }
 
-void define(CLI::App& app, Options& options) {
+void defineOptions(CLI::App& app, LogOptions& options) {
     app.add_option("FILE", options.file, "the log")->required();
     auto* follow = app.add_flag("--follow", options.follow, "go on with what is written later");
     auto* level = app.add_option("--level", options.level, "that level and more severe ones")
@@ -63,7 +63,7 @@ void writeOut(std::string_view text) {
     }
 }
 
-RecordFilter makeFilter(const Options& options) {
+RecordFilter makeFilter(const LogOptions& options) {
     RecordFilter filter;
     filter.level = options.level[0];
     filter.since = options.since;
@@ -113,7 +113,7 @@ void follow(const std::string& path, LogReader& reader, Printer& printer) {
     }
 }
 
-void run(const Options& options) {
+void run(const LogOptions& options) {
     if (options.login) {
         LoginStory story;
         LogReader reader([&](const LogRecord& record) { story.take(record); }, makeFilter(options),
@@ -137,13 +137,13 @@ void run(const Options& options) {
 
 int main(int argc, char** argv) {
     try {
-        Options options;
+        LogOptions options;
         CLI::App app("Prints a veskrecord.log in clear text.", "vesk-logread");
-        define(app, options);
+        defineOptions(app, options);
         try {
             app.parse(argc, argv);
         } catch (const CLI::ParseError& error) {
-            return app.exit(error) == 0 ? 0 : kUsageError;
+            return app.exit(error) == 0 ? 0 : kWrongUsage;
         }
         run(options);
     } catch (const std::exception& error) {

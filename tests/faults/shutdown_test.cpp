@@ -3,7 +3,7 @@
 namespace vesk::test {
 namespace {
 
-constexpr int kLeft = 10; // the code that the game ends with
+constexpr int kEnded = 10; // the code that the game ends with
 
 struct ShutdownFaults : FaultTest {
     /// Starts that many logins and waits for four requests.
@@ -49,13 +49,13 @@ TEST_F(ShutdownFaults, ProcessEndsWhateverIsUnderWay) {
         for (const bool uninstalls : {false, true}) {
             for (int round = 0; round < row.rounds; ++round) {
                 SCOPED_TRACE(row.name);
-                expectGame(kLeft, [&] {
+                expectGame(kEnded, [&] {
                     std::srand(static_cast<unsigned>(round));
                     row.begin();
                     if (uninstalls) {
                         VESKLogin::UnInstall();
                     }
-                    return kLeft;
+                    return kEnded;
                 });
                 countRow(row.name, 0);
             }

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <curl/curl.h>
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <pthread.h>

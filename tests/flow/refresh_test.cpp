@@ -29,38 +29,38 @@ std::shared_ptr<const InnerLoginRet> pendingLogin(VESKLoginManager& manager);
 namespace vesk::test {
 namespace {
 
-struct Kind {
+struct TokenKind {
     const char *channel, *simulator, *file, *fresh, *failing;
     const char* members; ///< of channelInfo, before those of every channel
     int64_t lifetime;
 };
-const Kind kFerno = {"Ferno",
-                     "ferno",
-                     "frlogin.dll",
-                     "ctt=fresh\n",
-                     "on_token=10:token_fail:3:4\n",
-                     R"("ctt":"fresh","expired":300)",
-                     300};
-const Kind kKZ = {"KZ",
-                  "kz",
-                  "KZOpenSDK.dll",
-                  "ctk=fresh\n",
-                  "on_refresh=10:record:5:6:gone\n",
-                  R"("ctk":"fresh","expired":3600,"pay_token":"")",
-                  3600};
+const TokenKind kFernoTokens = {"Ferno",
+                                "ferno",
+                                "frlogin.dll",
+                                "ctt=fresh\n",
+                                "on_token=10:token_fail:3:4\n",
+                                R"("ctt":"fresh","expired":300)",
+                                300};
+const TokenKind kKZTokens = {"KZ",
+                             "kz",
+                             "KZOpenSDK.dll",
+                             "ctk=fresh\n",
+                             "on_refresh=10:record:5:6:gone\n",
+                             R"("ctk":"fresh","expired":3600,"pay_token":"")",
+                             3600};
 
 class Refresh : public GameTest {
 protected:
     Refresh() {
         VESKModule::UsePath((game.path() / "VESKCore.dll").make_preferred().string());
         if (std::filesystem::exists(game.path() / "kz_full")) {
-            kinds.push_back(kKZ);
+            kinds.push_back(kKZTokens);
         }
     }
 
     /// Logs in with a token that is about to expire, and lets the task have its look.
     /// @param queued whether results wait from then on
-    Messenger logInAndRun(const Kind& kind, const std::string& script, bool queued = false) {
+    Messenger logInAndRun(const TokenKind& kind, const std::string& script, bool queued = false) {
         Messenger messenger(game, kind.simulator, kind.file);
         messenger.script(script);
         backend.next(
@@ -83,11 +83,11 @@ protected:
         return code;
     }
 
-    std::vector<Kind> kinds = {kFerno};
+    std::vector<TokenKind> kinds = {kFernoTokens};
 };
 
 TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
-    for (const Kind& kind : kinds) {
+    for (const TokenKind& kind : kinds) {
         const size_t before = game.logLines("No need to refresh");
         const Messenger messenger = logInAndRun(kind, kind.fresh, true);
         const size_t logins = observer.loginCount();
@@ -104,12 +104,12 @@ TEST_F(Refresh, FreshTokenReplacesTheOldOne) {
         VESKLoginManager::MakeRefreshTask()->DoTask();
         EXPECT_EQ(game.logLines("No need to refresh"), before + 1);
         EXPECT_EQ(messenger.componentLines("frlogin_req_client_tmp_token").size(),
-                  kind.lifetime == kFerno.lifetime ? 1u : 0u);
+                  kind.lifetime == kFernoTokens.lifetime ? 1u : 0u);
     }
 }
 
 TEST_F(Refresh, FailureLeavesNoToken) {
-    for (const Kind& kind : kinds) {
+    for (const TokenKind& kind : kinds) {
         logInAndRun(kind, kind.failing, true);
         waitUntil("the login to be dropped", [] { return !isHeld(); });
         EXPECT_EQ(refreshedCode(), VESK_TOKEN_EXPIRED);
@@ -120,7 +120,7 @@ TEST_F(Refresh, FailureLeavesNoToken) {
 }
 
 TEST_F(Refresh, AnswerAfterALogoutBringsNoLoginBack) {
-    logInAndRun(kFerno, "on_token=300:token\n");
+    logInAndRun(kFernoTokens, "on_token=300:token\n");
     EXPECT_EQ(logout().retCode, VESKError::SUCCESS);
     waitForLogLine("Get Ferno login record succeed");
     EXPECT_FALSE(isHeld());

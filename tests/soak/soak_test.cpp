@@ -11,7 +11,7 @@ namespace {
 using std::chrono::seconds;
 using Clock = std::chrono::steady_clock;
 
-constexpr size_t kThreads = 64;
+constexpr size_t kPlayers = 64;
 constexpr size_t kRounds = 80; ///< 10,240 logins
 constexpr size_t kOneIn = 10;
 constexpr long kMostGrowth = 1 << 20; ///< bytes
@@ -62,7 +62,7 @@ class ManyPlayers : public Soak {
 protected:
     /// Only the newest of several logins has to be answered.
     void burst(bool withHang) {
-        for (size_t i = 0; i < kThreads / kOneIn; ++i) {
+        for (size_t i = 0; i < kPlayers / kOneIn; ++i) {
             Answer answer = kFaults[i % std::size(kFaults)];
             if (i == 0 && withHang) {
                 answer.action = "hang"; // the request's own time-out ends it
@@ -72,7 +72,7 @@ protected:
         const size_t before = observer.loginCount();
         size_t basesTaken = observer.baseCount();
         std::vector<std::thread> games;
-        for (size_t i = 0; i < kThreads; ++i) {
+        for (size_t i = 0; i < kPlayers; ++i) {
             games.emplace_back([] { VESKLogin::Login("Steam", "", "", ""); });
         }
         for (std::thread& thread : games) {
@@ -88,20 +88,20 @@ protected:
             EXPECT_EQ(observer.nextBase().ret.retCode, VESKError::NO_STORED_LOGIN);
         }
         EXPECT_GE(heard, 1u);
-        EXPECT_LE(heard, kThreads);
+        EXPECT_LE(heard, kPlayers);
         // One that is superseded before the Steam client has answered sends nothing.
-        compareWithBackend(heard, kThreads);
+        compareWithBackend(heard, kPlayers);
     }
 
     void turns() {
-        for (size_t i = 0; i < kThreads; ++i) {
+        for (size_t i = 0; i < kPlayers; ++i) {
             const bool isGood = i % kOneIn != kOneIn / 2;
             if (!isGood) {
                 backend.next(kFaults[i / kOneIn % std::size(kFaults)]);
             }
             EXPECT_EQ(visit("Steam").retCode == VESKError::SUCCESS, isGood) << i;
         }
-        compareWithBackend(kThreads, kThreads);
+        compareWithBackend(kPlayers, kPlayers);
     }
 
     void compareWithBackend(size_t atLeast, size_t atMost) {

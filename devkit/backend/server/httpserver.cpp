@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kHost = "127.0.0.1";
 constexpr size_t kThreads = 32;
-constexpr int kBacklog = 128;
+constexpr int kWaitingClients = 128;
 constexpr auto kPollInterval = std::chrono::milliseconds(5);
 constexpr auto kGraceTime = std::chrono::milliseconds(100);
 
@@ -52,7 +52,7 @@ bool HttpServer::bind(int port) {
         mPort = mServer->bind_to_port(kHost, port) ? port : -1;
     }
     // The library's backlog of 5 makes the clients of a burst wait a second for their retry.
-    return mPort > 0 && ::listen(mListener, kBacklog) == 0;
+    return mPort > 0 && ::listen(mListener, kWaitingClients) == 0;
 }
 
 void HttpServer::start() {
