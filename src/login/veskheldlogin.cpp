@@ -264,7 +264,7 @@ void VESKHeldLogin::Refresh(const InnerLoginPluginRet& answer) {
     ret.channelInfo =
         VESKLoginBodies::RefreshedChannelInfo(answer.channel, ret.openid.c_str(), token).c_str();
     if (StoreChanged(ret, generation)) {
-        VESKResultSink::TokenWasRefreshed(ret);
+        VESKResultSink::TokenWasRefreshed();
     }
 }
 

@@ -83,7 +83,9 @@ void VESKLoginManager::Login(const LoginRequest& request, const std::string& per
         extended.order = mCurrent.Begin(request.seqID);
         return extended.order != 0;
     });
-    VESKResultSink::LoginHasBegun(request.seqID);
+    if (extended.order != 0) {
+        VESKResultSink::LoginHasBegun(request.seqID);
+    }
     if (mCurrent.IsWithdrawn(request.seqID)) {
         return;
     }

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <string>
 
-#include "common/veskinnerrecords.h"
 #include "vesk/veskret.h"
 
 namespace Braxel {
@@ -36,10 +35,10 @@ public:
         }
     }
 
-    /// The held login has a fresh token.
-    static void TokenWasRefreshed(const InnerLoginRet& ret) {
+    /// The held login has a fresh token, or has lost its own.
+    static void TokenWasRefreshed() {
         if (VESKResultSink* sink = Get()) {
-            sink->OnRefreshed(ret);
+            sink->OnRefreshed();
         }
     }
 
@@ -70,7 +69,7 @@ protected:
 private:
     virtual void OnLoginBegun(const std::string& seqID) = 0;
     virtual void OnLoginAnswer() = 0;
-    virtual void OnRefreshed(const InnerLoginRet& ret) = 0;
+    virtual void OnRefreshed() = 0;
     virtual void OnSilence(const std::string& seqID) = 0;
     virtual void OnLost(const std::string& seqID) noexcept = 0;
     virtual void OnEnd() = 0;

@@ -203,11 +203,18 @@ bool VESKMainLoop::IsHeldBack(const Login& login) const {
 
 void VESKMainLoop::Forget(Login& login) {
     if (!login.seqID.empty()) {
+        EndRun(login.seqID);
         mFinished[mFinishedCount++ % mFinished.size()] = std::move(login.seqID);
     }
     login = Login();
     if (mStored.request == 0) {
         mResults.Release();
+    }
+}
+
+void VESKMainLoop::EndRun(const std::string& seqID) {
+    if (seqID == mRunning) {
+        mRunning.clear();
     }
 }
 
@@ -220,17 +227,25 @@ void VESKMainLoop::Settle() {
     if (mLogin.ends != Clock::time_point::max() && Clock::now() >= mLogin.ends) {
         EndLogin(VESKError::LOGIN_TIMED_OUT, "the login has taken too long", true);
     }
-    if (!mOn || mEnded) {
+    // What is stored of a login that runs is told behind its success.
+    if (!mOn || mEnded || !mRunning.empty()) {
         return;
     }
     const std::shared_ptr<const InnerLoginRet> held = HeldRecord();
-    if (held != nullptr && held != mExpired && IsHeld(*held) && IsExpired(*held)) {
-        mExpired = held;
+    if (held == nullptr || held->openid.length() == 0) {
+        return;
+    }
+    const bool isExpired = !IsHeld(*held) || IsExpired(*held); // the channel gave no new token
+    if (mIsRefreshed || (held != mExpired && IsHeld(*held) && isExpired)) {
         VESKLoginRet ret = ToPublic(*held);
         ret.methodNameID = kMethodNameRefreshToken;
-        ret.retCode = VESKError::TOKEN_EXPIRED;
-        ret.retMsg = "token expire";
+        if (isExpired) {
+            ret.retCode = VESKError::TOKEN_EXPIRED;
+            ret.retMsg = "token expire";
+        }
         mResults.PushRefreshed(mHeldRequest, ret);
+        mIsRefreshed = false;
+        mExpired = isExpired ? held : nullptr;
     }
 }
 
@@ -248,6 +263,7 @@ bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const std::string& seqID) {
             return true;
         }
     }
+    EndRun(seqID);
     if (mEnded || HasFinished(seqID)) {
         return true;
     }
@@ -280,7 +296,7 @@ bool VESKMainLoop::OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) 
     const bool isOurs = mLogin.request != 0 && seqID == mLogin.seqID;
     if (isOurs) {
         mLogin.waitsForScan = true;
-    } else if (mEnded || HasFinished(seqID)) {
+    } else if (mEnded || HasFinished(seqID) || seqID == mStored.seqID) {
         return true;
     }
     if (!isOurs && !mOn) {
@@ -296,22 +312,19 @@ bool VESKMainLoop::OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) 
     return true;
 }
 
-void VESKMainLoop::OnRefreshed(const InnerLoginRet& ret) {
+void VESKMainLoop::OnRefreshed() {
     const std::lock_guard<VESKMutex> lock(mMutex);
-    if (mOn && !mEnded) {
-        VESKLoginRet refreshed = ToPublic(ret);
-        refreshed.methodNameID = kMethodNameRefreshToken;
-        if (ret.token.length() == 0) { // the channel gave none, so no login is held any more
-            refreshed.retCode = VESKError::TOKEN_EXPIRED;
-            refreshed.retMsg = "token expire";
-        }
-        mResults.PushRefreshed(mHeldRequest, refreshed);
-    }
+    mIsRefreshed = mOn;
+    Settle();
 }
 
-/// A login of the contract's own facade supersedes ours as well.
+/// A login of the contract's own facade supersedes ours as well. What was held is dropped by now.
 void VESKMainLoop::OnLoginBegun(const std::string& seqID) {
+    std::string running = seqID;
     const std::lock_guard<VESKMutex> lock(mMutex);
+    mRunning.swap(running);
+    mHeldRequest = 0;
+    mIsRefreshed = false;
     if (!mLogin.seqID.empty() && mLogin.seqID != seqID) {
         EndLogin(VESKError::LOGIN_OVERTAKEN, kOvertaken, false);
     }

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "common/veskinnerrecords.h"
 #include "login/veskresultsink.h"
 #include "mainloop/veskresultqueue.h"
 #include "module/veskmutex.h"
@@ -80,7 +81,7 @@ private:
     VESKMainLoop() = default;
     void OnLoginBegun(const std::string& seqID) override;
     void OnLoginAnswer() override;
-    void OnRefreshed(const InnerLoginRet& ret) override;
+    void OnRefreshed() override;
     void OnSilence(const std::string& seqID) override;
     void OnLost(const std::string& seqID) noexcept override;
     void OnEnd() override;
@@ -98,6 +99,7 @@ private:
     void FinishStored();
     bool IsHeldBack(const Login& login) const;
     void Forget(Login& login);
+    void EndRun(const std::string& seqID);
     void Settle();
     bool HasFinished(const std::string& seqID) const;
 
@@ -116,8 +118,10 @@ private:
     Login mStored;                          // overtaken, but its success is stored and on its way
     std::array<std::string, 256> mFinished; // the latest logins of this mode that have ended
     size_t mFinishedCount = 0;
+    std::string mRunning; // the login that has begun last, anybody's, until its result
     std::map<std::string, uint64_t> mLogouts;      // their numbers, by sequence id
     uint64_t mHeldRequest = 0;                     // of the login that is held
+    bool mIsRefreshed = false;                     // and that has still to be told
     std::shared_ptr<const InnerLoginRet> mExpired; // the record of which that was told
 };
 
