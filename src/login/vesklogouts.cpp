@@ -13,6 +13,7 @@
 #include "login/veskheldlogin.h"
 #include "login/veskloginbodies.h"
 #include "login/veskloginresults.h"
+#include "login/veskresultsink.h"
 #include "platformimpl/login/veskloginimpl.h"
 #include "vesk/veskerror.h"
 
@@ -50,7 +51,8 @@ void VESKLogouts::Logout(const ShortRequest& request, bool channelOnly) {
         if (ChannelFacts(logout.channel).kind == VESKChannelKind::kGuest) {
             DeliverLogoutRet(InnerBaseRet(VESKError::SUCCESS), kObserverIDPluginLogout, seqID);
         } else if (!VESKLoginIMPL::GetInstance()->Logout(logout)) {
-            Take(seqID); // nobody will answer
+            Take(seqID);
+            VESKResultSink::ChannelIsSilent(seqID);
         }
     } catch (...) {
         Take(seqID); // nor then

@@ -16,10 +16,12 @@ public:
     static VESKResultSink* Get() { return sSink; }
     static void Set(VESKResultSink* sink) { sSink = sink; }
 
+    /// @param seqID as it is: the result is nobody else's any more, so nothing here may want for
+    /// memory
     /// @return whether it was taken; else it is the observer's.
-    virtual bool OnLogin(const VESKLoginRet& ret, const std::string& seqID) = 0;
-    virtual bool OnBase(const VESKBaseRet& ret, const std::string& seqID) = 0;
-    virtual bool OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) = 0;
+    virtual bool OnLogin(const VESKLoginRet& ret, const char* seqID) = 0;
+    virtual bool OnBase(const VESKBaseRet& ret, const char* seqID) = 0;
+    virtual bool OnQrCode(const VESKQrCodeRet& ret, const char* seqID) = 0;
 
     /// The login @p seqID is the current one; any other is superseded.
     static void LoginHasBegun(const std::string& seqID) {
@@ -42,7 +44,7 @@ public:
         }
     }
 
-    /// The channel has not taken the login @p seqID, and says nothing of it.
+    /// The channel has not taken the login or logout @p seqID, and says nothing of it.
     static void ChannelIsSilent(const std::string& seqID) {
         if (VESKResultSink* sink = Get()) {
             sink->OnSilence(seqID);

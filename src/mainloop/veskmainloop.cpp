@@ -17,6 +17,7 @@ namespace VESK {
 namespace {
 
 constexpr const char* kOvertaken = "a newer login has begun";
+constexpr const char* kNoChannel = "there is no channel of this name";
 
 /// Whether there is somebody who can answer.
 bool IsPossible(const VESKMainLoop::Call& call) {
@@ -103,8 +104,7 @@ bool VESKMainLoop::Number(Call& call) {
     ++mLastRequest;
     mResults.Owe(room);
     if (!isPossible) {
-        mResults.Refuse(call.request, {VESKError::UNKNOWN_CHANNEL,
-                                       "there is no channel of this name", call.channel});
+        mResults.Refuse(call.request, {VESKError::UNKNOWN_CHANNEL, kNoChannel, call.channel});
     }
     return isPossible;
 }
@@ -203,7 +203,7 @@ bool VESKMainLoop::IsHeldBack(const Login& login) const {
 
 void VESKMainLoop::Forget(Login& login) {
     if (!login.seqID.empty()) {
-        EndRun(login.seqID);
+        EndRun(login.seqID.c_str());
         mFinished[mFinishedCount++ % mFinished.size()] = std::move(login.seqID);
     }
     login = Login();
@@ -212,13 +212,13 @@ void VESKMainLoop::Forget(Login& login) {
     }
 }
 
-void VESKMainLoop::EndRun(const std::string& seqID) {
+void VESKMainLoop::EndRun(const char* seqID) {
     if (seqID == mRunning) {
         mRunning.clear();
     }
 }
 
-bool VESKMainLoop::HasFinished(const std::string& seqID) const {
+bool VESKMainLoop::HasFinished(const char* seqID) const {
     return std::find(mFinished.begin(), mFinished.end(), seqID) != mFinished.end();
 }
 
@@ -251,7 +251,7 @@ void VESKMainLoop::Settle() {
 
 // ---- Results ----
 
-bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const std::string& seqID) {
+bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const char* seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
     for (Login* login : {&mLogin, &mStored}) {
         if (login->request != 0 && seqID == login->seqID) {
@@ -273,7 +273,7 @@ bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const std::string& seqID) {
     return mOn;
 }
 
-bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
+bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const char* seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
     const auto found = mLogouts.find(seqID);
     if (found != mLogouts.end()) {
@@ -281,7 +281,7 @@ bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
         mLogouts.erase(found);
         return true;
     }
-    if (mEnded || seqID.empty()) { // the latter belongs to a login that ends an earlier one
+    if (mEnded || *seqID == '\0') { // the latter belongs to a login that ends an earlier one
         return true;
     }
     if (mOn) {
@@ -290,7 +290,7 @@ bool VESKMainLoop::OnBase(const VESKBaseRet& ret, const std::string& seqID) {
     return mOn;
 }
 
-bool VESKMainLoop::OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) {
+bool VESKMainLoop::OnQrCode(const VESKQrCodeRet& ret, const char* seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
     Settle();
     const bool isOurs = mLogin.request != 0 && seqID == mLogin.seqID;
@@ -338,7 +338,11 @@ void VESKMainLoop::OnLoginAnswer() {
 
 void VESKMainLoop::OnSilence(const std::string& seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
-    if (mLogin.request != 0 && seqID == mLogin.seqID) {
+    const auto logout = mLogouts.find(seqID);
+    if (logout != mLogouts.end()) { // of a login that is held without its channel
+        mResults.Refuse(logout->second, {VESKError::UNKNOWN_CHANNEL, kNoChannel, ""});
+        mLogouts.erase(logout);
+    } else if (mLogin.request != 0 && seqID == mLogin.seqID) {
         EndLogin(VESKError::CHANNEL_INIT_FAILED,
                  "the channel's component is missing or has not taken the login", true);
     }

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -57,9 +58,9 @@ public:
     /// Whether operations or a login that does not wait for its player are under way.
     bool IsBusy();
 
-    bool OnLogin(const VESKLoginRet& ret, const std::string& seqID) override;
-    bool OnBase(const VESKBaseRet& ret, const std::string& seqID) override;
-    bool OnQrCode(const VESKQrCodeRet& ret, const std::string& seqID) override;
+    bool OnLogin(const VESKLoginRet& ret, const char* seqID) override;
+    bool OnBase(const VESKBaseRet& ret, const char* seqID) override;
+    bool OnQrCode(const VESKQrCodeRet& ret, const char* seqID) override;
 
 private:
     friend class VESKSingleton<VESKMainLoop>;
@@ -99,9 +100,9 @@ private:
     void FinishStored();
     bool IsHeldBack(const Login& login) const;
     void Forget(Login& login);
-    void EndRun(const std::string& seqID);
+    void EndRun(const char* seqID);
     void Settle();
-    bool HasFinished(const std::string& seqID) const;
+    bool HasFinished(const char* seqID) const;
 
     VESKMutex mMutex; // guards what follows; never held while anything else is called that may wait
     VESKCondition mCalled;
@@ -119,10 +120,10 @@ private:
     std::array<std::string, 256> mFinished; // the latest logins of this mode that have ended
     size_t mFinishedCount = 0;
     std::string mRunning; // the login that has begun last, anybody's, until its result
-    std::map<std::string, uint64_t> mLogouts;      // their numbers, by sequence id
-    uint64_t mHeldRequest = 0;                     // of the login that is held
-    bool mIsRefreshed = false;                     // and that has still to be told
-    std::shared_ptr<const InnerLoginRet> mExpired; // the record of which that was told
+    std::map<std::string, uint64_t, std::less<>> mLogouts; // their numbers, by sequence id
+    uint64_t mHeldRequest = 0;                             // of the login that is held
+    bool mIsRefreshed = false;                             // and that has still to be told
+    std::shared_ptr<const InnerLoginRet> mExpired;         // the record of which that was told
 };
 
 } // namespace VESK
