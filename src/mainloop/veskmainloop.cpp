@@ -17,7 +17,7 @@ namespace VESK {
 namespace {
 
 constexpr const char* kOvertaken = "a newer login has begun";
-constexpr const char* kNoChannel = "there is no channel of this name";
+constexpr const char* kNoSuchChannel = "there is no channel of this name";
 
 /// Whether there is somebody who can answer.
 bool IsPossible(const VESKMainLoop::Call& call) {
@@ -104,7 +104,7 @@ bool VESKMainLoop::Number(Call& call) {
     ++mLastRequest;
     mResults.Owe(room);
     if (!isPossible) {
-        mResults.Refuse(call.request, {VESKError::UNKNOWN_CHANNEL, kNoChannel, call.channel});
+        mResults.Refuse(call.request, {VESKError::UNKNOWN_CHANNEL, kNoSuchChannel, call.channel});
     }
     return isPossible;
 }
@@ -179,7 +179,6 @@ bool VESKMainLoop::EndLogin(int32_t code, const char* message, bool logOut, int3
             return false;
         }
     }
-    FinishStored(); // it began before
     Finish(mLogin, code, message, thirdCode);
     return true;
 }
@@ -203,7 +202,6 @@ bool VESKMainLoop::IsHeldBack(const Login& login) const {
 
 void VESKMainLoop::Forget(Login& login) {
     if (!login.seqID.empty()) {
-        EndRun(login.seqID.c_str());
         mFinished[mFinishedCount++ % mFinished.size()] = std::move(login.seqID);
     }
     login = Login();
@@ -212,6 +210,7 @@ void VESKMainLoop::Forget(Login& login) {
     }
 }
 
+/// Not for a login that has ended before its result: what may be stored of it is nobody's.
 void VESKMainLoop::EndRun(const char* seqID) {
     if (seqID == mRunning) {
         mRunning.clear();
@@ -255,6 +254,7 @@ bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const char* seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
     for (Login* login : {&mLogin, &mStored}) {
         if (login->request != 0 && seqID == login->seqID) {
+            EndRun(seqID);
             if (ret.retCode == VESKError::SUCCESS) {
                 mHeldRequest = login->request;
             }
@@ -263,10 +263,10 @@ bool VESKMainLoop::OnLogin(const VESKLoginRet& ret, const char* seqID) {
             return true;
         }
     }
-    EndRun(seqID);
     if (mEnded || HasFinished(seqID)) {
         return true;
     }
+    EndRun(seqID);
     if (mOn) {
         mResults.PushUnasked(ret);
     }
@@ -340,7 +340,7 @@ void VESKMainLoop::OnSilence(const std::string& seqID) {
     const std::lock_guard<VESKMutex> lock(mMutex);
     const auto logout = mLogouts.find(seqID);
     if (logout != mLogouts.end()) { // of a login that is held without its channel
-        mResults.Refuse(logout->second, {VESKError::UNKNOWN_CHANNEL, kNoChannel, ""});
+        mResults.Refuse(logout->second, {VESKError::UNKNOWN_CHANNEL, kNoSuchChannel, ""});
         mLogouts.erase(logout);
     } else if (mLogin.request != 0 && seqID == mLogin.seqID) {
         EndLogin(VESKError::CHANNEL_INIT_FAILED,
