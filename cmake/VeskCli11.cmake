@@ -11,3 +11,5 @@ endif()
 
 add_library(vesk_cli11 INTERFACE)
 target_include_directories(vesk_cli11 SYSTEM INTERFACE "${private_include}")
+# It is most of a program that links it, all of which runs once: to optimise that takes 40 % of its time.
+target_compile_options(vesk_cli11 INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/Od,-O0>)
