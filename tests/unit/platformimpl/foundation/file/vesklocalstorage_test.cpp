@@ -7,28 +7,30 @@
 
 namespace vesk::test {
 
-/// What the linker calls for VESKLocalStorage's functions of the same names.
-struct KeptStorage {
-    static std::string Read(const std::string& key);
-    static void Write(const std::string& key, const std::string& value);
-    static std::string ConfigPath();
-};
-
 static std::map<std::string, std::string> kept;
 static bool keeps = false; ///< not for the other cases of this program
 
-std::string KeptStorage::Read(const std::string& key) {
+// What the linker calls for VESKLocalStorage's Read, Write and ConfigPath.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming,clang-diagnostic-*)
+extern "C" {
+std::string
+__wrap__ZN6Braxel4VESK16VESKLocalStorage4ReadERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE(
+    const std::string& key) {
     return keeps ? kept[key] : "";
 }
-void KeptStorage::Write(const std::string& key, const std::string& value) {
+
+void __wrap__ZN6Braxel4VESK16VESKLocalStorage5WriteERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES9_(
+    const std::string& key, const std::string& value) {
     if (keeps) {
         kept[key] = value;
     }
 }
 
-std::string KeptStorage::ConfigPath() {
+std::string __wrap__ZN6Braxel4VESK16VESKLocalStorage10ConfigPathB5cxx11Ev() {
     return keeps ? kept["path"] : "";
 }
+}
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming,clang-diagnostic-*)
 
 struct LocalStorage : UnitTest {
     LocalStorage() { keeps = true; }
