@@ -1,0 +1,1 @@
+// Nothing but what CMake compiles the test programs' common headers with.
