@@ -10,8 +10,8 @@ target_compile_definitions(vesk_objects PUBLIC VESK_BUILDING_LIBRARY)
 target_link_libraries(vesk_objects PUBLIC
     vesk_options CURL::libcurl vesk_rapidjson ${CMAKE_DL_LIBS})
 set_target_properties(vesk_objects PROPERTIES POSITION_INDEPENDENT_CODE ON)
-if(NOT VESK_SANITIZE)
-    # What ships is compiled file by file: in which order its objects are made is part of the design.
+if(NOT VESK_SANITIZE AND NOT WIN32)
+    # File by file, so that each is seen to include what it needs.
     set_target_properties(vesk_objects PROPERTIES UNITY_BUILD OFF)
 endif()
 if(NOT MSVC)
