@@ -56,6 +56,7 @@ Canvas::Canvas(const char* title) {
 }
 
 void Canvas::beginFrame() {
+    mFrameBegin = SDL_GetTicks64();
     mKeys.clear();
     mClick = {-1, -1};
     SDL_Event event;
@@ -69,6 +70,16 @@ void Canvas::beginFrame() {
         }
     }
     box({0, 0, 960, 600}, kBack);
+}
+
+void Canvas::endFrame() {
+    SDL_RenderPresent(mRenderer.get());
+    // Not every driver waits for the screen, and a login screen need not take a whole core.
+    constexpr uint64_t kShortest = 8; // milliseconds
+    const uint64_t length = SDL_GetTicks64() - mFrameBegin;
+    if (length < kShortest) {
+        SDL_Delay(static_cast<uint32_t>(kShortest - length));
+    }
 }
 
 void Canvas::box(const SDL_Rect& box, const SDL_Color& colour) {

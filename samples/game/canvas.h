@@ -22,7 +22,7 @@ public:
 
     /// A frame begins with what the player has done and ends on the screen. @{
     void beginFrame();
-    void endFrame() { SDL_RenderPresent(mRenderer.get()); } ///@}
+    void endFrame(); ///@}
 
     void box(const SDL_Rect& box, const SDL_Color& colour);
     /// @param text UTF-8; "?" stands for what is not among the letters. @return its width
@@ -46,6 +46,7 @@ private:
     std::map<int, Letters> mLetters;
     std::set<SDL_Keycode> mKeys; ///< pressed in this frame
     SDL_Point mClick{-1, -1};
+    uint64_t mFrameBegin = 0;
     bool mIsClosed = false;
 };
 

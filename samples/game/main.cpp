@@ -35,7 +35,8 @@ public:
             before = now;
         }
         mLogin.back();
-        for (int frame = 0; frame < 180 && !mLogin.isIdle(); ++frame) { // a logout has 3 seconds
+        const uint64_t latest = SDL_GetTicks64() + 3000; // a logout has 3 seconds
+        while (SDL_GetTicks64() < latest && !mLogin.isIdle()) {
             mCanvas.beginFrame();
             mCanvas.text(60, 40, Canvas::kLarge, Canvas::kText, "Leaving ...");
             mCanvas.endFrame();
