@@ -182,14 +182,14 @@ TEST_F(Loop, EachCallIsAnsweredAndTheStateFollowsUntilTheScopeEnds) {
 
 TEST_F(Loop, ALoginThatTakesTooLongEndsAndItsAnswerIsLoggedOut) {
     MainLoop loop;
-    loop.setLoginTimeout(std::chrono::milliseconds(150));
-    answer("", 400);
+    loop.setLoginTimeout(std::chrono::milliseconds(1000));
+    answer("", 1500);
     login("Steam");
     EXPECT_EQ(next(loop), "login 1: 10002 ");
     EXPECT_EQ(loop.state().stage, Stage::signedOut);
     backend.waitForRequest("auth/logout");
 
-    answer("", 400);
+    answer("", 1500);
     login("Steam"); // nobody looks until long after its time
     backend.waitForRequest("auth/logout", 2);
     EXPECT_EQ(next(loop), "login 2: 10002 ");
