@@ -71,6 +71,17 @@ TEST_F(Game, SaysWhatWentWrongAndTriesAgain) {
     EXPECT_FALSE(isShown("work:"));
 }
 
+TEST_F(Game, SaysThatALoginHasExpiredAndLetsThePlayerLeave) {
+    const time_t expiry = std::time(nullptr) + 5;
+    backend.next(loginAnswer("7", R"(,"token_expire_time":)" + std::to_string(expiry)));
+    press("s");
+    await("Signed in through Steam");
+    await("Expired: was in through Steam");
+    press("l");
+    await("Sign in to play", kLarge);
+    EXPECT_FALSE(isShown("work:"));
+}
+
 TEST_F(Game, GoesBackByKeyAndByMouse) {
     showCode("Ferno", "f");
     press("Escape");
