@@ -18,6 +18,14 @@ fail() {
     exit 1
 }
 
+# In front of what cannot live with every layout of a randomised address space: Wine and the thread
+# sanitizer. Empty where it cannot be asked for.
+fixedAddresses=()
+# shellcheck disable=SC2034
+if setarch --addr-no-randomize true 2>/dev/null; then
+    fixedAddresses=(setarch --addr-no-randomize)
+fi
+
 # Our files whose name matches, each with a zero byte behind it: listFiles PATTERN KIND..., where a
 # KIND is one of git ls-files' options.
 listFiles() {

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Usage: source scripts/own-clock.sh (after scripts/wine-env), then start programs with
 #   env "${fastClock[@]}" PROGRAM             a Linux program whose time runs fast
-#   startWine; startClockedWine FOLDER; env "${clockedWine[@]}" wine PROGRAM; forwardClock SECONDS;
+#   startWine; startClockedWine FOLDER; env "${clockedWine[@]}" "${wine[@]}" PROGRAM; forwardClock SECONDS;
 #   stopClockedWine                           a Windows program whose clock can be set
 # and, when it has ended, forgetClock PID.
 # Clocks that are not the machine's, by Debian's faketime: some things happen after minutes only.

@@ -182,7 +182,7 @@ FirstPageLogsIn() {
     sed -i "s/localhost:8080/localhost:$port/" build/VESKConfig.ini
     read -ra command < <(sed -n 's/^    start //p' "$package/docs/integration.md" | tr '\134' / |
         sed "s/backend /backend.exe /; s/8080/$port/")
-    (cd "$package" && exec wine "${command[@]}") >ready 2>&1 &
+    (cd "$package" && exec "${wine[@]}" "${command[@]}") >ready 2>&1 &
     backend=$!
     trap 'kill "$backend"' EXIT
     timeout 20 sh -c 'until grep -q "^vesk-devbackend ready" ready; do sleep 0.05; done'

@@ -32,7 +32,7 @@ build() {
 # run PROGRAM [ARGUMENT...]: from a folder that is not the program's; leaves what it prints in out.
 run() {
     local program="$PWD/$1$suffix" launcher=()
-    [[ "$platform" == linux ]] || launcher=(wine)
+    [[ "$platform" == linux ]] || launcher=("${wine[@]}")
     mkdir -p elsewhere
     (cd elsewhere && timeout 60 "${launcher[@]}" "$program" "${@:2}") </dev/null >raw 2>&1 ||
         complain "$1 ended with $?"
