@@ -15,6 +15,7 @@ struct ProcessCounts {
 };
 
 ProcessCounts countProcess();
+size_t countThreads();
 
 /// How many threads, with a few descriptors each, the system may start for itself and keep.
 extern const size_t kSystemThreads;

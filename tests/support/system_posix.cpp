@@ -30,10 +30,14 @@ Result found(Result result) {
 
 } // namespace
 
+size_t countThreads() {
+    return entries("/proc/self/task");
+}
+
 ProcessCounts countProcess() {
     ProcessCounts counts;
     counts.descriptors = entries("/proc/self/fd");
-    counts.threads = entries("/proc/self/task");
+    counts.threads = countThreads();
     std::ifstream status("/proc/self/status");
     for (std::string key; status >> key;) {
         size_t kilobytes = 0;

@@ -15,6 +15,19 @@ const size_t kSystemThreads = 2;
 const char* const kSdkLibrary = "VESKCore.dll";
 const bool kSdkUnloadsItself = true;
 
+size_t countThreads() {
+    size_t count = 0;
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 thread = {};
+    thread.dwSize = sizeof thread;
+    for (BOOL more = Thread32First(snapshot, &thread); more != 0;
+         more = Thread32Next(snapshot, &thread)) {
+        count += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+    }
+    CloseHandle(snapshot);
+    return count;
+}
+
 ProcessCounts countProcess() {
     ProcessCounts counts;
     // One by one: Wine's GetProcessHandleCount always answers 0. The lowest free one is taken, so
@@ -25,14 +38,7 @@ ProcessCounts countProcess() {
         counts.descriptors += open ? 1 : 0;
         missing = open ? 0 : missing + 1;
     }
-    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    THREADENTRY32 thread = {};
-    thread.dwSize = sizeof thread;
-    for (BOOL more = Thread32First(snapshot, &thread); more != 0;
-         more = Thread32Next(snapshot, &thread)) {
-        counts.threads += thread.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
-    }
-    CloseHandle(snapshot);
+    counts.threads = countThreads();
     PROCESS_MEMORY_COUNTERS memory = {};
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
     counts.residentBytes = memory.WorkingSetSize;
