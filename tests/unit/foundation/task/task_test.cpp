@@ -176,15 +176,15 @@ TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRunsAndTheAnswerIsForThatLogin
     task->DoTask();
     EXPECT_EQ(newMessages().back(), "invalid login ret");
 
-    ret.channel = "KZ";
+    ret.channel = "Ferno"; // whose component is not there, unlike KZ's: no answer but ours
     ret.tokenExpire = 0;
     manager.SaveLoginRet(ret);
     task->DoTask();
     EXPECT_EQ(logged("]Start to refresh token"), 1u);
     manager.SaveLoginRet(ret); // the next login, of the same player
     InnerLoginPluginRet answer;
-    answer.channel = "KZ";
-    answer.channelInfo = R"({"ctk":"late"})";
+    answer.channel = "Ferno";
+    answer.channelInfo = R"({"ctt":"late"})";
     VESKInnerObserverHolder<InnerLoginPluginRet>::CommitToTaskQueue(answer,
                                                                     kObserverIDPluginRefresh, "");
     EXPECT_TRUE(manager.GetLoginRet(ret));
