@@ -108,12 +108,10 @@ TEST_F(FernoLife, LengthThatCannotBeIsNoLength) {
 using SteamLife = ComponentLife;
 
 TEST_F(SteamLife, UnInstallWhileACallIsInsideShutsSteamDownAfterIt) {
-    game.simulate("call_ms=400\n");
+    game.simulate("call_ms=400\nticket_ms=4000\n");
     std::thread login([this] { sdk.login("Steam"); });
     waitUntil("Steam's start", [this] { return game.steamCalls("Init") == 1; });
     std::thread other([this] { sdk.login("Steam"); });
-    waitUntil("a call", [this] { return game.steamCalls("ISteamUser_GetSteamID") > 0; });
-    game.simulate("call_ms=4000\n");
     waitUntil("a call", [this] { return game.steamCalls("ISteamUser_GetAuthSessionTicket") > 0; });
     unInstall();
     EXPECT_EQ(game.steamCalls("Shutdown"), 0u);
