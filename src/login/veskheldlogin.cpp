@@ -249,7 +249,9 @@ void VESKHeldLogin::Refresh(const InnerLoginPluginRet& answer) {
         const std::lock_guard<VESKMutex> lock(mStoreMutex);
         generation = mStoreGeneration;
         isOurs = mRefreshedLogin == 0 || mRefreshedLogin == mHeldLogin;
-        mRefreshedLogin = 0;
+        if (isOurs) {
+            mRefreshedLogin = 0; // else the earlier login's channel may have more to say
+        }
     }
     InnerLoginRet ret;
     Get(ret);

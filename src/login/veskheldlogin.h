@@ -79,7 +79,7 @@ private:
     uint64_t mStoreGeneration = 0; // moves with each change of the held record
     uint64_t mStoredLogins = 0;    // moves with each login that succeeds
     uint64_t mHeldLogin = 0;       // moves with each login and logout, but with no refresh
-    uint64_t mRefreshedLogin = 0;  // the one that a fresh token was asked for; 0: nobody has asked
+    uint64_t mRefreshedLogin = 0;  // has asked for a fresh token; 0: none, or it has come
 };
 
 } // namespace VESK

@@ -185,10 +185,12 @@ TEST_F(RefreshTokenTask, LooksAtTheHeldLoginWhenItRunsAndTheAnswerIsForThatLogin
     InnerLoginPluginRet answer;
     answer.channel = "Ferno";
     answer.channelInfo = R"({"ctt":"late"})";
-    VESKInnerObserverHolder<InnerLoginPluginRet>::CommitToTaskQueue(answer,
-                                                                    kObserverIDPluginRefresh, "");
-    EXPECT_TRUE(manager.GetLoginRet(ret));
-    EXPECT_STREQ(ret.token.c_str(), "T");
+    for (int time = 1; time <= 2; ++time) { // who was asked twice may answer twice
+        VESKInnerObserverHolder<InnerLoginPluginRet>::CommitToTaskQueue(
+            answer, kObserverIDPluginRefresh, "");
+        EXPECT_TRUE(manager.GetLoginRet(ret));
+        EXPECT_STREQ(ret.token.c_str(), "T") << time;
+    }
 }
 
 } // namespace vesk::test
